@@ -1,0 +1,35 @@
+# siputility_build_flags: the flags of this project's own targets, linked PRIVATE.
+add_library(siputility_build_flags INTERFACE)
+target_compile_options(
+  siputility_build_flags
+  INTERFACE -Wall
+            -Wextra
+            -Wpedantic
+            -Wconversion
+            -Wsign-conversion
+            -Wshadow
+            -Wold-style-cast
+            -Wnon-virtual-dtor
+            -Wcast-qual)
+if(SIPUTILITY_WERROR)
+  target_compile_options(siputility_build_flags INTERFACE -Werror)
+endif()
+if(SIPUTILITY_SANITIZE)
+  target_compile_options(
+    siputility_build_flags INTERFACE -fsanitize=${SIPUTILITY_SANITIZE} -fno-sanitize-recover=all
+                                     -fno-omit-frame-pointer)
+  target_link_options(siputility_build_flags INTERFACE -fsanitize=${SIPUTILITY_SANITIZE})
+endif()
+
+# siputility_library_flags: besides, those of the shared libraries. Under sanitizers their
+# runtime is found in the program only, so nothing can be said about undefined symbols.
+add_library(siputility_library_flags INTERFACE)
+target_link_libraries(siputility_library_flags INTERFACE siputility_build_flags)
+target_compile_options(siputility_library_flags INTERFACE -fno-exceptions)
+if(NOT SIPUTILITY_SANITIZE)
+  target_link_options(siputility_library_flags INTERFACE LINKER:--no-undefined)
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # Unsigned sums never wrap in our own code; those of the standard library's headers may.
+  target_compile_options(siputility_library_flags INTERFACE
+                         -fsanitize=unsigned-integer-overflow)
+endif()

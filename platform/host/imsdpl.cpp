@@ -1,0 +1,130 @@
+// imsdpl.cpp - the platform layer for desktop hosts, over the C library.
+#include "imsdpl.h"
+
+#include <atomic>
+#include <charconv>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "hostControl.h"
+
+namespace {
+
+constexpr std::size_t kLogTextSize = 1024;
+
+void (*logHandler)(void*, const HostLogLine&) = nullptr;
+void* logContext = nullptr;
+void (*memoryHandler)(void*, const HostMemoryEvent&) = nullptr;
+void* memoryContext = nullptr;
+
+std::atomic<std::size_t> liveBlocks{0};
+std::atomic<unsigned long> allocationsUntilFailure{0};
+
+void* counted(void* block) {
+  if (block != nullptr) {
+    ++liveBlocks;
+  }
+  return block;
+}
+
+}  // namespace
+
+void hostSetLogHandler(void (*handler)(void*, const HostLogLine&), void* context) {
+  logHandler = handler;
+  logContext = context;
+}
+
+void hostSetMemoryHandler(void (*handler)(void*, const HostMemoryEvent&), void* context) {
+  memoryHandler = handler;
+  memoryContext = context;
+}
+
+std::size_t hostLiveBlocks() {
+  return liveBlocks;
+}
+
+unsigned long hostFailAllocation(unsigned long n) {
+  return allocationsUntilFailure.exchange(n);
+}
+
+bool hostMayAllocate() {
+  unsigned long left = allocationsUntilFailure;
+  while (left != 0 && !allocationsUntilFailure.compare_exchange_weak(left, left - 1)) {
+  }
+  return left != 1;
+}
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the handset's names.
+
+void* __malloc(size_t size) {
+  return hostMayAllocate() ? counted(std::malloc(size)) : nullptr;
+}
+
+void* __calloc(size_t count, size_t size) {
+  return hostMayAllocate() ? counted(std::calloc(count, size)) : nullptr;
+}
+
+void __free(void* block) {
+  if (block != nullptr) {
+    --liveBlocks;
+  }
+  std::free(block);
+}
+
+char* __strdup(const char* cstr) {
+  if (cstr == nullptr) {
+    return nullptr;
+  }
+  const size_t size = std::strlen(cstr) + 1;
+  void* copy = __malloc(size);
+  return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, cstr, size));
+}
+
+int __atoi(const char* cstr) {
+  if (cstr == nullptr) {
+    return 0;
+  }
+  const long long value = std::strtoll(cstr, nullptr, 10);
+  if (value > INT_MAX) {
+    return INT_MAX;
+  }
+  return value < INT_MIN ? INT_MIN : static_cast<int>(value);
+}
+
+char* __itoaL(long value, char* text, int base) {
+  char digits[sizeof(value) * CHAR_BIT + 1];
+  const std::to_chars_result result = std::to_chars(digits, digits + sizeof(digits), value, base);
+  const auto length = static_cast<std::size_t>(result.ptr - digits);
+  std::memcpy(text, digits, length);
+  text[length] = '\0';
+  return text;
+}
+
+void wyLogModuleEventSimple(int level, int moduleId, const char* sourceFile, int line,
+                            const char* format, uintptr_t a1, uintptr_t a2, uintptr_t a3) {
+  if (logHandler == nullptr) {
+    return;
+  }
+  char text[kLogTextSize];
+  // The formats are the callers' constants; each argument is a machine word.
+  if (std::snprintf(text, sizeof(text), format, a1, a2, a3) >= 0) {
+    logHandler(logContext, {level, moduleId, sourceFile, line, text});
+  }
+}
+
+void pzmemlog_add(int category, const char* sourceFile, int line, const void* pointer,
+                  size_t size) {
+  if (memoryHandler != nullptr) {
+    memoryHandler(memoryContext, {true, category, sourceFile, line, pointer, size});
+  }
+}
+
+void pzmemlog_remove(int category, const void* pointer) {
+  if (memoryHandler != nullptr) {
+    memoryHandler(memoryContext, {false, category, nullptr, 0, pointer, 0});
+  }
+}
+
+// NOLINTEND(bugprone-reserved-identifier)

@@ -1,0 +1,59 @@
+// imsdpl.h - the handset's platform layer: memory, numbers, the module log and the memory log.
+//
+// The contract that lib-imsdpl fulfils. Every function may be called on any thread at any time;
+// none throws, none ends the process. Blocks come from and go back to this layer only.
+#ifndef IMSDPL_H
+#define IMSDPL_H
+
+#include <cstddef>
+#include <cstdint>
+
+// glibc exports a __strdup of its own, which the dynamic linker may find before the platform's;
+// on glibc hosts the platform's copy therefore goes by another link name.
+#if defined(__GLIBC__)
+#define IMSDPL_STRDUP_LINK_NAME __asm__("imsdpl_strdup")
+#else
+#define IMSDPL_STRDUP_LINK_NAME
+#endif
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the handset's names.
+extern "C" {
+
+// Allocates size bytes, uninitialised. Returns null on failure. Owns: the caller, until __free.
+void* __malloc(size_t size);
+
+// Allocates count elements of size bytes each, all zero. Returns null on failure, also where
+// count * size does not fit a size_t. Owns: the caller, until __free.
+void* __calloc(size_t count, size_t size);
+
+// Frees a block of this layer; does nothing for null.
+void __free(void* block);
+
+// Returns a copy of a zero-terminated text, terminator included; null for null or on failure.
+// Owns: the caller, until __free.
+char* __strdup(const char* cstr) IMSDPL_STRDUP_LINK_NAME;
+
+// Returns the value of the decimal number that the text begins with, after white space and one
+// sign; 0 for null or no digit. A value beyond the range of int gives the nearest int.
+int __atoi(const char* cstr);
+
+// Writes value as digits of the base (2 to 36, lower-case letters), "-" in front when negative,
+// and a terminating zero. Returns text.
+// Requires: room in text for all digits of value, the sign and the zero.
+char* __itoaL(long value, char* text, int base);
+
+// Writes one line to the module log. The format is printf's with at most three arguments, each
+// handed over as a machine word; missing ones are 0. The texts are read before the call returns.
+void wyLogModuleEventSimple(int level, int moduleId, const char* sourceFile, int line,
+                            const char* format, uintptr_t a1, uintptr_t a2, uintptr_t a3);
+
+// Records that a block of size bytes was allocated. Has no effect on the block.
+void pzmemlog_add(int category, const char* sourceFile, int line, const void* pointer, size_t size);
+
+// Records that a recorded block is about to be freed. Has no effect on the block.
+void pzmemlog_remove(int category, const void* pointer);
+
+}  // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
+
+#endif  // IMSDPL_H

@@ -1,0 +1,15 @@
+// imsxml.h - the handset's XML library, as far as the SIP text library needs it.
+//
+// The contract that lib-imsxml fulfils. Every function may be called on any thread.
+#ifndef IMSXML_H
+#define IMSXML_H
+
+// Text helpers of the XML library.
+class XmlCommon {
+ public:
+  // Strips the double quotes that enclose a zero-terminated text, in place: a quote at the start
+  // and a quote at the end go, each on its own. Returns text; null for null.
+  static char* RemoveQuotes(char* text);
+};
+
+#endif  // IMSXML_H

@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Usage: format.sh [CLANG_FORMAT_ARGUMENT...]
+# Formats all C++ sources in place; with --dry-run -Werror only checks them.
+set -euo pipefail
+
+cd "$(dirname "$0")/.."
+scripts/need.sh clang-format
+git ls-files -z --cached --others --exclude-standard '*.h' '*.cpp' |
+  xargs -0 clang-format -i "$@"

@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# Usage: need.sh PROBE...
+# Makes sure that programs and headers are there: installs the packages of those that are not
+# on Debian and Ubuntu, elsewhere says what is missing. A probe is one of the names below.
+set -euo pipefail
+
+package_of() {
+  case $1 in
+    g++ | cmake | clang-format | clang-tidy | shellcheck) echo "$1" ;;
+    clang++) echo clang ;;
+    ninja) echo ninja-build ;;
+    CLI/CLI.hpp) echo libcli11-dev ;;
+    nlohmann/json.hpp) echo nlohmann-json3-dev ;;
+    gtest/gtest.h) echo libgtest-dev ;;
+    sanitizer/asan_interface.h) echo libclang-rt-dev ;;
+    *)
+      echo "need.sh: unknown probe $1" >&2
+      exit 2
+      ;;
+  esac
+}
+
+present() {
+  case $1 in
+    sanitizer/*) echo "#include <$1>" | clang++ -E -x c++ - ;;
+    */*) echo "#include <$1>" | g++ -E -x c++ - ;;
+    *) command -v "$1" ;;
+  esac >/dev/null 2>&1
+}
+
+missing=()
+for probe in "$@"; do
+  present "$probe" || missing+=("$(package_of "$probe")")
+done
+[ ${#missing[@]} -ne 0 ] || exit 0
+
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+if ! command -v apt-get >/dev/null || ! command -v "${as_root[0]-true}" >/dev/null; then
+  echo "dev: missing here, please install (Debian's package names): ${missing[*]}" >&2
+  exit 1
+fi
+echo "dev: installing ${missing[*]} with apt-get" >&2
+{
+  "${as_root[@]}" apt-get update
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends \
+    "${missing[@]}"
+} >&2 </dev/null

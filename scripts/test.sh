@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Usage: test.sh [PRESET] [CTEST_ARGUMENT...]
+# Builds everything with a preset of CMakePresets.json (dev unless named) and runs the tests.
+set -euo pipefail
+
+cd "$(dirname "$0")/.."
+preset=${1-dev}
+[ $# -eq 0 ] || shift
+probes=(g++ cmake ninja CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h)
+case $preset in
+  clang) probes+=(clang++) ;;
+  sanitize) probes+=(clang++ sanitizer/asan_interface.h) ;;
+esac
+scripts/need.sh "${probes[@]}"
+set -x
+cmake --preset "$preset"
+cmake --build --preset "$preset"
+ctest --preset "$preset" "$@"
