@@ -1,0 +1,18 @@
+// failStop.cpp - the two ways in which the library ends the process.
+#include "failStop.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "log.h"
+
+void failStopArithmetic() {
+  std::abort();
+}
+
+void failStopCopy(const char* sourceFile, int line) {
+  logEvent(kFailure, kModuleCopyGuard, sourceFile, line,
+           "wyDplMemscpy - dst buffer size less than source size");
+  _exit(0);
+}

@@ -1,0 +1,70 @@
+// log.h - the library's side of the module log, the memory log and the assertion reports.
+//
+// Each call names the source family (kSourceFile of the calling file); the line is the caller's.
+#ifndef SIPUTILITY_INTERNAL_LOG_H
+#define SIPUTILITY_INTERNAL_LOG_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "imsdpl.h"
+#include "imsvarn.h"
+
+enum LogLevel {
+  kTrace = 3,    // a trace, or a grammar rule that did not match
+  kFailure = 4,  // bad input, failed parse, refused change
+};
+
+enum LogModule {
+  kModuleCopyGuard = 6052,
+  kModuleLibrary = 6054,
+};
+
+constexpr int kMemoryCategory = 2;
+
+// Writes one line to the module log.
+inline void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
+                     const char* format, uintptr_t a1 = 0) {
+  wyLogModuleEventSimple(level, module, sourceFile, line, format, a1, 0, 0);
+}
+
+// Logs a failure of the library.
+inline void logFailure(const char* sourceFile, const char* format, uintptr_t a1 = 0,
+                       int line = __builtin_LINE()) {
+  logEvent(kFailure, kModuleLibrary, sourceFile, line, format, a1);
+}
+
+// Logs a trace of the library.
+inline void logTrace(const char* sourceFile, const char* format, uintptr_t a1 = 0,
+                     int line = __builtin_LINE()) {
+  logEvent(kTrace, kModuleLibrary, sourceFile, line, format, a1);
+}
+
+// Records a block or object after its allocation.
+inline void recordBlock(const char* sourceFile, const void* pointer, std::size_t size,
+                        int line = __builtin_LINE()) {
+  pzmemlog_add(kMemoryCategory, sourceFile, line, pointer, size);
+}
+
+// Takes a recorded block or object off the record, before it is freed.
+inline void forgetBlock(const void* pointer) {
+  pzmemlog_remove(kMemoryCategory, pointer);
+}
+
+// Returns whether a precondition holds and reports it to the framework when it does not.
+inline bool assertHolds(bool holds, const char* sourceFile, int line = __builtin_LINE()) {
+  if (!holds) {
+    MafErrorHandler::AssertString("ASSERT Failure:", sourceFile, line);
+  }
+  return holds;
+}
+
+// Reports each null pointer as a failed assertion and returns whether there was none.
+template <typename... Pointers>
+bool assertNoneNull(const char* sourceFile, const Pointers*... pointers) {
+  bool none = true;
+  ((none = assertHolds(pointers != nullptr, sourceFile) && none), ...);
+  return none;
+}
+
+#endif  // SIPUTILITY_INTERNAL_LOG_H

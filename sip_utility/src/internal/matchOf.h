@@ -1,0 +1,19 @@
+// matchOf.h - short questions to a stream.
+#ifndef SIPUTILITY_INTERNAL_MATCH_OF_H
+#define SIPUTILITY_INTERNAL_MATCH_OF_H
+
+#include "wySipString.h"
+
+// Returns how many bytes a rule, made for this one question, covers.
+template <typename Rule>
+unsigned int matchOf(const SipStrStream& stream, unsigned int offset) {
+  Rule rule;
+  return rule.match(stream, offset);
+}
+
+// Returns whether this byte stands at the offset.
+inline bool byteIs(const SipStrStream& stream, unsigned int offset, char byte) {
+  return stream.peek(offset) == static_cast<unsigned char>(byte);
+}
+
+#endif  // SIPUTILITY_INTERNAL_MATCH_OF_H

@@ -1,0 +1,298 @@
+// wySipString.cpp - the counted string and the read cursors over it.
+#include "wySipString.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "internal/charClass.h"
+#include "internal/checkedMath.h"
+#include "internal/log.h"
+#include "internal/matchOf.h"
+#include "wySipMatch.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wySipString";
+
+// Returns a recorded buffer for length bytes and a terminator, or null.
+char* newBuffer(unsigned int length) {
+  const unsigned int size = checkedSum(length, 1);
+  char* buffer = new (std::nothrow) char[size];
+  if (buffer != nullptr) {
+    recordBlock(kSourceFile, buffer, size);
+  }
+  return buffer;
+}
+
+void deleteBuffer(char* buffer) {
+  if (buffer != nullptr) {
+    forgetBlock(buffer);
+    delete[] buffer;
+  }
+}
+
+// Copies count bytes to where there is room for so many; the texts may overlap.
+void copyGuarded(char* to, unsigned int room, const char* from, unsigned int count) {
+  if (room < count) {
+    failStopCopy(kSourceFile);
+  }
+  if (count != 0) {
+    std::memmove(to, from, count);
+  }
+}
+
+unsigned int cstrLength(const char* cstr) {
+  return cstr == nullptr ? 0 : checkedLength(std::strlen(cstr));
+}
+
+}  // namespace
+
+SipString::SipString() : buffer_(nullptr), length_(0), capacity_(0) {}
+
+SipString::SipString(const char* cstr) : SipString() {
+  append(cstr);
+}
+
+SipString::SipString(const char* text, unsigned int length) : SipString() {
+  append(text, length);
+}
+
+SipString::SipString(const SipString& other) : SipString() {
+  append(other);
+}
+
+SipString::~SipString() {
+  deleteBuffer(buffer_);
+}
+
+SipString& SipString::operator=(const SipString& other) {
+  if (this == &other) {
+    return *this;
+  }
+  clear();
+  if (append(other) != VARN_OK) {
+    logFailure(kSourceFile, "SipString::operator= | append failed");
+    deleteBuffer(buffer_);
+    // The capacity stays behind without a buffer: a later append that fits it stores nothing.
+    buffer_ = nullptr;
+  }
+  return *this;
+}
+
+unsigned int SipString::length() const {
+  return length_;
+}
+
+const char* SipString::c_str() const {
+  return length_ == 0 ? "" : buffer_;
+}
+
+// Only says that the object exists: callers use it as a liveness check.
+bool SipString::valid() const {
+  return true;
+}
+
+VARN_EXCEPTION_CODES SipString::reserve(unsigned int length) {
+  return capacity_ >= length ? VARN_OK : appendGrowing(nullptr, 0, length);
+}
+
+VARN_EXCEPTION_CODES SipString::append(const char* text, unsigned int length) {
+  if (length == 0) {
+    return VARN_OK;
+  }
+  if (text == nullptr) {
+    return VARN_INVALID_INPUT;
+  }
+  const unsigned int newLength = checkedSum(length_, length);
+  if (capacity_ < newLength) {
+    return appendGrowing(text, length, newLength);
+  }
+  if (buffer_ == nullptr) {
+    return VARN_OK;  // left without a buffer by a failed assignment
+  }
+  copyGuarded(buffer_ + length_, checkedDifference(capacity_, length_), text, length);
+  length_ = newLength;
+  buffer_[length_] = '\0';
+  return VARN_OK;
+}
+
+VARN_EXCEPTION_CODES SipString::append(const char* cstr) {
+  return append(cstr, cstrLength(cstr));
+}
+
+VARN_EXCEPTION_CODES SipString::append(const SipString& other) {
+  return append(other.buffer_, other.length_);
+}
+
+VARN_EXCEPTION_CODES SipString::append(char byte) {
+  return append(&byte, 1);
+}
+
+void SipString::clear() {
+  if (buffer_ != nullptr) {
+    buffer_[0] = '\0';
+  }
+  length_ = 0;
+}
+
+unsigned int SipString::copy(char* text, unsigned int length, unsigned int position) const {
+  if (text == nullptr || position >= length_) {
+    return 0;
+  }
+  const unsigned int count = std::min(checkedDifference(length_, position), length);
+  copyGuarded(text, length, buffer_ + position, count);
+  return count;
+}
+
+VARN_EXCEPTION_CODES SipString::copy(SipString& out, unsigned int length,
+                                     unsigned int position) const {
+  if (position > length_) {
+    return VARN_INVALID_INPUT;
+  }
+  const unsigned int end = std::min(checkedSum(position, length), length_);
+  const unsigned int count = checkedDifference(end, position);
+  if (count == 0) {
+    out.clear();
+    return VARN_OK;
+  }
+  const char* from = buffer_ + position;
+  if (&out == this) {
+    copyGuarded(out.buffer_, capacity_, from, count);
+    out.length_ = count;
+    out.buffer_[count] = '\0';
+    return VARN_OK;
+  }
+  out.clear();
+  return out.append(from, count);
+}
+
+int SipString::compare(const SipString& other) const {
+  return compare(other.buffer_, other.length_);
+}
+
+int SipString::compare(const char* text, unsigned int length) const {
+  const unsigned int otherLength = text == nullptr ? 0 : length;
+  const unsigned int common = std::min(length_, otherLength);
+  const int difference = common == 0 ? 0 : std::memcmp(buffer_, text, common);
+  return difference != 0 ? difference : lengthDifference(otherLength);
+}
+
+int SipString::compare(const char* cstr) const {
+  return compare(cstr, cstrLength(cstr));
+}
+
+int SipString::caseCompare(const SipString& other) const {
+  return caseCompare(other.buffer_, other.length_);
+}
+
+int SipString::caseCompare(const char* text, unsigned int length) const {
+  const unsigned int otherLength = text == nullptr ? 0 : length;
+  const unsigned int common = std::min(length_, otherLength);
+  for (unsigned int i = 0; i < common; ++i) {
+    const int difference = foldCase(buffer_[i]) - foldCase(text[i]);
+    if (difference != 0) {
+      return difference;
+    }
+  }
+  return lengthDifference(otherLength);
+}
+
+int SipString::caseCompare(const char* cstr) const {
+  return caseCompare(cstr, cstrLength(cstr));
+}
+
+// Moves the content into a buffer for newLength bytes and appends the text, which may lie in the
+// old buffer: that one goes last.
+VARN_EXCEPTION_CODES SipString::appendGrowing(const char* text, unsigned int length,
+                                              unsigned int newLength) {
+  char* grown = newBuffer(newLength);
+  if (grown == nullptr) {
+    return VARN_RESOURCE_FAILURE;
+  }
+  copyGuarded(grown, newLength, buffer_, length_);
+  copyGuarded(grown + length_, checkedDifference(newLength, length_), text, length);
+  grown[newLength] = '\0';
+  deleteBuffer(buffer_);
+  buffer_ = grown;
+  length_ = checkedSum(length_, length);
+  capacity_ = newLength;
+  return VARN_OK;
+}
+
+// Fatal where this string is shorter and begins the other; look-ups use internal/equality.h.
+int SipString::lengthDifference(unsigned int otherLength) const {
+  return static_cast<int>(checkedDifference(length_, otherLength));
+}
+
+SipStrStream::SipStrStream(const SipString& text)
+    : text_(text), position_(0), copied_(text_.length() == text.length()) {}
+
+SipStrStream::SipStrStream(const SipStrStream& other)
+    : text_(other.text_),
+      position_(0),
+      copied_(other.copied_ && text_.length() == other.text_.length()) {
+  if (copied_) {
+    position_ = other.position_;
+  }
+}
+
+SipStrStream::~SipStrStream() = default;
+
+bool SipStrStream::done() const {
+  return position_ == text_.length();
+}
+
+unsigned int SipStrStream::length() const {
+  return text_.length();
+}
+
+unsigned int SipStrStream::pos() const {
+  return position_;
+}
+
+bool SipStrStream::valid() const {
+  return copied_;
+}
+
+int SipStrStream::peek(unsigned int offset) const {
+  const unsigned int index = checkedSum(position_, offset);
+  return index < text_.length() ? static_cast<unsigned char>(text_.c_str()[index]) : -1;
+}
+
+VARN_EXCEPTION_CODES SipStrStream::get(char* text, unsigned int length) {
+  if (text == nullptr) {
+    return VARN_NULL_DESTINATION;
+  }
+  if (text_.copy(text, length, position_) < length) {
+    return VARN_SHORT_INPUT;
+  }
+  position_ = checkedSum(position_, length);
+  return VARN_OK;
+}
+
+VARN_EXCEPTION_CODES SipStrStream::get(unsigned int length, SipString& out) {
+  const VARN_EXCEPTION_CODES code = text_.copy(out, length, position_);
+  if (code == VARN_OK) {
+    position_ = checkedSum(position_, out.length());
+  }
+  return code;
+}
+
+VARN_EXCEPTION_CODES SipStrStream::discard(unsigned int length) {
+  if (checkedDifference(text_.length(), position_) < length) {
+    return VARN_SHORT_INPUT;
+  }
+  position_ = checkedSum(position_, length);
+  return VARN_OK;
+}
+
+SipLWSStrStream::SipLWSStrStream(const SipString& text) : SipStrStream(text) {
+  discard(matchOf<SipMatchLWS>(*this, 0));
+}
+
+SipLWSStrStream::~SipLWSStrStream() = default;
+
+bool SipLWSStrStream::done() const {
+  return matchOf<SipMatchLWS>(*this, 0) == checkedDifference(length(), pos());
+}

@@ -1,0 +1,17 @@
+// exitGuard.h - keeps a fail-stop of the library from looking like a test that passed.
+//
+// The library's fail-stop on impossible copies ends the process with status 0. Every test and
+// fuzz program links exitGuard.cpp, whose _exit prints a line and aborts instead.
+#ifndef TESTS_SUPPORT_EXIT_GUARD_H
+#define TESTS_SUPPORT_EXIT_GUARD_H
+
+// While one lives, _exit ends the process as it would without the guard: for death tests.
+class ExitAllowed {
+ public:
+  ExitAllowed();
+  ~ExitAllowed();
+  ExitAllowed(const ExitAllowed&) = delete;
+  ExitAllowed& operator=(const ExitAllowed&) = delete;
+};
+
+#endif  // TESTS_SUPPORT_EXIT_GUARD_H

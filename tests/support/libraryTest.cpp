@@ -1,0 +1,100 @@
+// libraryTest.cpp - the fixture of every suite, and allocations that can be made to fail.
+#include "libraryTest.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::string logLine(int level, int moduleId, std::string_view source, std::string_view text) {
+  std::string line = std::to_string(level) + ' ' + std::to_string(moduleId) + ' ';
+  return line.append(source).append(" | ").append(text);
+}
+
+}  // namespace
+
+// The library allocates with these two; everything else in a test program does not.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return hostMayAllocate() ? std::malloc(size) : nullptr;
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return hostMayAllocate() ? std::malloc(size) : nullptr;
+}
+
+void* operator new(std::size_t size) {
+  void* block = std::malloc(size);
+  return block != nullptr ? block : throw std::bad_alloc();
+}
+
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+
+void operator delete(void* block) noexcept {
+  std::free(block);
+}
+
+void operator delete[](void* block) noexcept {
+  std::free(block);
+}
+
+void operator delete(void* block, std::size_t /*size*/) noexcept {
+  std::free(block);
+}
+
+void operator delete[](void* block, std::size_t /*size*/) noexcept {
+  std::free(block);
+}
+
+std::string failureLine(std::string_view source, std::string_view text) {
+  return logLine(4, 6054, source, text);
+}
+
+std::string traceLine(std::string_view source, std::string_view text) {
+  return logLine(3, 6054, source, text);
+}
+
+LibraryTest::LibraryTest() {
+  hostSetLogHandler(
+      [](void* self, const HostLogLine& line) {
+        static_cast<LibraryTest*>(self)->log_.push_back(
+            logLine(line.level, line.moduleId, line.sourceFile, line.text));
+      },
+      this);
+  hostSetAssertionHandler(
+      [](void* self, const HostAssertion& assertion) {
+        EXPECT_STREQ("ASSERT Failure:", assertion.message);
+        static_cast<LibraryTest*>(self)->assertions_.emplace_back(assertion.sourceFile);
+      },
+      this);
+  hostSetMemoryHandler(
+      [](void* self, const HostMemoryEvent& event) {
+        auto& recorded = static_cast<LibraryTest*>(self)->recorded_;
+        if (event.added) {
+          EXPECT_TRUE(recorded.emplace(event.pointer, event.category).second);
+        } else {
+          const auto entry = recorded.find(event.pointer);
+          ASSERT_NE(recorded.end(), entry) << "a block is taken off the record twice";
+          EXPECT_EQ(entry->second, event.category);
+          recorded.erase(entry);
+        }
+      },
+      this);
+}
+
+LibraryTest::~LibraryTest() {
+  hostSetLogHandler(nullptr, nullptr);
+  hostSetAssertionHandler(nullptr, nullptr);
+  hostSetMemoryHandler(nullptr, nullptr);
+  EXPECT_TRUE(recorded_.empty());
+  EXPECT_EQ(0U, hostLiveBlocks());
+}
+
+Lines LibraryTest::takeLog() {
+  return std::exchange(log_, {});
+}
+
+Lines LibraryTest::takeAssertions() {
+  return std::exchange(assertions_, {});
+}
