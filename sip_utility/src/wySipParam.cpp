@@ -1,0 +1,467 @@
+// wySipParam.cpp - parameter lists: the `;name=value` runs of SIP headers and URIs.
+#include "wySipParam.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "internal/checkedMath.h"
+#include "internal/equality.h"
+#include "internal/log.h"
+#include "internal/matchOf.h"
+#include "internal/paramNameIndex.h"
+#include "internal/stringAccess.h"
+#include "internal/textWriter.h"
+#include "wySipMatch.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
+
+SipParam* newParam(SipParam** head) {
+  auto* param = new (std::nothrow) SipParam(head);
+  if (param != nullptr) {
+    recordBlock(kSourceFile, param, sizeof(SipParam));
+  }
+  return param;
+}
+
+// Deleting a node takes it off its chain.
+void deleteParam(SipParam* param) {
+  forgetBlock(param);
+  delete param;
+}
+
+// The value behind an "=", by the rule that the name chooses.
+unsigned int valueLength(const SipParamList& grammar, const SipString& name,
+                         const SipStrStream& stream) {
+  if (equal(name, "tag") || equal(name, "branch")) {
+    return grammar.matchTagParamValue(stream, 0);
+  }
+  const unsigned int length = grammar.matchValue(stream, 0);
+  if (length != 0 || !byteIs(stream, 0, '"')) {
+    return length;
+  }
+  logTrace(kSourceFile, "SipParamList::parseParamList - Quoted Feature tag");
+  return grammar.MatchQuotedTagValue(stream, 0);
+}
+
+// Reads `[=value]` behind a name into a node; without one only the text is looked at.
+VARN_EXCEPTION_CODES takeValue(const SipParamList& grammar, const SipString& name, SipParam* param,
+                               SipStrStream& stream) {
+  const unsigned int equalLength = grammar.matchEqual(stream, 0);
+  if (equalLength == 0) {
+    return VARN_OK;
+  }
+  stream.discard(equalLength);
+  const unsigned int length = valueLength(grammar, name, stream);
+  if (length == 0) {
+    logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter value");
+    return VARN_INVALID_INPUT;
+  }
+  return param == nullptr ? VARN_OK : param->setValue(length, stream);
+}
+
+// Takes the name out of a text that holds nothing else but white space around it.
+VARN_EXCEPTION_CODES checkedName(const SipParamList& grammar, const SipString& text,
+                                 SipString& name) {
+  SipLWSStrStream stream(text);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
+    return VARN_RESOURCE_FAILURE;
+  }
+  const VARN_EXCEPTION_CODES code = stream.get(grammar.matchName(stream, 0), name);
+  if (code == VARN_OK && !stream.done()) {
+    logFailure(kSourceFile, "SipParameterList::setParameter invalid name");
+    return VARN_INVALID_INPUT;
+  }
+  return code;
+}
+
+// Takes the value out of a text that holds nothing else but white space around it; an empty text
+// is an empty value.
+VARN_EXCEPTION_CODES checkedValue(const SipParamList& grammar, const SipString& text,
+                                  SipString& value) {
+  if (text.length() == 0) {
+    return VARN_OK;
+  }
+  SipLWSStrStream stream(text);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
+    return VARN_RESOURCE_FAILURE;
+  }
+  const VARN_EXCEPTION_CODES code = stream.get(grammar.matchValue(stream, 0), value);
+  if (code == VARN_OK && !stream.done()) {
+    logFailure(kSourceFile, "SipParameterList::setParameter invalid value");
+    return VARN_INVALID_INPUT;
+  }
+  return code;
+}
+
+// Names and fills a new node.
+VARN_EXCEPTION_CODES fill(SipParam& param, const SipString& name, const SipString& value) {
+  const VARN_EXCEPTION_CODES code = param.setName(name);
+  if (code != VARN_OK || value.length() == 0) {
+    return code;
+  }
+  // The node reports on its name alone; whether the value arrived shows in its length.
+  param.setValue(value);
+  return param.getValue().length() == value.length() ? VARN_OK : VARN_RESOURCE_FAILURE;
+}
+
+unsigned int matchSeparator(char separator, const SipStrStream& stream, unsigned int offset) {
+  SipMatchLWSChar rule(separator);
+  return rule.match(stream, offset);
+}
+
+}  // namespace
+
+SipParam::SipParam(SipParam** head) : next_(nullptr), prevLink_(nullptr) {
+  insert(head);
+}
+
+SipParam::~SipParam() {
+  remove();
+}
+
+void SipParam::insert(SipParam** head) {
+  if (!assertHolds(head != nullptr, kSourceFile)) {
+    return;
+  }
+  if (*head != nullptr) {
+    // The analyzer does not see that a deleted node has left its chain.
+    (*head)->prevLink_ = &next_;  // NOLINT(clang-analyzer-cplusplus.NewDelete)
+  }
+  next_ = *head;
+  *head = this;
+  prevLink_ = head;
+}
+
+void SipParam::remove() {
+  if (!assertHolds(prevLink_ != nullptr, kSourceFile)) {
+    return;
+  }
+  *prevLink_ = next_;
+  if (next_ != nullptr) {
+    next_->prevLink_ = prevLink_;
+  }
+  next_ = nullptr;
+  prevLink_ = nullptr;
+}
+
+VARN_EXCEPTION_CODES SipParam::setName(const SipString& name) {
+  name_ = name;
+  return SipStringAccess::hasBuffer(name_) ? VARN_OK : VARN_RESOURCE_FAILURE;
+}
+
+VARN_EXCEPTION_CODES SipParam::setValue(unsigned int length, SipStrStream& stream) {
+  value_.clear();
+  return length == 0 ? VARN_OK : stream.get(length, value_);
+}
+
+VARN_EXCEPTION_CODES SipParam::setValue(const SipString& value) {
+  value_ = value;
+  // Looks at the name, not at the value: callers set the name first and judge by that.
+  return SipStringAccess::hasBuffer(name_) ? VARN_OK : VARN_RESOURCE_FAILURE;
+}
+
+const SipString& SipParam::getName() const {
+  return name_;
+}
+
+const SipString& SipParam::getValue() const {
+  return value_;
+}
+
+SipParam* SipParam::next() const {
+  return next_;
+}
+
+void SipParam::setNext(SipParam* next) {
+  next_ = next;
+}
+
+SipParamList::SipParamList() : head_(nullptr), names_(nullptr) {}
+
+SipParamList::~SipParamList() {
+  clearParamList();
+  clearParamNames();
+}
+
+VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
+  ParamNameIndex names(*this);
+  for (int first = 1; parseSep(stream, first) == VARN_OK; first = 0) {
+    SipParam* param = newParam(&head_);
+    if (param == nullptr) {
+      return VARN_RESOURCE_FAILURE;
+    }
+    const VARN_EXCEPTION_CODES code = parseParam(param, stream, names);
+    if (code != VARN_OK) {
+      deleteParam(param);
+      return code;
+    }
+  }
+  return VARN_OK;
+}
+
+const SipParam* SipParamList::firstParam() const {
+  return head_;
+}
+
+const SipParam* SipParamList::nextParam(const SipParam* param) const {
+  return param == nullptr ? nullptr : param->next();
+}
+
+SipParam* SipParamList::find(const SipString& name) const {
+  if (name.length() == 0) {
+    return nullptr;
+  }
+  SipParam* param = head_;
+  while (param != nullptr && !equalIgnoringCase(param->getName(), view(name))) {
+    param = param->next();
+  }
+  return param;
+}
+
+const SipString* SipParamList::getParameter(const SipString& name) const {
+  const SipParam* param = find(name);
+  return param == nullptr ? nullptr : &param->getValue();
+}
+
+const SipString** SipParamList::getParameterNames(VARN_EXCEPTION_CODES* error) {
+  if (!assertHolds(error != nullptr, kSourceFile)) {
+    return nullptr;
+  }
+  *error = VARN_OK;
+  if (names_ != nullptr || head_ == nullptr) {
+    return names_;
+  }
+  std::size_t size = 1;
+  for (const SipParam* param = head_; param != nullptr; param = param->next()) {
+    ++size;
+  }
+  names_ = new (std::nothrow) const SipString*[size];
+  if (names_ == nullptr) {
+    logFailure(kSourceFile, "SipParamList::getParameterNames - new failed");
+    *error = VARN_RESOURCE_FAILURE;
+    return nullptr;
+  }
+  recordBlock(kSourceFile, names_, size * sizeof(void*));
+  const SipString** name = names_;
+  for (const SipParam* param = head_; param != nullptr; param = param->next()) {
+    *name++ = &param->getName();
+  }
+  *name = nullptr;
+  return names_;
+}
+
+VARN_EXCEPTION_CODES SipParamList::removeParameter(const SipString& name) {
+  SipParam* param = find(name);
+  if (param != nullptr) {
+    deleteParam(param);
+    clearParamNames();
+  }
+  return VARN_OK;
+}
+
+VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const SipString& value) {
+  if (name.length() == 0) {
+    logFailure(kSourceFile, "SipParameterList::setParameter name is empty");
+    return VARN_INVALID_INPUT;
+  }
+  SipString newName;
+  SipString newValue;
+  VARN_EXCEPTION_CODES code = checkedName(*this, name, newName);
+  if (code == VARN_OK) {
+    code = checkedValue(*this, value, newValue);
+  }
+  if (code != VARN_OK) {
+    return code;
+  }
+  // The node is finished on a chain of its own, so that a failure takes nothing off the list.
+  SipParam* aside = nullptr;
+  SipParam* param = newParam(&aside);
+  if (param == nullptr) {
+    return VARN_RESOURCE_FAILURE;
+  }
+  code = fill(*param, newName, newValue);
+  if (code != VARN_OK) {
+    deleteParam(param);
+    return code;
+  }
+  removeParameter(newName);
+  param->remove();
+  param->insert(&head_);
+  clearParamNames();
+  return VARN_OK;
+}
+
+void SipParamList::clearParamList() {
+  while (head_ != nullptr) {
+    SipParam* first = head_;
+    head_ = first->next();
+    deleteParam(first);
+  }
+  if (names_ != nullptr) {
+    names_[0] = nullptr;
+  }
+}
+
+void SipParamList::clearParamNames() {
+  if (names_ != nullptr) {
+    forgetBlock(names_);
+    delete[] names_;
+    names_ = nullptr;
+  }
+}
+
+unsigned int SipParamList::getStringLength() const {
+  unsigned int separator = checkedLength(std::strlen(getSep(1)));
+  const unsigned int laterSeparator = checkedLength(std::strlen(getSep(0)));
+  unsigned int length = 0;
+  for (const SipParam* param = head_; param != nullptr; param = param->next()) {
+    const unsigned int value = param->getValue().length();
+    length = checkedSum(length, separator, param->getName().length());
+    length = value == 0 ? length : checkedSum(length, 1, value);
+    separator = laterSeparator;
+  }
+  return length;
+}
+
+VARN_EXCEPTION_CODES SipParamList::appendToString(SipString& out) const {
+  const SipParam* param = firstParam();
+  if (param == nullptr) {
+    return VARN_OK;
+  }
+  TextWriter writer(out, checkedSum(out.length(), getStringLength()));
+  const char* separator = getSep(1);
+  while (param != nullptr && writer.code() == VARN_OK) {
+    writer.write(separator).writePair(param->getName(), param->getValue());
+    param = nextParam(param);
+    separator = getSep(0);
+  }
+  return writer.code();
+}
+
+VARN_EXCEPTION_CODES SipParamList::parseSep(SipStrStream& stream, int first) const {
+  const unsigned int length = matchSep(stream, 0, first);
+  return length == 0 ? VARN_INVALID_INPUT : stream.discard(length);
+}
+
+VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& stream) const {
+  ParamNameIndex names(*this);
+  return parseParam(param, stream, names);
+}
+
+VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& stream,
+                                              ParamNameIndex& names) const {
+  assertHolds(param != nullptr, kSourceFile);
+  const unsigned int nameLength = matchName(stream, 0);
+  if (nameLength == 0) {
+    logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter name");
+    return VARN_INVALID_INPUT;
+  }
+  SipString name;
+  VARN_EXCEPTION_CODES code = stream.get(nameLength, name);
+  if (code != VARN_OK) {
+    return code;
+  }
+  if (names.contains(name)) {
+    logFailure(kSourceFile, "SipParamList::parseParamList - duplicate parameter name");
+    return VARN_INVALID_INPUT;
+  }
+  if (param != nullptr) {
+    code = param->setName(name);
+    if (code != VARN_OK) {
+      return code;
+    }
+    names.add(*param);
+  }
+  return takeValue(*this, name, param, stream);
+}
+
+SipHdrParamList::SipHdrParamList() : headerType_(WY_SIP_HEADER_TYPE_NONE) {}
+
+void SipHdrParamList::setHeaderType(WY_SIP_SIPHEADER_TYPE headerType) {
+  headerType_ = headerType;
+}
+
+WY_SIP_SIPHEADER_TYPE SipHdrParamList::getHeaderType() const {
+  return headerType_;
+}
+
+unsigned int SipHdrParamList::matchSep(const SipStrStream& stream, unsigned int offset,
+                                       int first) const {
+  if (headerType_ == WY_SIP_HEADER_TYPE_NON_AUTH) {
+    return matchSeparator(';', stream, offset);
+  }
+  return first == 1 ? matchOf<SipMatchLWS>(stream, offset) : matchSeparator(',', stream, offset);
+}
+
+unsigned int SipHdrParamList::matchValue(const SipStrStream& stream, unsigned int offset) const {
+  unsigned int length = matchOf<SipMatchQuotedString>(stream, offset);
+  if (length == 0) {
+    length = matchOf<SipMatchIIPV6Address>(stream, offset);
+  }
+  if (length == 0) {
+    length = matchOf<SipMatchHost>(stream, offset);
+  }
+  return std::max(length, matchOf<SipMatchToken>(stream, offset));
+}
+
+unsigned int SipHdrParamList::matchTagParamValue(const SipStrStream& stream,
+                                                 unsigned int offset) const {
+  return matchOf<SipMatchToken>(stream, offset);
+}
+
+unsigned int SipHdrParamList::matchEqual(const SipStrStream& stream, unsigned int offset) const {
+  return matchSeparator('=', stream, offset);
+}
+
+unsigned int SipHdrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {
+  return matchOf<SipMatchToken>(stream, offset);
+}
+
+const char* SipHdrParamList::getSep(int first) const {
+  if (headerType_ == WY_SIP_HEADER_TYPE_NON_AUTH) {
+    return ";";
+  }
+  return first == 1 ? " " : ",";
+}
+
+unsigned int SipHdrParamList::MatchQuotedTagValue(const SipStrStream& stream,
+                                                  unsigned int offset) const {
+  return matchOf<SipMatchQuotedString>(stream, offset);
+}
+
+unsigned int SipAddrParamList::matchSep(const SipStrStream& stream, unsigned int offset,
+                                        int /*first*/) const {
+  return byteIs(stream, offset, ';') ? 1 : 0;
+}
+
+// The paramchar rule, also for a derived list that has other names.
+unsigned int SipAddrParamList::matchValue(const SipStrStream& stream, unsigned int offset) const {
+  return matchOf<SipAddressMatchParamChar>(stream, offset);
+}
+
+unsigned int SipAddrParamList::matchTagParamValue(const SipStrStream& /*stream*/,
+                                                  unsigned int /*offset*/) const {
+  return 0;
+}
+
+unsigned int SipAddrParamList::matchEqual(const SipStrStream& stream, unsigned int offset) const {
+  return byteIs(stream, offset, '=') ? 1 : 0;
+}
+
+unsigned int SipAddrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {
+  return matchOf<SipAddressMatchParamChar>(stream, offset);
+}
+
+const char* SipAddrParamList::getSep(int /*first*/) const {
+  return ";";
+}
+
+unsigned int SipAddrParamList::MatchQuotedTagValue(const SipStrStream& stream,
+                                                   unsigned int offset) const {
+  return matchOf<SipMatchQuotedString>(stream, offset);
+}

@@ -1,0 +1,304 @@
+// wySipParamTest.cpp - what parameter lists read, look up, change and write.
+#include "wySipParam.h"
+
+#include <algorithm>
+#include <cctype>
+#include <random>
+#include <set>
+
+#include "libraryTest.h"
+#include "wySipMatch.h"
+
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+constexpr const char* kSource = "sip_utility/src/wySipParam";
+
+const std::string kBadName =
+    failureLine(kSource, "SipParamList::parseParamList - bad parameter name");
+const std::string kBadValue =
+    failureLine(kSource, "SipParamList::parseParamList - bad parameter value");
+const std::string kDuplicate =
+    failureLine(kSource, "SipParamList::parseParamList - duplicate parameter name");
+const std::string kQuotedTag =
+    traceLine(kSource, "SipParamList::parseParamList - Quoted Feature tag");
+const std::string kNotAssigned =
+    failureLine("sip_utility/src/wySipString", "SipString::operator= | append failed");
+
+std::string rule(std::string_view text) {
+  return traceLine("sip_utility/src/wySipMatch", text);
+}
+
+std::string setFails(const std::string& reason) {
+  return failureLine(kSource, "SipParameterList::setParameter " + reason);
+}
+
+// Writes the list, whose length must be the one foretold.
+VARN_EXCEPTION_CODES writes(const SipParamList& list, std::string_view expected) {
+  SipString out;
+  const VARN_EXCEPTION_CODES code = list.appendToString(out);
+  EXPECT_TRUE(code != VARN_OK || content(out) == expected) << content(out);
+  EXPECT_EQ(expected.size(), list.getStringLength());
+  return code;
+}
+
+VARN_EXCEPTION_CODES parse(SipParamList& list, const SipString& text) {
+  SipStrStream stream(text);
+  return stream.valid() ? list.parseParamList(stream) : VARN_RESOURCE_FAILURE;
+}
+
+using SipParamTest = LibraryTest;
+using SipParamListTest = LibraryTest;
+
+TEST_F(SipParamTest, LinksItselfInAtTheFrontAndTakesItselfOff) {
+  SipParam* head = nullptr;
+  SipParam last(&head);
+  {
+    SipParam middle(&head);
+    SipParam first(&head);
+    EXPECT_TRUE(head == &first && first.next() == &middle && middle.next() == &last);
+    middle.remove();
+    EXPECT_TRUE(first.next() == &last && middle.next() == nullptr);
+    middle.insert(&head);
+  }
+  EXPECT_TRUE(head == &last && last.next() == nullptr);
+  EXPECT_EQ(Lines{}, takeAssertions());
+  { SipParam(nullptr).remove(); }
+  EXPECT_EQ(Lines(3, kSource), takeAssertions());  // the third is the destructor's
+}
+
+TEST_F(SipParamTest, JudgesAValueByItsName) {
+  SipParam* head = nullptr;
+  SipParam param(&head);
+  EXPECT_EQ(VARN_RESOURCE_FAILURE, param.setValue("v"));  // no name yet, but the value is there
+  EXPECT_EQ("v", content(param.getValue()));
+  EXPECT_EQ(VARN_OK, param.setName("n"));
+  const SipString longer("longer");
+  hostFailAllocation(1);
+  EXPECT_EQ(VARN_OK, param.setValue(longer));  // the value is lost, the name is not
+  EXPECT_EQ(0U, param.getValue().length());
+}
+
+TEST_F(SipParamListTest, ReadsTheParametersOfItsDialectAndWritesThemNewestFirst) {
+  const std::string openQuote =
+      rule("SipMatchQuotedString::doMatch - end of string without end quote");
+  const std::string noHost = rule("SipMatchHost invalid character 0x22");
+  enum { kNone, kAuth, kOther, kUri };
+  const struct {
+    int dialect;  // the type of a header, or of none for a URI
+    std::string_view text;
+    std::string_view rest;
+    std::string_view written;
+    Lines log;  // a last line of level 4 stands for a failure
+  } cases[] = {
+      {kUri, " ;a", " ;a", "", {}},
+      {kUri, ";lr;transport=tcp?x", "?x", ";transport=tcp;lr", {}},
+      {kUri, ";user=phone=x", "=x", ";user=phone", {}},
+      {kUri, ";%41=[/:&+$];(b)", "", ";(b);%41=[/:&+$]", {}},
+      {kUri, ";a=b\"c\"", "\"c\"", ";a=b", {}},
+      {kUri, ";a\0;b"sv, "\0;b"sv, ";a", {}},
+      {kUri, ";tag;branch", "", ";branch;tag", {}},
+      {kUri, ";Tag=a;BRANCH=b;tagg=c", "", ";tagg=c;BRANCH=b;Tag=a", {}},
+      {kUri, ";+i=\"<urn:\\\"x>\";a", "", ";a;+i=\"<urn:\\\"x>\"", {kQuotedTag}},
+      {kUri, ";a;;b", ";b", ";a", {kBadName}},
+      {kUri, "; lr", " lr", "", {kBadName}},
+      {kUri, ";a=1;\xFF", "\xFF", ";a=1", {kBadName}},
+      {kUri, ";A=1;a=2", "=2", ";A=1", {kDuplicate}},
+      {kUri, ";a=", "", "", {kBadValue}},
+      {kUri, ";tag=abc", "abc", "", {kBadValue}},
+      {kUri, ";b;branch=\"b\"", "\"b\"", ";b", {kBadValue}},
+      {kUri, ";a=\"b", "\"b", "", {kQuotedTag, openQuote, kBadValue}},
+      {kOther, ";a = 1 ;b", "", ";b;a=1", {}},
+      {kOther, " \r\n ; a\t=\r\n 1 ,x", " ,x", ";a=1", {}},
+      {kOther, ";a=\"x; \\\" y\";b", "", ";b;a=\"x; \\\" y\"", {}},
+      {kOther, ";received=2001:db8::1", "", ";received=2001:db8::1", {}},
+      {kOther, ";a=[::1]:5", ":5", ";a=[::1]", {}},
+      {kOther, ";a=[", "", ";a=[", {}},                // an open bracket is a host of its own
+      {kOther, ";a=b.test!c", "", ";a=b.test!c", {}},  // the token is longer than the host
+      {kOther, ";a=::1!c;b", "!c;b", ";a=::1", {}},    // the address is longer than the token
+      {kOther, ";tag=a%b;branch=c", "", ";branch=c;tag=a%b", {}},
+      {kOther, ";a=", "", "", {rule("SipMatchHost invalid character 0xff"), kBadValue}},
+      {kOther, ";tag=\"a\"", "\"a\"", "", {kBadValue}},
+      {kOther, ";a=\"b", "\"b", "", {openQuote, noHost, kQuotedTag, openQuote, kBadValue}},
+      {kAuth, " realm=\"x\", nonce=\"y\"", "", " nonce=\"y\",realm=\"x\"", {}},
+      {kAuth, "\r\n\ta = 1\t,\r\n b;c", ";c", " b,a=1", {}},
+      {kNone, " a=1,b", "", " b,a=1", {}},
+      {kNone, "realm=\"x\"", "realm=\"x\"", "", {}},
+      {kNone, " ,a", ",a", "", {kBadName}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    SipAddrParamList uri;
+    SipHdrParamList header;
+    if (c.dialect != kUri) {
+      header.setHeaderType(static_cast<WY_SIP_SIPHEADER_TYPE>(c.dialect));
+    }
+    SipParamList& list = c.dialect == kUri ? static_cast<SipParamList&>(uri) : header;
+    SipStrStream stream(sipString(c.text));
+    const bool fails = !c.log.empty() && c.log.back()[0] == '4';
+    EXPECT_EQ(fails ? VARN_INVALID_INPUT : VARN_OK, list.parseParamList(stream));
+    EXPECT_EQ(c.rest, c.text.substr(stream.pos()));
+    EXPECT_EQ(VARN_OK, writes(list, c.written));
+    EXPECT_EQ(c.log, takeLog());
+  }
+  EXPECT_EQ(Lines{}, takeAssertions());
+}
+
+TEST_F(SipParamListTest, FindsDuplicatesWhateverTheNames) {
+  std::mt19937 random(3261);
+  for (unsigned int round = 0; round < 500; ++round) {
+    std::set<std::string> known;  // in small letters
+    std::string text;
+    std::string expected;
+    for (bool isNew = true; isNew && known.size() < 100;) {
+      std::string name(1 + round % 6 + random() % 2, ' ');
+      std::generate(name.begin(), name.end(), [&] { return "aAbB-_"[random() % 6]; });
+      text += ';' + name;
+      expected.insert(0, ';' + name);
+      std::transform(name.begin(), name.end(), name.begin(), ::tolower);
+      isNew = known.insert(name).second;
+      expected.erase(0, isNew ? 0 : name.size() + 1);
+    }
+    SipAddrParamList list;
+    ASSERT_EQ(known.size() < 100 ? VARN_INVALID_INPUT : VARN_OK, parse(list, sipString(text)));
+    ASSERT_EQ(known.size() < 100 ? Lines{kDuplicate} : Lines{}, takeLog()) << text;
+    ASSERT_EQ(VARN_OK, writes(list, expected)) << text;
+  }
+}
+
+TEST_F(SipParamListTest, TellsThousandsOfSimilarNamesApart) {
+  std::string text;
+  std::string prefix;
+  for (int i = 1; i <= 2500; ++i) {
+    prefix += i % 2 == 0 ? 'a' : 'B';
+    text += ';' + (i <= 1000 ? prefix : std::string(100, 'x') + std::to_string(i));
+    text += (i % 2 == 0 ? ";N" : ";n") + std::to_string(i);
+  }
+  for (const char* last : {"", ";b", ";N1", ";n2500", ";bab", ";EARLIER"}) {
+    SipAddrParamList list;
+    EXPECT_EQ(VARN_OK, parse(list, ";earlier"));
+    EXPECT_EQ(*last == '\0' ? VARN_OK : VARN_INVALID_INPUT, parse(list, sipString(text + last)));
+    EXPECT_EQ(*last == '\0' ? Lines{} : Lines{kDuplicate}, takeLog());
+    EXPECT_EQ(text.size() + 8, list.getStringLength());
+  }
+}
+
+TEST_F(SipParamListTest, SetsOnlyWhatItsGrammarCovers) {
+  const struct {
+    std::string_view name;
+    std::string_view value;
+    std::string_view written;
+    Lines log;
+  } cases[] = {
+      {" q ", "\t0.5\r\n ", ";q=0.5;y;X=2", {}},
+      {"x", "1", ";x=1;y", {}},
+      {"Y", " ", ";Y;X=2", {}},
+      {"tag", "1", ";tag=1;y;X=2", {}},  // the rule of parsed tags is not asked
+      {"", "1", ";y;X=2", {setFails("name is empty")}},
+      {"a b", "1", ";y;X=2", {setFails("invalid name")}},
+      {"x\r\n", "1", ";y;X=2", {setFails("invalid name")}},
+      {"x", "1\0"sv, ";y;X=2", {setFails("invalid value")}},
+      {"x", "\"1\"", ";y;X=2", {setFails("invalid value")}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.written);
+    SipAddrParamList list;
+    EXPECT_EQ(VARN_OK, parse(list, ";X=2;y"));
+    const VARN_EXCEPTION_CODES code = list.setParameter(sipString(c.name), sipString(c.value));
+    EXPECT_EQ(c.log.empty() ? VARN_OK : VARN_INVALID_INPUT, code);
+    EXPECT_EQ(c.log, takeLog());
+    EXPECT_EQ(VARN_RESOURCE_FAILURE, list.setParameter(" ", "1"));  // a name without a buffer
+    EXPECT_EQ(VARN_OK, writes(list, c.written));
+  }
+  SipHdrParamList list;
+  EXPECT_EQ(VARN_OK, list.setParameter("q", " \"c d\" "));
+  EXPECT_EQ(VARN_OK, list.setParameter("r", ""));
+  EXPECT_EQ(VARN_OK, writes(list, " r,q=\"c d\""));
+  EXPECT_TRUE(list.getParameter("R")->length() == 0 && list.getParameter("") == nullptr);
+}
+
+TEST_F(SipParamListTest, KeepsItsNamesArrayUntilAParameterIsSetOrRemoved) {
+  SipAddrParamList list;
+  VARN_EXCEPTION_CODES code = VARN_INVALID_INPUT;
+  EXPECT_EQ(nullptr, list.getParameterNames(&code));
+  EXPECT_EQ(VARN_OK, code);
+  const auto names = [&] {
+    std::string text;
+    for (const SipString** name = list.getParameterNames(&code); *name != nullptr; ++name) {
+      text += content(**name);
+    }
+    return text;
+  };
+  parse(list, ";a;b");
+  EXPECT_EQ("ba", names());
+  parse(list, ";c");
+  list.removeParameter("x");
+  list.setParameter("d", "=");
+  EXPECT_EQ("ba", names());
+  list.removeParameter("A");
+  EXPECT_EQ("cb", names());
+  list.setParameter("d", "1");
+  EXPECT_EQ("dcb", names());
+  list.clearParamList();
+  parse(list, ";e");
+  EXPECT_EQ("", names());
+  EXPECT_EQ(nullptr, list.getParameterNames(nullptr));
+  EXPECT_EQ(Lines{kSource}, takeAssertions());
+}
+
+class NumberedList : public SipAddrParamList {
+ public:
+  using SipParamList::parseParam;
+  unsigned int matchName(const SipStrStream& stream, unsigned int offset) const override {
+    return SipMatchDigit().match(stream, offset);
+  }
+};
+
+TEST_F(SipParamListTest, AsksADerivedListForNamesAndStoresNothingWithoutANode) {
+  NumberedList list;
+  EXPECT_EQ(VARN_OK, parse(list, ";1=ab;23"));
+  EXPECT_EQ(VARN_OK, list.setParameter("4", "c"));
+  EXPECT_EQ(VARN_INVALID_INPUT, list.setParameter("c", "4"));
+  takeLog();
+  for (const char* text : {"5=a", "4=a", "a", "5=="}) {
+    SipStrStream stream(text);
+    EXPECT_EQ(text == "5=a"sv ? VARN_OK : VARN_INVALID_INPUT, list.parseParam(nullptr, stream));
+  }
+  EXPECT_EQ((Lines{kDuplicate, kBadName, kBadValue}), takeLog());
+  EXPECT_EQ(Lines(4, kSource), takeAssertions());
+  EXPECT_EQ(VARN_OK, writes(list, ";4=c;23;1=ab"));
+}
+
+TEST_F(SipParamListTest, FindsDuplicatesAndChangesNothingWithoutMemory) {
+  std::string text;
+  for (int i = 1; i <= 70; ++i) {
+    text += ";n" + std::to_string(i);
+  }
+  const SipString duplicated = sipString(text + ";N40=v;x");
+  const SipString name(" n40 ");
+  const SipString value(" 1 ");
+  const Lines log = sweepAllocations([&] {
+    SipAddrParamList list;
+    VARN_EXCEPTION_CODES code = parse(list, duplicated);
+    EXPECT_NE(VARN_OK, code);
+    const SipString** names = code == VARN_INVALID_INPUT ? list.getParameterNames(&code) : nullptr;
+    if (code != VARN_OK) {
+      return code;
+    }
+    code = list.setParameter(name, value);
+    EXPECT_EQ(text.size() + (code == VARN_OK ? 2 : 0), list.getStringLength());
+    if (code != VARN_OK) {
+      EXPECT_EQ(names, list.getParameterNames(&code));
+      return VARN_RESOURCE_FAILURE;
+    }
+    SipString out;
+    return list.appendToString(out);
+  });
+  const std::string noNames = failureLine(kSource, "SipParamList::getParameterNames - new failed");
+  const std::string noStream = setFails("SipStrStream constructor failed");
+  EXPECT_EQ((std::set<std::string>{kDuplicate, noNames, noStream, kNotAssigned}),
+            std::set<std::string>(log.begin(), log.end()));
+}
+
+}  // namespace
