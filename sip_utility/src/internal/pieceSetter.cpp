@@ -1,0 +1,34 @@
+// pieceSetter.cpp - replaces one piece of an address by a checked value.
+#include "pieceSetter.h"
+
+#include "log.h"
+
+VARN_EXCEPTION_CODES replacePiece(SipString& piece, const SipString& value, SipMatch& rule,
+                                  const PieceMessages& messages, const char* sourceFile) {
+  SipLWSStrStream stream(value);
+  if (!stream.valid()) {
+    logFailure(sourceFile, messages.stream);
+    return VARN_RESOURCE_FAILURE;
+  }
+  const unsigned int length = rule.match(stream, 0);
+  if (length == 0) {
+    logFailure(sourceFile, messages.parsing);
+    return VARN_INVALID_INPUT;
+  }
+  SipString taken;
+  if (stream.get(length, taken) != VARN_OK) {
+    logFailure(sourceFile, messages.get);
+    return VARN_RESOURCE_FAILURE;
+  }
+  if (!stream.done()) {
+    logFailure(sourceFile, messages.trailing);
+    return VARN_INVALID_INPUT;
+  }
+  // With the room there, the assignment cannot fail and take the old piece with it.
+  if (piece.reserve(taken.length()) != VARN_OK) {
+    logFailure(sourceFile, messages.assignment);
+    return VARN_RESOURCE_FAILURE;
+  }
+  piece = taken;
+  return VARN_OK;
+}

@@ -1,0 +1,532 @@
+// wySipAddress.cpp - one SIP address: a wildcard, an addr-spec or a name-addr.
+#include "wySipAddress.h"
+
+#include "internal/checkedMath.h"
+#include "internal/equality.h"
+#include "internal/log.h"
+#include "internal/matchOf.h"
+#include "internal/pieceSetter.h"
+#include "internal/textWriter.h"
+#include "wySipMatch.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wySipAddress";
+
+constexpr unsigned short kDefaultPort = 5060;
+constexpr unsigned short kDefaultSecurePort = 5061;
+
+// The texts differ from setter to setter in more than the name; they are meant to.
+constexpr PieceMessages kDisplayNameMessages = {
+    "SipAddress::setDisplayName | SipStrStream constructor failed",
+    "SipAddress::setDisplayName | parsing failed",
+    "SipAddress::setDisplayName | Stream.get failed",
+    "SipAddress::setDisplayName | trailing characters in display name",
+    "SipAddress::setDisplayName | assignment failed",
+};
+constexpr PieceMessages kSchemeMessages = {
+    "SipAddress::setScheme | SipString constructor failed",
+    "SipAddress::setScheme | parsing failed",
+    "SipAddress::setScheme | Stream.get() failed",
+    "SipAddress::setScheme | trailing characters in scheme",
+    "SipAddress::setScheme | assignment failed",
+};
+constexpr PieceMessages kUserMessages = {
+    "SipAddress::setUser | SipString constructor failed",
+    "SipAddress::setUser | parsing failed",
+    "SipAddress::setUser | Stream.get failed",
+    "SipAddress::setUser | trailing characters in user",
+    "SipAddress::setUser| assignment failed",
+};
+constexpr PieceMessages kHostMessages = {
+    "SipAddress::setHost | SipStrStream constructor failed",
+    "SipAddress::setHost | parsing failed",
+    "SipAddress::setHost | SipStrStream constructor failed",
+    "SipAddress::setHost | trailing characters in host",
+    "SipAddress::setHost | assignment failed",
+};
+
+template <typename Rule>
+VARN_EXCEPTION_CODES replaceBy(SipString& piece, const SipString& value,
+                               const PieceMessages& messages) {
+  Rule rule;
+  return replacePiece(piece, value, rule, messages, kSourceFile);
+}
+
+// scheme ":"
+VARN_EXCEPTION_CODES takeScheme(SipStrStream& stream, SipString& scheme) {
+  const unsigned int length = matchOf<SipAddressMatchScheme>(stream, 0);
+  if (length == 0) {
+    logFailure(kSourceFile, "SipAddress::parseURI - couldn't find scheme");
+    return VARN_INVALID_INPUT;
+  }
+  if (!byteIs(stream, length, ':')) {
+    logFailure(kSourceFile, "SipAddress::parseURI missing ':' after scheme");
+    return VARN_INVALID_INPUT;
+  }
+  const VARN_EXCEPTION_CODES code = stream.get(length, scheme);
+  return code == VARN_OK ? stream.discard(1) : code;
+}
+
+// [ userinfo "@" ]: without the "@" the same bytes are the host's
+VARN_EXCEPTION_CODES takeUserInfo(SipStrStream& stream, SipString& user) {
+  const unsigned int length = matchOf<SipAddressMatchUserInfo>(stream, 0);
+  if (length == 0 || !byteIs(stream, length, '@')) {
+    return VARN_OK;
+  }
+  const VARN_EXCEPTION_CODES code = stream.get(length, user);
+  return code == VARN_OK ? stream.discard(1) : code;
+}
+
+VARN_EXCEPTION_CODES takeHost(SipStrStream& stream, SipString& host) {
+  const unsigned int length = matchOf<SipMatchHost>(stream, 0);
+  if (length == 0) {
+    logFailure(kSourceFile, "SipAddress::parseURI couldn't find host");
+    return VARN_INVALID_INPUT;
+  }
+  return stream.get(length, host);
+}
+
+// [ ":" port ]
+VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort& port) {
+  if (!byteIs(stream, 0, ':')) {
+    return VARN_OK;
+  }
+  const VARN_EXCEPTION_CODES code = stream.discard(1);
+  return code == VARN_OK ? port.set(stream) : code;
+}
+
+// display-name LWS
+VARN_EXCEPTION_CODES takeDisplayName(SipStrStream& stream, SipString& displayName) {
+  const unsigned int length = matchOf<SipAddressMatchDisplayName>(stream, 0);
+  if (length == 0) {
+    logFailure(kSourceFile, "SipAddress::parseNameAddr | invalid display name");
+    return VARN_INVALID_INPUT;
+  }
+  const VARN_EXCEPTION_CODES code = stream.get(length, displayName);
+  stream.discard(matchOf<SipMatchLWS>(stream, 0));
+  return code;
+}
+
+}  // namespace
+
+SipAddress::SipAddress(const SipString& address) : wildcard_(0), lastError_(VARN_OK) {
+  VarnSetLastErrorCode(parse(address));
+}
+
+SipAddress::SipAddress(const SipString& displayName, const SipString& uri)
+    : wildcard_(0), lastError_(VARN_OK) {
+  VarnSetLastErrorCode(parse(displayName, uri));
+}
+
+SipAddress::SipAddress(SipStrStream& stream) : wildcard_(0), lastError_(VARN_OK) {
+  VarnSetLastErrorCode(parse(stream));
+}
+
+SipAddress::~SipAddress() = default;
+
+void SipAddress::VarnSetLastErrorCode(VARN_EXCEPTION_CODES code) {
+  lastError_ = code;
+}
+
+VARN_EXCEPTION_CODES SipAddress::GetLastErrorCode() const {
+  return lastError_;
+}
+
+bool SipAddress::isWildcard() const {
+  return wildcard_ != 0;
+}
+
+const SipString& SipAddress::getDisplayName() const {
+  return displayName_;
+}
+
+const SipString& SipAddress::getScheme() const {
+  return scheme_;
+}
+
+const SipString& SipAddress::getUser() const {
+  return user_;
+}
+
+const SipString& SipAddress::getHost() const {
+  return host_;
+}
+
+unsigned short SipAddress::getStoredPort() const {
+  return port_.get();
+}
+
+unsigned short SipAddress::getPort() const {
+  if (isWildcard()) {
+    return 0;
+  }
+  if (port_.get() != 0) {
+    return port_.get();
+  }
+  return equalIgnoringCase(scheme_, "sips") ? kDefaultSecurePort : kDefaultPort;
+}
+
+const SipString* SipAddress::getParameter(const SipString& name) const {
+  return params_.getParameter(name);
+}
+
+const SipAddrParamList& SipAddress::getParameters() const {
+  return params_;
+}
+
+const SipString** SipAddress::getParameterNames() {
+  return params_.getParameterNames(&lastError_);
+}
+
+VARN_EXCEPTION_CODES SipAddress::setDisplayName(const SipString& displayName) {
+  if (refusesChange("SipAddress::setDisplayName | cannot modify wildcard address")) {
+    return lastError_;
+  }
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (displayName.length() == 0) {
+    displayName_.clear();
+  } else {
+    code = replaceBy<SipAddressMatchDisplayName>(displayName_, displayName, kDisplayNameMessages);
+  }
+  if (code == VARN_OK) {
+    text_.clear();
+  }
+  return storeCode(code);
+}
+
+VARN_EXCEPTION_CODES SipAddress::setScheme(const SipString& scheme) {
+  if (refusesChange("SipAddress::setScheme | cannot modify wildcard address")) {
+    return lastError_;
+  }
+  if (scheme.length() == 0) {
+    logFailure(kSourceFile, "SipAddress::setScheme | NULL or empty scheme");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  return storeChange(replaceBy<SipAddressMatchScheme>(scheme_, scheme, kSchemeMessages));
+}
+
+VARN_EXCEPTION_CODES SipAddress::setUser(const SipString& user) {
+  if (refusesChange("SipAddress::setUser | cannot modify wildcard address")) {
+    return lastError_;
+  }
+  if (user.length() == 0) {
+    user_.clear();
+    return storeChange(VARN_OK);
+  }
+  return storeChange(replaceBy<SipAddressMatchUserInfo>(user_, user, kUserMessages));
+}
+
+VARN_EXCEPTION_CODES SipAddress::setHost(const SipString& host) {
+  if (refusesChange("SipAddress::setHost | cannot modify wildcard address")) {
+    return lastError_;
+  }
+  if (host.length() == 0) {
+    logFailure(kSourceFile, "SipAddress::setHost | NULL or empty host");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  return storeChange(replaceBy<SipMatchHost>(host_, host, kHostMessages));
+}
+
+void SipAddress::setPort(unsigned short port) {
+  if (refusesChange("SipAddress::setPort | cannot modify wildcard address")) {
+    return;
+  }
+  port_ = SipPort(port);
+  storeChange(VARN_OK);
+}
+
+VARN_EXCEPTION_CODES SipAddress::setURI(const SipString& uri) {
+  if (refusesChange("SipAddress::setURI | cannot modify wildcard address")) {
+    return lastError_;
+  }
+  SipLWSStrStream stream(uri);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "SipAddress::setURI | SipStrStream constructor failed");
+    return storeCode(VARN_RESOURCE_FAILURE);
+  }
+  SipString scheme;
+  SipString user;
+  SipString host;
+  SipPort port;
+  SipAddrParamList dropped;
+  const VARN_EXCEPTION_CODES code = parseAnyURI(stream, &scheme, &user, &host, &port, &dropped);
+  if (code != VARN_OK) {
+    return storeCode(code);
+  }
+  // With room for all three, no assignment can fail behind another that has happened.
+  if (scheme_.reserve(scheme.length()) != VARN_OK || user_.reserve(user.length()) != VARN_OK ||
+      host_.reserve(host.length()) != VARN_OK) {
+    return storeCode(VARN_RESOURCE_FAILURE);
+  }
+  scheme_ = scheme;
+  user_ = user;
+  host_ = host;
+  port_ = port;
+  return storeChange(VARN_OK);
+}
+
+VARN_EXCEPTION_CODES SipAddress::setParameter(const SipString& name, const SipString& value) {
+  if (refusesChange("SipAddress::setParameter | cannot modify wildcard address")) {
+    return lastError_;
+  }
+  return storeChange(params_.setParameter(name, value));
+}
+
+VARN_EXCEPTION_CODES SipAddress::removeParameter(const SipString& name) {
+  if (refusesChange("SipAddress::removeParameter | cannot modify wildcard address")) {
+    return storeCode(VARN_OK);  // a removal never fails, not even here
+  }
+  return storeChange(params_.removeParameter(name));
+}
+
+void SipAddress::clearParamList() {
+  if (isWildcard()) {
+    return;
+  }
+  params_.clearParamList();
+  dropTexts();
+}
+
+SipString& SipAddress::getURI() {
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (uriText_.length() == 0) {
+    code = writeURI();
+    if (code != VARN_OK) {
+      uriText_.clear();
+    }
+  }
+  storeCode(code);
+  return uriText_;
+}
+
+unsigned int SipAddress::getURIStringLength() const {
+  unsigned int length = checkedSum(scheme_.length(), 1, host_.length());
+  if (user_.length() != 0) {
+    length = checkedSum(length, user_.length(), 1);
+  }
+  // The ":" in front of the port is not counted: the figure is a hint to reserve by.
+  return port_.get() == 0 ? length : checkedSum(length, port_.getStringLength());
+}
+
+SipString& SipAddress::toString() {
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (text_.length() == 0) {
+    code = writeText();
+    if (code != VARN_OK) {
+      text_.clear();
+    }
+  }
+  storeCode(code);
+  return text_;
+}
+
+unsigned int SipAddress::getStringLength() const {
+  const unsigned int params = params_.getStringLength();
+  unsigned int length = checkedSum(getURIStringLength(), params);
+  if (displayName_.length() != 0) {
+    length = checkedSum(length, displayName_.length(), 3);
+  } else if (params != 0) {
+    length = checkedSum(length, 2);
+  }
+  return length;
+}
+
+VARN_EXCEPTION_CODES SipAddress::parseNameAddr(SipStrStream& stream, SipString* displayName,
+                                               SipString* scheme, SipString* user, SipString* host,
+                                               SipPort* port, SipAddrParamList* params) {
+  assertNoneNull(kSourceFile, displayName, scheme, user, host, port, params);
+  if (displayName == nullptr) {
+    return VARN_INVALID_INPUT;
+  }
+  if (!byteIs(stream, 0, '<')) {
+    const VARN_EXCEPTION_CODES code = takeDisplayName(stream, *displayName);
+    if (code != VARN_OK) {
+      return code;
+    }
+  }
+  return parseURI(stream, scheme, user, host, port, params);
+}
+
+VARN_EXCEPTION_CODES SipAddress::parseURI(SipStrStream& stream, SipString* scheme, SipString* user,
+                                          SipString* host, SipPort* port,
+                                          SipAddrParamList* params) {
+  if (!byteIs(stream, 0, '<')) {
+    return VARN_INVALID_INPUT;
+  }
+  stream.discard(1);
+  const VARN_EXCEPTION_CODES code = parseAddrSpec(stream, scheme, user, host, port, params);
+  if (code != VARN_OK) {
+    return code;
+  }
+  if (!byteIs(stream, 0, '>')) {
+    logFailure(kSourceFile, "SipAddress::parseURI missing '>'");
+    return VARN_INVALID_INPUT;
+  }
+  return stream.discard(1);
+}
+
+VARN_EXCEPTION_CODES SipAddress::parseAnyURI(SipStrStream& stream, SipString* scheme,
+                                             SipString* user, SipString* host, SipPort* port,
+                                             SipAddrParamList* params) {
+  if (byteIs(stream, 0, '<')) {
+    return parseURI(stream, scheme, user, host, port, params);
+  }
+  const VARN_EXCEPTION_CODES code = parseAddrSpec(stream, scheme, user, host, port, params);
+  if (code == VARN_OK && !stream.done()) {
+    logFailure(kSourceFile, "SipAddress::SipAddress | trailing chars in URI");
+    return VARN_INVALID_INPUT;
+  }
+  return code;
+}
+
+VARN_EXCEPTION_CODES SipAddress::parseAddrSpec(SipStrStream& stream, SipString* scheme,
+                                               SipString* user, SipString* host, SipPort* port,
+                                               SipAddrParamList* params) {
+  if (!assertNoneNull(kSourceFile, scheme, user, host, port, params)) {
+    logFailure(kSourceFile, "SipAddress::parseAddrSpec | Input Parameter NULL");
+    return VARN_INVALID_INPUT;
+  }
+  VARN_EXCEPTION_CODES code = takeScheme(stream, *scheme);
+  if (code == VARN_OK) {
+    code = takeUserInfo(stream, *user);
+  }
+  if (code == VARN_OK) {
+    code = takeHost(stream, *host);
+  }
+  if (code == VARN_OK) {
+    code = takePort(stream, *port);
+  }
+  if (code == VARN_OK) {
+    code = params->parseParamList(stream);
+  }
+  if (code == VARN_OK) {
+    stream.discard(matchOf<SipAddressMatchHeaders>(stream, 0));
+  }
+  return code;
+}
+
+VARN_EXCEPTION_CODES SipAddress::parse(const SipString& address) {
+  if (address.length() == 0) {
+    logFailure(kSourceFile, "SipAddress::SipAddress | NULL or empty address");
+    return VARN_INVALID_INPUT;
+  }
+  SipLWSStrStream stream(address);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "SipAddress::SipAddress | SipStrStream constructor failed");
+    return VARN_RESOURCE_FAILURE;
+  }
+  SipMatchLWSChar star('*');
+  const unsigned int wildcard = star.match(stream, 0);
+  if (wildcard != 0 && wildcard == checkedDifference(stream.length(), stream.pos())) {
+    return becomeWildcard();
+  }
+  const unsigned int scheme = matchOf<SipAddressMatchScheme>(stream, 0);
+  if (scheme == 0 || !byteIs(stream, scheme, ':')) {
+    // Whatever follows the ">" is not looked at, other than behind an addr-spec.
+    return parseNameAddr(stream, &displayName_, &scheme_, &user_, &host_, &port_, &params_);
+  }
+  const VARN_EXCEPTION_CODES code =
+      parseAddrSpec(stream, &scheme_, &user_, &host_, &port_, &params_);
+  return code == VARN_OK && !stream.done() ? VARN_INVALID_INPUT : code;
+}
+
+VARN_EXCEPTION_CODES SipAddress::parse(const SipString& displayName, const SipString& uri) {
+  if (uri.length() == 0) {
+    logFailure(kSourceFile, "SipAddress::SipAddress | empty URI");
+    return VARN_INVALID_INPUT;
+  }
+  const VARN_EXCEPTION_CODES code = setDisplayName(displayName);
+  if (code != VARN_OK) {
+    return code;
+  }
+  SipLWSStrStream stream(uri);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "SipAddress::SipAddress | SipString constructor failed");
+    return VARN_RESOURCE_FAILURE;
+  }
+  return parseAnyURI(stream, &scheme_, &user_, &host_, &port_, &params_);
+}
+
+VARN_EXCEPTION_CODES SipAddress::parse(SipStrStream& stream) {
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "SipAddress::SipAddress | invalid SipStrStream argument");
+    return VARN_INVALID_INPUT;
+  }
+  stream.discard(matchOf<SipMatchLWS>(stream, 0));
+  return parseNameAddr(stream, &displayName_, &scheme_, &user_, &host_, &port_, &params_);
+}
+
+VARN_EXCEPTION_CODES SipAddress::becomeWildcard() {
+  if (text_.append('*') != VARN_OK || uriText_.append('*') != VARN_OK) {
+    text_.clear();
+    return VARN_RESOURCE_FAILURE;
+  }
+  wildcard_ = 1;
+  return VARN_OK;
+}
+
+// Logs the setter's message, stores the code and returns true for a wildcard.
+bool SipAddress::refusesChange(const char* message) {
+  if (!isWildcard()) {
+    return false;
+  }
+  logFailure(kSourceFile, message);
+  storeCode(VARN_INVALID_INPUT);
+  return true;
+}
+
+VARN_EXCEPTION_CODES SipAddress::storeCode(VARN_EXCEPTION_CODES code) {
+  VarnSetLastErrorCode(code);
+  return code;
+}
+
+// Stores the outcome of a change that both texts show.
+VARN_EXCEPTION_CODES SipAddress::storeChange(VARN_EXCEPTION_CODES code) {
+  if (code == VARN_OK) {
+    dropTexts();
+  }
+  return storeCode(code);
+}
+
+void SipAddress::dropTexts() {
+  text_.clear();
+  uriText_.clear();
+}
+
+VARN_EXCEPTION_CODES SipAddress::writeURI() {
+  TextWriter writer(uriText_, getStringLength());
+  writer.write(scheme_).write(':');
+  if (user_.length() != 0) {
+    writer.write(user_).write('@');
+  }
+  writer.write(host_);
+  if (port_.get() != 0) {
+    writer.write(':').writeOf(port_);
+  }
+  return writer.code();
+}
+
+VARN_EXCEPTION_CODES SipAddress::writeText() {
+  const bool named = displayName_.length() != 0;
+  const bool bracketed = named || params_.getStringLength() != 0;
+  TextWriter writer(text_, getStringLength());
+  if (named) {
+    writer.write(displayName_).write(' ');
+  }
+  if (bracketed) {
+    writer.write('<');
+  }
+  if (writer.code() != VARN_OK) {
+    return writer.code();
+  }
+  const SipString& uri = getURI();
+  if (uri.length() == 0) {
+    return lastError_;
+  }
+  writer.write(uri).writeOf(params_);
+  if (bracketed) {
+    writer.write('>');
+  }
+  return writer.code();
+}

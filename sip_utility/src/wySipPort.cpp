@@ -1,0 +1,65 @@
+// wySipPort.cpp - the port number of a SIP URI.
+#include "wySipPort.h"
+
+#include "imsdpl.h"
+#include "internal/log.h"
+#include "internal/matchOf.h"
+#include "wySipMatch.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wySipPort";
+
+constexpr unsigned int kMostDigits = 5;
+constexpr int kMostPort = 65535;
+constexpr int kDecimal = 10;
+
+}  // namespace
+
+SipPort::SipPort() : port_(0) {}
+
+SipPort::SipPort(unsigned short port) : port_(port) {}
+
+SipPort::SipPort(const SipPort& other) = default;
+
+SipPort& SipPort::operator=(const SipPort& other) = default;
+
+SipPort::~SipPort() = default;
+
+VARN_EXCEPTION_CODES SipPort::set(SipStrStream& stream) {
+  const unsigned int count = matchOf<SipMatchDigit>(stream, 0);
+  if (count == 0 || count > kMostDigits) {
+    // No digit at all is reported in the same words, with a count of 0.
+    logFailure(kSourceFile, "SipPort::set | too many digits (%lu)", count);
+    return VARN_INVALID_INPUT;
+  }
+  char digits[kMostDigits + 1] = {};
+  const VARN_EXCEPTION_CODES code = stream.get(digits, count);
+  if (code != VARN_OK) {
+    return code;
+  }
+  const int value = __atoi(digits);
+  if (value > kMostPort) {
+    logFailure(kSourceFile, "SipPort::set | %d is out of range", static_cast<uintptr_t>(value));
+    return VARN_INVALID_INPUT;
+  }
+  port_ = static_cast<unsigned short>(value);
+  return VARN_OK;
+}
+
+unsigned short SipPort::get() const {
+  return port_;
+}
+
+unsigned int SipPort::getStringLength() const {
+  unsigned int length = 1;
+  for (unsigned int rest = port_; rest >= kDecimal; rest /= kDecimal) {
+    ++length;
+  }
+  return length;
+}
+
+VARN_EXCEPTION_CODES SipPort::appendToString(SipString& out) const {
+  char digits[kMostDigits + 1] = {};
+  return out.append(__itoaL(port_, digits, kDecimal));
+}
