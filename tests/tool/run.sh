@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Usage: run.sh SIPUTIL CASE
+# Runs siputil as a case file says and compares. The lines of a case begin with
+#   #  a remark      $  the arguments, as a shell reads them    <  one line of standard input
+#   >  one line of standard output    !  one of standard error  =  the exit status
+# In lines of input, \xHH and the like stand for bytes.
+set -euo pipefail
+
+siputil=$1 case=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+lines() { sed -n "s/^$1 \{0,1\}//p" "$case"; }
+
+eval "arguments=($(lines '[$]'))"
+lines '<' | while IFS= read -r line; do printf '%b\n' "$line"; done >"$work/input"
+lines '>' >"$work/expected-output"
+lines '!' >"$work/expected-errors"
+lines '=' >"$work/expected-status"
+status=0
+# shellcheck disable=SC2154 # arguments is assigned in the eval
+"$siputil" "${arguments[@]}" <"$work/input" >"$work/output" 2>"$work/errors" || status=$?
+echo "$status" >"$work/status"
+for part in output errors status; do
+  diff -u "$work/expected-$part" "$work/$part"
+done

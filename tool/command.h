@@ -1,0 +1,54 @@
+// command.h - what every command of siputil is made of.
+#ifndef TOOL_COMMAND_H
+#define TOOL_COMMAND_H
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+// Exit statuses: the text was accepted, the library refused it, the command line was wrong.
+constexpr int kAccepted = 0;
+constexpr int kRefused = 1;
+constexpr int kWrongUsage = 2;
+
+// One edit of the command line.
+struct Edit {
+  enum class Kind { kSet, kParam, kRemoveParam };
+  Kind kind;
+  std::string name;
+  std::string value;
+};
+
+// What the commands have in common.
+struct Options {
+  std::string text;
+  bool json = false;
+  bool verbose = false;
+  std::vector<Edit> edits;  // in the order of the command line
+};
+
+// Adds the options of a command to its parser: TEXT, --json and -v.
+void addCommonOptions(CLI::App& parser, Options& options);
+
+// Adds --set, --param and --remove-param. --set takes the given piece names; the check looks at
+// its value and returns what a right one would be, or "".
+void addEditOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
+                    std::string (*check)(const Edit& edit));
+
+// Runs the function on the text of the command line or, for `-`, on each line of standard input
+// that is not empty, with its line number; 0 stands for the command line. Returns the worst of
+// the statuses.
+int forEachText(const Options& options,
+                const std::function<int(const std::string& text, unsigned long line)>& run);
+
+// A command: adds its options to the parser and returns what to run once they are read.
+struct Command {
+  const char* name;
+  const char* help;
+  std::function<int()> (*prepare)(CLI::App& parser);
+};
+
+std::function<int()> prepareAddress(CLI::App& parser);
+
+#endif  // TOOL_COMMAND_H

@@ -1,0 +1,46 @@
+// dump.h - the pieces of the library's objects, for people and for programs.
+#ifndef TOOL_DUMP_H
+#define TOOL_DUMP_H
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "wySipAddress.h"
+
+// Labels and values in the order in which they are shown.
+using Pieces = std::vector<std::pair<std::string, std::string>>;
+
+// Returns the pieces that an address has; a wildcard has one.
+Pieces pieces(const SipAddress& address);
+
+// Returns the pieces as `label: value | label: value`.
+std::string oneLine(const Pieces& pieces);
+
+// Returns the pieces one a line, the values below each other, the labels bold where asked for.
+std::string aligned(const Pieces& pieces, bool bold);
+
+// Returns the address as an object. What the last operation on it returned is given by the
+// caller; uri and text are null unless it is success. Changes the address's last-error code.
+nlohmann::ordered_json toJson(SipAddress& address, VARN_EXCEPTION_CODES code);
+
+// Returns JSON text for the object on one line; bytes that are not UTF-8 become U+FFFD.
+std::string jsonLine(const nlohmann::ordered_json& object);
+
+// Returns a text fit for a terminal: control characters and bytes outside well-formed UTF-8 as
+// \xHH, a backslash doubled.
+std::string printable(std::string_view text);
+
+// Returns the content of a string.
+inline std::string_view bytes(const SipString& text) {
+  return {text.c_str(), text.length()};
+}
+
+// Returns a string of this content.
+inline SipString sipString(std::string_view text) {
+  return SipString(text.data(), static_cast<unsigned int>(text.size()));
+}
+
+#endif  // TOOL_DUMP_H

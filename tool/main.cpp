@@ -1,0 +1,39 @@
+// main.cpp - siputil: SIP text in a shell. The table of its commands, and their exit statuses.
+#include <iostream>
+
+#include "command.h"
+
+namespace {
+
+const Command kCommands[] = {
+    {"address", "Take a SIP address apart, edit it and write it back", prepareAddress},
+};
+
+int run(int argc, char** argv) {
+  CLI::App parser("Reads, checks, edits and writes SIP text.", "siputil");
+  parser.require_subcommand(1);
+  parser.set_version_flag("--version", "siputil " SIPUTIL_VERSION);
+  std::function<int()> chosen;
+  for (const Command& command : kCommands) {
+    CLI::App* added = parser.add_subcommand(command.name, command.help);
+    added->callback([&chosen, work = command.prepare(*added)] { chosen = work; });
+  }
+  try {
+    parser.parse(argc, argv);
+    return chosen();
+  } catch (const CLI::Success& success) {
+    return parser.exit(success);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    std::ios::sync_with_stdio(false);
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::cerr << "siputil: " << error.what() << '\n';
+    return kWrongUsage;
+  }
+}
