@@ -7,8 +7,9 @@ cd "$(dirname "$0")/.."
 scripts/need.sh g++ cmake ninja CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h clang-tidy shellcheck
 set -x
 scripts/format.sh --dry-run -Werror
-git ls-files -z dev .ci/run '*.sh' | xargs -0 shellcheck
+git ls-files -z --cached --others --exclude-standard dev .ci/run '*.sh' | xargs -0 shellcheck
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
-git ls-files -z 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' |
-  xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev --quiet --warnings-as-errors='*'
+git ls-files -z --cached --others --exclude-standard 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' |
+  xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev --quiet --warnings-as-errors='*' \
+    2> >(grep -v 'warnings generated' >&2)

@@ -1,7 +1,6 @@
 // wySipAddressTest.cpp - what an address is read from, changed to and written as.
 #include "wySipAddress.h"
 
-#include <regex>
 #include <set>
 
 #include "libraryTest.h"
@@ -24,9 +23,12 @@ std::string dump(const SipAddress& address) {
   for (const auto* piece : {&address.getScheme(), &address.getUser(), &address.getHost()}) {
     text += '|' + content(*piece);
   }
-  SipString params;
-  address.getParameters().appendToString(params);
-  return text + '|' + std::to_string(address.getStoredPort()) + '|' + content(params);
+  text += '|' + std::to_string(address.getStoredPort()) + '|';
+  for (auto param = address.firstParam(); param != nullptr; param = address.nextParam(param)) {
+    const std::string value = content(param->getValue());
+    text += ';' + content(param->getName()) + (value.empty() ? "" : '=' + value);
+  }
+  return text;
 }
 
 // Read again, what is written gives the same address; twice, since each turn reverses parameters.
@@ -48,11 +50,10 @@ TEST_F(SipAddressTest, ReadsAWholeTextOrKeepsThePiecesInFrontOfItsFault) {
   const auto rule = [](std::string_view text) {
     return traceLine("sip_utility/src/wySipMatch", text);
   };
-  const auto param = [](std::string_view text) {
-    return failureLine("sip_utility/src/wySipParam", text);
-  };
   const std::string badPort =
       failureLine("sip_utility/src/wySipPort", "SipPort::set | too many digits (0)");
+  const std::string badParam = failureLine("sip_utility/src/wySipParam",
+                                           "SipParamList::parseParamList - bad parameter name");
   const std::string noName = fails("parseNameAddr | invalid display name");
   const std::string noHost = fails("parseURI couldn't find host");
   const std::string noBracket = fails("parseURI missing '>'");
@@ -84,9 +85,7 @@ TEST_F(SipAddressTest, ReadsAWholeTextOrKeepsThePiecesInFrontOfItsFault) {
       {"sip:", "3 |sip|||0|", {rule("SipMatchHost invalid character 0xff"), noHost}},
       {"sip:a@[::1", "3 |sip|a||0|", {rule("SipMatchHost ']' missing"), noHost}},
       {"sip:b:", "3 |sip||b|0|", {badPort}},
-      {"sip:b:5;a;",
-       "3 |sip||b|5|;a",
-       {param("SipParamList::parseParamList - bad parameter name")}},
+      {"sip:b:5;a;", "3 |sip||b|5|;a", {badParam}},
       {"sip:a@b.test junk", "3 |sip|a|b.test|0|", {}},
       {"sip:b.test\r\n", "3 |sip||b.test|0|", {}},
       {"sip:b.test;lr?x=1&y", "3 |sip||b.test|0|;lr", {}},
@@ -103,25 +102,6 @@ TEST_F(SipAddressTest, ReadsAWholeTextOrKeepsThePiecesInFrontOfItsFault) {
     }
   }
   EXPECT_EQ(Lines{}, takeAssertions());
-}
-
-TEST_F(SipAddressTest, AcceptsOfAllShortTextsWhatTheGrammarDoes) {
-  const std::string uri = "s+:([s*]+(:[s*]*)?@)?s+";
-  const std::regex grammar(" *(\\* *|" + uri + " *|([s*]+( +[s*]+)* *)?<" + uri + ">.*)");
-  std::vector<std::string> texts = {""};
-  for (std::size_t i = 0; i < texts.size(); ++i) {
-    const std::string text = texts[i];
-    SCOPED_TRACE(text);
-    SipAddress address(sipString(text));
-    const bool accepted = address.GetLastErrorCode() == VARN_OK;
-    ASSERT_EQ(std::regex_match(text, grammar), accepted);
-    if (accepted) {
-      expectToReadBack(address);
-    }
-    for (const char c : text.size() < 5 ? "s:<>@* "sv : ""sv) {
-      texts.push_back(text + c);
-    }
-  }
 }
 
 TEST_F(SipAddressTest, JoinsADisplayNameAndAUri) {
@@ -283,7 +263,9 @@ TEST_F(SipAddressTest, StoresSuccessOfAWriterAndLeavesTheCodeOnClearingParameter
   address.VarnSetLastErrorCode(VARN_SHORT_INPUT);
   address.toString();
   EXPECT_EQ(VARN_OK, address.GetLastErrorCode());
+  address.VarnSetLastErrorCode(VARN_SHORT_INPUT);
   const SipString** names = address.getParameterNames();
+  EXPECT_EQ(VARN_OK, address.GetLastErrorCode());
   EXPECT_EQ("ba", content(*names[0]) + content(*names[1]));
   address.VarnSetLastErrorCode(VARN_SHORT_INPUT);
   address.clearParamList();
@@ -298,7 +280,7 @@ TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
     const Lines lines = sweepAllocations(operation);
     log.insert(lines.begin(), lines.end());
   };
-  const auto whole = [](SipAddress& address, std::string_view expected) {
+  const auto whole = [](auto&& address, std::string_view expected) {
     if (address.GetLastErrorCode() == VARN_OK) {
       const std::string text = content(address.toString());
       EXPECT_EQ(address.GetLastErrorCode() == VARN_OK ? expected : "", text);
@@ -306,21 +288,14 @@ TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
     return address.GetLastErrorCode();
   };
   const SipString star("*");
-  const SipString name("Bob");
-  const SipString uri("<sip:a@b.test:7>");
+  const SipString none;
+  const SipString uri("sip:a@b.test:7");
   const SipString before("Bob <sip:a@b.test:7>");
-  sweep([&] {
-    SipAddress address(star);
-    return whole(address, "*");
-  });
-  sweep([&] {
-    SipAddress address(name, uri);
-    return whole(address, content(before));
-  });
+  sweep([&] { return whole(SipAddress(star), "*"); });
+  sweep([&] { return whole(SipAddress(none, uri), content(uri)); });
   sweep([&] {
     SipStrStream stream(before);
-    SipAddress address(stream);
-    return whole(address, content(before));
+    return whole(SipAddress(stream), content(before));
   });
   const struct {
     Setter setter;
@@ -341,6 +316,9 @@ TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
         return code == VARN_OK ? whole(address, c.after) : code;
       }
       EXPECT_EQ(VARN_RESOURCE_FAILURE, address.GetLastErrorCode());
+      EXPECT_STREQ("sip", address.getScheme().c_str());
+      EXPECT_STREQ("a", address.getUser().c_str());
+      EXPECT_STREQ("b.test", address.getHost().c_str());
       EXPECT_EQ(content(before), content(address.toString()));
       return VARN_RESOURCE_FAILURE;
     });

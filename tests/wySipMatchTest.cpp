@@ -1,4 +1,4 @@
-// wySipMatchTest.cpp
+// wySipMatchTest.cpp - grammar matchers and character predicates of SIP text.
 #include "wySipMatch.h"
 
 #include <initializer_list>

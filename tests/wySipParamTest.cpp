@@ -26,9 +26,7 @@ const std::string kQuotedTag =
 const std::string kNotAssigned =
     failureLine("sip_utility/src/wySipString", "SipString::operator= | append failed");
 
-std::string rule(std::string_view text) {
-  return traceLine("sip_utility/src/wySipMatch", text);
-}
+std::string rule(std::string_view text) { return traceLine("sip_utility/src/wySipMatch", text); }
 
 std::string setFails(const std::string& reason) {
   return failureLine(kSource, "SipParameterList::setParameter " + reason);
@@ -96,12 +94,10 @@ TEST_F(SipParamListTest, ReadsTheParametersOfItsDialectAndWritesThemNewestFirst)
       {kUri, ";lr;transport=tcp?x", "?x", ";transport=tcp;lr", {}},
       {kUri, ";user=phone=x", "=x", ";user=phone", {}},
       {kUri, ";%41=[/:&+$];(b)", "", ";(b);%41=[/:&+$]", {}},
-      {kUri, ";a=b\"c\"", "\"c\"", ";a=b", {}},
       {kUri, ";a\0;b"sv, "\0;b"sv, ";a", {}},
       {kUri, ";tag;branch", "", ";branch;tag", {}},
       {kUri, ";Tag=a;BRANCH=b;tagg=c", "", ";tagg=c;BRANCH=b;Tag=a", {}},
       {kUri, ";+i=\"<urn:\\\"x>\";a", "", ";a;+i=\"<urn:\\\"x>\"", {kQuotedTag}},
-      {kUri, ";a;;b", ";b", ";a", {kBadName}},
       {kUri, "; lr", " lr", "", {kBadName}},
       {kUri, ";a=1;\xFF", "\xFF", ";a=1", {kBadName}},
       {kUri, ";A=1;a=2", "=2", ";A=1", {kDuplicate}},
@@ -113,7 +109,6 @@ TEST_F(SipParamListTest, ReadsTheParametersOfItsDialectAndWritesThemNewestFirst)
       {kOther, " \r\n ; a\t=\r\n 1 ,x", " ,x", ";a=1", {}},
       {kOther, ";a=\"x; \\\" y\";b", "", ";b;a=\"x; \\\" y\"", {}},
       {kOther, ";received=2001:db8::1", "", ";received=2001:db8::1", {}},
-      {kOther, ";a=[::1]:5", ":5", ";a=[::1]", {}},
       {kOther, ";a=[", "", ";a=[", {}},                // an open bracket is a host of its own
       {kOther, ";a=b.test!c", "", ";a=b.test!c", {}},  // the token is longer than the host
       {kOther, ";a=::1!c;b", "!c;b", ";a=::1", {}},    // the address is longer than the token
@@ -131,7 +126,7 @@ TEST_F(SipParamListTest, ReadsTheParametersOfItsDialectAndWritesThemNewestFirst)
     SCOPED_TRACE(c.text);
     SipAddrParamList uri;
     SipHdrParamList header;
-    if (c.dialect != kUri) {
+    if (c.dialect == kAuth || c.dialect == kOther) {  // else as it was made
       header.setHeaderType(static_cast<WY_SIP_SIPHEADER_TYPE>(c.dialect));
     }
     SipParamList& list = c.dialect == kUri ? static_cast<SipParamList&>(uri) : header;
@@ -253,9 +248,10 @@ class NumberedList : public SipAddrParamList {
   unsigned int matchName(const SipStrStream& stream, unsigned int offset) const override {
     return SipMatchDigit().match(stream, offset);
   }
+  const char* getSep(int first) const override { return first == 1 ? "?" : "&&"; }
 };
 
-TEST_F(SipParamListTest, AsksADerivedListForNamesAndStoresNothingWithoutANode) {
+TEST_F(SipParamListTest, AsksADerivedListForItsGrammarAndStoresNothingWithoutANode) {
   NumberedList list;
   EXPECT_EQ(VARN_OK, parse(list, ";1=ab;23"));
   EXPECT_EQ(VARN_OK, list.setParameter("4", "c"));
@@ -267,7 +263,7 @@ TEST_F(SipParamListTest, AsksADerivedListForNamesAndStoresNothingWithoutANode) {
   }
   EXPECT_EQ((Lines{kDuplicate, kBadName, kBadValue}), takeLog());
   EXPECT_EQ(Lines(4, kSource), takeAssertions());
-  EXPECT_EQ(VARN_OK, writes(list, ";4=c;23;1=ab"));
+  EXPECT_EQ(VARN_OK, writes(list, "?4=c&&23&&1=ab"));
 }
 
 TEST_F(SipParamListTest, FindsDuplicatesAndChangesNothingWithoutMemory) {

@@ -1,4 +1,4 @@
-// wySipStringTest.cpp
+// wySipStringTest.cpp - counted strings and the cursors over them.
 #include "wySipString.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// wyTelAddressMatchTest.cpp
+// wyTelAddressMatchTest.cpp - grammar matchers and predicates of tel URIs.
 #include "wyTelAddressMatch.h"
 
 #include "libraryTest.h"

@@ -73,9 +73,7 @@ VARN_EXCEPTION_CODES apply(SipAddress& address, const Edit& edit) {
   return VARN_INVALID_INPUT;
 }
 
-bool colourWanted() {
-  return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr;
-}
+bool colourWanted() { return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr; }
 
 // Returns the pieces and what follows from them, one a line.
 std::string lines(SipAddress& address) {
@@ -101,8 +99,9 @@ int runOn(const Options& options, const std::string& text, unsigned long number)
     code = apply(address, *edit);
   }
   if (options.json) {
+    const nlohmann::ordered_json logged = diagnostics.toJson();
     nlohmann::ordered_json object = toJson(address, code);
-    object["diagnostics"] = diagnostics.toJson();
+    object["diagnostics"] = logged;
     std::cout << jsonLine(object) << '\n';
   } else if (code != VARN_OK) {
     std::cout << (number == 0 ? "" : "refused\n");

@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-// Exit statuses: the text was accepted, the library refused it, the command line was wrong.
+// Exit statuses: the text was accepted, the library refused it, the command line was wrong
+// or the output could not be written.
 constexpr int kAccepted = 0;
 constexpr int kRefused = 1;
 constexpr int kWrongUsage = 2;

@@ -21,9 +21,7 @@ Diagnostics::Diagnostics() {
       this);
 }
 
-Diagnostics::~Diagnostics() {
-  hostSetLogHandler(nullptr, nullptr);
-}
+Diagnostics::~Diagnostics() { hostSetLogHandler(nullptr, nullptr); }
 
 nlohmann::ordered_json Diagnostics::toJson() const {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();

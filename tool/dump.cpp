@@ -12,7 +12,7 @@ std::string hostType(const SipString& host) {
   if (host.length() == 0) {
     return "";
   }
-  if (host.c_str()[0] == '[') {
+  if (host.length() > 1 && host.c_str()[0] == '[') {
     return "ipv6";
   }
   const SipStrStream stream(host);
@@ -34,10 +34,11 @@ void addPiece(Pieces& pieces, const char* label, const SipString& value) {
   }
 }
 
-nlohmann::ordered_json parametersJson(const SipParamList& params) {
+template <typename Address>
+nlohmann::ordered_json parametersJson(const Address& address) {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (const SipParam* param = params.firstParam(); param != nullptr;
-       param = params.nextParam(param)) {
+  for (const SipParam* param = address.firstParam(); param != nullptr;
+       param = address.nextParam(param)) {
     list.push_back({{"name", bytes(param->getName())}, {"value", bytes(param->getValue())}});
   }
   return list;
@@ -106,9 +107,8 @@ Pieces pieces(const SipAddress& address) {
   if (address.getStoredPort() != 0) {
     result.emplace_back("port", std::to_string(address.getStoredPort()));
   }
-  const SipParamList& params = address.getParameters();
-  for (const SipParam* param = params.firstParam(); param != nullptr;
-       param = params.nextParam(param)) {
+  for (const SipParam* param = address.firstParam(); param != nullptr;
+       param = address.nextParam(param)) {
     result.emplace_back("parameter", parameterText(*param));
   }
   return result;
@@ -148,7 +148,7 @@ nlohmann::ordered_json toJson(SipAddress& address, VARN_EXCEPTION_CODES code) {
   object["hostType"] = hostType(address.getHost());
   object["port"] = address.getStoredPort();
   object["effectivePort"] = address.getPort();
-  object["parameters"] = parametersJson(address.getParameters());
+  object["parameters"] = parametersJson(address);
   object["uri"] = ok ? nlohmann::ordered_json(bytes(address.getURI())) : nullptr;
   object["text"] = ok ? nlohmann::ordered_json(bytes(address.toString())) : nullptr;
   return object;

@@ -34,9 +34,7 @@ std::string jsonLine(const nlohmann::ordered_json& object);
 std::string printable(std::string_view text);
 
 // Returns the content of a string.
-inline std::string_view bytes(const SipString& text) {
-  return {text.c_str(), text.length()};
-}
+inline std::string_view bytes(const SipString& text) { return {text.c_str(), text.length()}; }
 
 // Returns a string of this content.
 inline SipString sipString(std::string_view text) {

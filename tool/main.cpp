@@ -1,5 +1,6 @@
 // main.cpp - siputil: SIP text in a shell. The table of its commands, and their exit statuses.
 #include <iostream>
+#include <stdexcept>
 
 #include "command.h"
 
@@ -31,7 +32,11 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
   try {
     std::ios::sync_with_stdio(false);
-    return run(argc, argv);
+    const int status = run(argc, argv);
+    if (!std::cout.flush()) {
+      throw std::runtime_error("the output cannot be written");
+    }
+    return status;
   } catch (const std::exception& error) {
     std::cerr << "siputil: " << error.what() << '\n';
     return kWrongUsage;

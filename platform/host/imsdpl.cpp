@@ -41,13 +41,9 @@ void hostSetMemoryHandler(void (*handler)(void*, const HostMemoryEvent&), void* 
   memoryContext = context;
 }
 
-std::size_t hostLiveBlocks() {
-  return liveBlocks;
-}
+std::size_t hostLiveBlocks() { return liveBlocks; }
 
-unsigned long hostFailAllocation(unsigned long n) {
-  return allocationsUntilFailure.exchange(n);
-}
+unsigned long hostFailAllocation(unsigned long n) { return allocationsUntilFailure.exchange(n); }
 
 bool hostMayAllocate() {
   unsigned long left = allocationsUntilFailure;
@@ -58,9 +54,7 @@ bool hostMayAllocate() {
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the handset's names.
 
-void* __malloc(size_t size) {
-  return hostMayAllocate() ? counted(std::malloc(size)) : nullptr;
-}
+void* __malloc(size_t size) { return hostMayAllocate() ? counted(std::malloc(size)) : nullptr; }
 
 void* __calloc(size_t count, size_t size) {
   return hostMayAllocate() ? counted(std::calloc(count, size)) : nullptr;

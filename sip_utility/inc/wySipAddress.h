@@ -69,8 +69,10 @@ class SIPUTILITY_EXPORT SipAddress {
   // Returns the value of a URI parameter, empty when it has none; null for no such parameter.
   const SipString* getParameter(const SipString& name) const;
 
-  // Returns the URI parameters, to be walked.
-  const SipAddrParamList& getParameters() const;
+  // The walk over the URI parameters in the order in which they are written; null at the end,
+  // and behind null.
+  const SipParam* firstParam() const;
+  const SipParam* nextParam(const SipParam* param) const;
 
   // Returns the names of the URI parameters, see SipParamList::getParameterNames().
   const SipString** getParameterNames();
@@ -141,16 +143,17 @@ class SIPUTILITY_EXPORT SipAddress {
                                      SipString* host, SipPort* port, SipAddrParamList* params);
 
  private:
-  VARN_EXCEPTION_CODES parse(const SipString& address);
-  VARN_EXCEPTION_CODES parse(const SipString& displayName, const SipString& uri);
-  VARN_EXCEPTION_CODES parse(SipStrStream& stream);
-  VARN_EXCEPTION_CODES becomeWildcard();
-  bool refusesChange(const char* message);
-  VARN_EXCEPTION_CODES storeCode(VARN_EXCEPTION_CODES code);
-  VARN_EXCEPTION_CODES storeChange(VARN_EXCEPTION_CODES code);
-  void dropTexts();
-  VARN_EXCEPTION_CODES writeURI();
-  VARN_EXCEPTION_CODES writeText();
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& address);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& displayName, const SipString& uri);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(SipStrStream& stream);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES becomeWildcard();
+  SIPUTILITY_HIDDEN bool refusesChange(const char* message, int line = __builtin_LINE());
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeCode(VARN_EXCEPTION_CODES code);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeChange(VARN_EXCEPTION_CODES code);
+  SIPUTILITY_HIDDEN void dropTexts();
+  SIPUTILITY_HIDDEN SipString& cached(SipString& text, VARN_EXCEPTION_CODES (SipAddress::*write)());
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES writeURI();
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES writeText();
 
   int wildcard_;
   SipString displayName_;

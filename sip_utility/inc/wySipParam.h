@@ -157,8 +157,8 @@ class SIPUTILITY_EXPORT SipParamList {
   VARN_EXCEPTION_CODES parseParam(SipParam* param, SipStrStream& stream) const;
 
   // As above, one of many in a row: the index answers for the names on the list.
-  VARN_EXCEPTION_CODES parseParam(SipParam* param, SipStrStream& stream,
-                                  ParamNameIndex& names) const;
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseParam(SipParam* param, SipStrStream& stream,
+                                                    ParamNameIndex& names) const;
 
  private:
   SipParam* head_;

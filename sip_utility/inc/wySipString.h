@@ -95,7 +95,7 @@ class SIPUTILITY_EXPORT SipString {
   // Each compares byte by byte, as unsigned bytes, and returns the difference of the first two
   // that differ (compare: any number of that sign), else own length - other length. Where this
   // string is shorter and begins the other, that difference goes below zero, which ends the
-  // process: for callers that know better than to ask. Null counts as an empty text.
+  // process: to be used where that cannot be. Null counts as an empty text.
   int compare(const SipString& other) const;
   int compare(const char* text, unsigned int length) const;
   int compare(const char* cstr) const;
@@ -108,8 +108,9 @@ class SIPUTILITY_EXPORT SipString {
  private:
   friend struct SipStringAccess;
 
-  VARN_EXCEPTION_CODES appendGrowing(const char* text, unsigned int length, unsigned int newLength);
-  int lengthDifference(unsigned int otherLength) const;
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES appendGrowing(const char* text, unsigned int length,
+                                                       unsigned int newLength);
+  SIPUTILITY_HIDDEN int lengthDifference(unsigned int otherLength) const;
 
   char* buffer_;
   unsigned int length_;

@@ -6,6 +6,7 @@
 #include "internal/log.h"
 #include "internal/matchOf.h"
 #include "internal/pieceSetter.h"
+#include "internal/stringAccess.h"
 #include "internal/textWriter.h"
 #include "wySipMatch.h"
 
@@ -48,9 +49,9 @@ constexpr PieceMessages kHostMessages = {
 
 template <typename Rule>
 VARN_EXCEPTION_CODES replaceBy(SipString& piece, const SipString& value,
-                               const PieceMessages& messages) {
+                               const PieceMessages& messages, int line = __builtin_LINE()) {
   Rule rule;
-  return replacePiece(piece, value, rule, messages, kSourceFile);
+  return replacePiece(piece, value, rule, messages, kSourceFile, line);
 }
 
 // scheme ":"
@@ -125,37 +126,21 @@ SipAddress::SipAddress(SipStrStream& stream) : wildcard_(0), lastError_(VARN_OK)
 
 SipAddress::~SipAddress() = default;
 
-void SipAddress::VarnSetLastErrorCode(VARN_EXCEPTION_CODES code) {
-  lastError_ = code;
-}
+void SipAddress::VarnSetLastErrorCode(VARN_EXCEPTION_CODES code) { lastError_ = code; }
 
-VARN_EXCEPTION_CODES SipAddress::GetLastErrorCode() const {
-  return lastError_;
-}
+VARN_EXCEPTION_CODES SipAddress::GetLastErrorCode() const { return lastError_; }
 
-bool SipAddress::isWildcard() const {
-  return wildcard_ != 0;
-}
+bool SipAddress::isWildcard() const { return wildcard_ != 0; }
 
-const SipString& SipAddress::getDisplayName() const {
-  return displayName_;
-}
+const SipString& SipAddress::getDisplayName() const { return displayName_; }
 
-const SipString& SipAddress::getScheme() const {
-  return scheme_;
-}
+const SipString& SipAddress::getScheme() const { return scheme_; }
 
-const SipString& SipAddress::getUser() const {
-  return user_;
-}
+const SipString& SipAddress::getUser() const { return user_; }
 
-const SipString& SipAddress::getHost() const {
-  return host_;
-}
+const SipString& SipAddress::getHost() const { return host_; }
 
-unsigned short SipAddress::getStoredPort() const {
-  return port_.get();
-}
+unsigned short SipAddress::getStoredPort() const { return port_.get(); }
 
 unsigned short SipAddress::getPort() const {
   if (isWildcard()) {
@@ -171,13 +156,13 @@ const SipString* SipAddress::getParameter(const SipString& name) const {
   return params_.getParameter(name);
 }
 
-const SipAddrParamList& SipAddress::getParameters() const {
-  return params_;
+const SipParam* SipAddress::firstParam() const { return params_.firstParam(); }
+
+const SipParam* SipAddress::nextParam(const SipParam* param) const {
+  return params_.nextParam(param);
 }
 
-const SipString** SipAddress::getParameterNames() {
-  return params_.getParameterNames(&lastError_);
-}
+const SipString** SipAddress::getParameterNames() { return params_.getParameterNames(&lastError_); }
 
 VARN_EXCEPTION_CODES SipAddress::setDisplayName(const SipString& displayName) {
   if (refusesChange("SipAddress::setDisplayName | cannot modify wildcard address")) {
@@ -254,14 +239,9 @@ VARN_EXCEPTION_CODES SipAddress::setURI(const SipString& uri) {
   if (code != VARN_OK) {
     return storeCode(code);
   }
-  // With room for all three, no assignment can fail behind another that has happened.
-  if (scheme_.reserve(scheme.length()) != VARN_OK || user_.reserve(user.length()) != VARN_OK ||
-      host_.reserve(host.length()) != VARN_OK) {
-    return storeCode(VARN_RESOURCE_FAILURE);
-  }
-  scheme_ = scheme;
-  user_ = user;
-  host_ = host;
+  SipStringAccess::swap(scheme_, scheme);
+  SipStringAccess::swap(user_, user);
+  SipStringAccess::swap(host_, host);
   port_ = port;
   return storeChange(VARN_OK);
 }
@@ -288,17 +268,7 @@ void SipAddress::clearParamList() {
   dropTexts();
 }
 
-SipString& SipAddress::getURI() {
-  VARN_EXCEPTION_CODES code = VARN_OK;
-  if (uriText_.length() == 0) {
-    code = writeURI();
-    if (code != VARN_OK) {
-      uriText_.clear();
-    }
-  }
-  storeCode(code);
-  return uriText_;
-}
+SipString& SipAddress::getURI() { return cached(uriText_, &SipAddress::writeURI); }
 
 unsigned int SipAddress::getURIStringLength() const {
   unsigned int length = checkedSum(scheme_.length(), 1, host_.length());
@@ -309,17 +279,7 @@ unsigned int SipAddress::getURIStringLength() const {
   return port_.get() == 0 ? length : checkedSum(length, port_.getStringLength());
 }
 
-SipString& SipAddress::toString() {
-  VARN_EXCEPTION_CODES code = VARN_OK;
-  if (text_.length() == 0) {
-    code = writeText();
-    if (code != VARN_OK) {
-      text_.clear();
-    }
-  }
-  storeCode(code);
-  return text_;
-}
+SipString& SipAddress::toString() { return cached(text_, &SipAddress::writeText); }
 
 unsigned int SipAddress::getStringLength() const {
   const unsigned int params = params_.getStringLength();
@@ -467,11 +427,11 @@ VARN_EXCEPTION_CODES SipAddress::becomeWildcard() {
 }
 
 // Logs the setter's message, stores the code and returns true for a wildcard.
-bool SipAddress::refusesChange(const char* message) {
+bool SipAddress::refusesChange(const char* message, int line) {
   if (!isWildcard()) {
     return false;
   }
-  logFailure(kSourceFile, message);
+  logFailure(kSourceFile, message, 0, line);
   storeCode(VARN_INVALID_INPUT);
   return true;
 }
@@ -492,6 +452,19 @@ VARN_EXCEPTION_CODES SipAddress::storeChange(VARN_EXCEPTION_CODES code) {
 void SipAddress::dropTexts() {
   text_.clear();
   uriText_.clear();
+}
+
+// Returns the text, which the writer fills where it is empty; a wildcard's texts stay.
+SipString& SipAddress::cached(SipString& text, VARN_EXCEPTION_CODES (SipAddress::*write)()) {
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (!isWildcard() && text.length() == 0) {
+    code = (this->*write)();
+    if (code != VARN_OK) {
+      text.clear();
+    }
+  }
+  storeCode(code);
+  return text;
 }
 
 VARN_EXCEPTION_CODES SipAddress::writeURI() {

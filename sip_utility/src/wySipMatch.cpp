@@ -209,29 +209,17 @@ class Ipv6Walk {
 
 }  // namespace
 
-int WySipIsDigit(int c) {
-  return isIn(kDigit, c) ? 1 : 0;
-}
+int WySipIsDigit(int c) { return isIn(kDigit, c) ? 1 : 0; }
 
-int WySipIsHexDigit(int c) {
-  return isIn(kHexDigit, c) ? 1 : 0;
-}
+int WySipIsHexDigit(int c) { return isIn(kHexDigit, c) ? 1 : 0; }
 
-int WySipIsAlpha(int c) {
-  return isIn(kAlpha, c) ? 1 : 0;
-}
+int WySipIsAlpha(int c) { return isIn(kAlpha, c) ? 1 : 0; }
 
-int WySipIsAlnum(int c) {
-  return isIn(kAlnum, c) ? 1 : 0;
-}
+int WySipIsAlnum(int c) { return isIn(kAlnum, c) ? 1 : 0; }
 
-int WySipIsUnreserved(int c) {
-  return isIn(kUnreserved, c) ? 1 : 0;
-}
+int WySipIsUnreserved(int c) { return isIn(kUnreserved, c) ? 1 : 0; }
 
-int WySipIsToken(int c) {
-  return isIn(kToken, c) ? 1 : 0;
-}
+int WySipIsToken(int c) { return isIn(kToken, c) ? 1 : 0; }
 
 SipMatch::SipMatch() : lastMatch_(0) {}
 
@@ -275,29 +263,17 @@ unsigned int SipMatchEscapedCharSet::doMatch(const SipStrStream& stream, unsigne
   }
 }
 
-bool SipMatchToken::matchChar(char byte) {
-  return isIn(kToken, byte);
-}
+bool SipMatchToken::matchChar(char byte) { return isIn(kToken, byte); }
 
-bool SipMatchDigit::matchChar(char byte) {
-  return isIn(kDigit, byte);
-}
+bool SipMatchDigit::matchChar(char byte) { return isIn(kDigit, byte); }
 
-bool SipMatchHexDigit::matchChar(char byte) {
-  return isIn(kHexDigit, byte);
-}
+bool SipMatchHexDigit::matchChar(char byte) { return isIn(kHexDigit, byte); }
 
-bool SipMatchAlpha::matchChar(char byte) {
-  return isIn(kAlpha, byte);
-}
+bool SipMatchAlpha::matchChar(char byte) { return isIn(kAlpha, byte); }
 
-bool SipMatchUric::matchChar(char byte) {
-  return isIn(kUric, byte);
-}
+bool SipMatchUric::matchChar(char byte) { return isIn(kUric, byte); }
 
-bool SipMatchOtherParam::matchChar(char byte) {
-  return isIn(kParamChar, byte);
-}
+bool SipMatchOtherParam::matchChar(char byte) { return isIn(kParamChar, byte); }
 
 unsigned int SipMatchLWS::doMatch(const SipStrStream& stream, unsigned int offset) {
   const unsigned int leading = whiteSpaceLength(stream, offset);
@@ -382,9 +358,7 @@ unsigned int SipMatchILabel::doMatch(const SipStrStream& stream, unsigned int of
   return count;
 }
 
-bool SipMatchILabel::matchChar(char byte) {
-  return isIn(kLabel, byte);
-}
+bool SipMatchILabel::matchChar(char byte) { return isIn(kLabel, byte); }
 
 unsigned int SipMatchHostname::doMatch(const SipStrStream& stream, unsigned int offset) {
   unsigned int count = 0;
@@ -480,17 +454,11 @@ unsigned int SipAddressMatchScheme::doMatch(const SipStrStream& stream, unsigned
   return checkedSum(1, matchOf<SipAddressMatchSchemeTrailing>(stream, checkedSum(offset, 1)));
 }
 
-bool SipAddressMatchSchemeTrailing::matchChar(char byte) {
-  return isIn(kSchemeTrailing, byte);
-}
+bool SipAddressMatchSchemeTrailing::matchChar(char byte) { return isIn(kSchemeTrailing, byte); }
 
-bool SipAddressMatchUser::matchChar(char byte) {
-  return isIn(kUser, byte);
-}
+bool SipAddressMatchUser::matchChar(char byte) { return isIn(kUser, byte); }
 
-bool SipAddressMatchPassword::matchChar(char byte) {
-  return isIn(kPassword, byte);
-}
+bool SipAddressMatchPassword::matchChar(char byte) { return isIn(kPassword, byte); }
 
 unsigned int SipAddressMatchUserInfo::doMatch(const SipStrStream& stream, unsigned int offset) {
   const unsigned int user = matchOf<SipAddressMatchUser>(stream, offset);
@@ -520,13 +488,9 @@ unsigned int SipAddressMatchDisplayName::doMatch(const SipStrStream& stream, uns
   }
 }
 
-bool SipAddressMatchParamChar::matchChar(char byte) {
-  return isIn(kParamChar, byte);
-}
+bool SipAddressMatchParamChar::matchChar(char byte) { return isIn(kParamChar, byte); }
 
-bool SipAddressMatchHNameValue::matchChar(char byte) {
-  return isIn(kHNameValue, byte);
-}
+bool SipAddressMatchHNameValue::matchChar(char byte) { return isIn(kHNameValue, byte); }
 
 unsigned int SipAddressMatchHeaders::doMatch(const SipStrStream& stream, unsigned int offset) {
   if (!byteIs(stream, offset, '?')) {

@@ -59,40 +59,22 @@ VARN_EXCEPTION_CODES takeValue(const SipParamList& grammar, const SipString& nam
     logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter value");
     return VARN_INVALID_INPUT;
   }
-  return param == nullptr ? VARN_OK : param->setValue(length, stream);
+  return param == nullptr ? stream.discard(length) : param->setValue(length, stream);
 }
 
-// Takes the name out of a text that holds nothing else but white space around it.
-VARN_EXCEPTION_CODES checkedName(const SipParamList& grammar, const SipString& text,
-                                 SipString& name) {
+// Takes the piece that the rule covers out of a text with nothing else but white space around it.
+VARN_EXCEPTION_CODES takeWhole(const SipParamList& grammar, const SipString& text,
+                               unsigned int (SipParamList::*rule)(const SipStrStream&, unsigned int)
+                                   const,
+                               const char* message, SipString& piece) {
   SipLWSStrStream stream(text);
   if (!stream.valid()) {
     logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
     return VARN_RESOURCE_FAILURE;
   }
-  const VARN_EXCEPTION_CODES code = stream.get(grammar.matchName(stream, 0), name);
+  const VARN_EXCEPTION_CODES code = stream.get((grammar.*rule)(stream, 0), piece);
   if (code == VARN_OK && !stream.done()) {
-    logFailure(kSourceFile, "SipParameterList::setParameter invalid name");
-    return VARN_INVALID_INPUT;
-  }
-  return code;
-}
-
-// Takes the value out of a text that holds nothing else but white space around it; an empty text
-// is an empty value.
-VARN_EXCEPTION_CODES checkedValue(const SipParamList& grammar, const SipString& text,
-                                  SipString& value) {
-  if (text.length() == 0) {
-    return VARN_OK;
-  }
-  SipLWSStrStream stream(text);
-  if (!stream.valid()) {
-    logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
-    return VARN_RESOURCE_FAILURE;
-  }
-  const VARN_EXCEPTION_CODES code = stream.get(grammar.matchValue(stream, 0), value);
-  if (code == VARN_OK && !stream.done()) {
-    logFailure(kSourceFile, "SipParameterList::setParameter invalid value");
+    logFailure(kSourceFile, message);
     return VARN_INVALID_INPUT;
   }
   return code;
@@ -116,13 +98,9 @@ unsigned int matchSeparator(char separator, const SipStrStream& stream, unsigned
 
 }  // namespace
 
-SipParam::SipParam(SipParam** head) : next_(nullptr), prevLink_(nullptr) {
-  insert(head);
-}
+SipParam::SipParam(SipParam** head) : next_(nullptr), prevLink_(nullptr) { insert(head); }
 
-SipParam::~SipParam() {
-  remove();
-}
+SipParam::~SipParam() { remove(); }
 
 void SipParam::insert(SipParam** head) {
   if (!assertHolds(head != nullptr, kSourceFile)) {
@@ -165,21 +143,13 @@ VARN_EXCEPTION_CODES SipParam::setValue(const SipString& value) {
   return SipStringAccess::hasBuffer(name_) ? VARN_OK : VARN_RESOURCE_FAILURE;
 }
 
-const SipString& SipParam::getName() const {
-  return name_;
-}
+const SipString& SipParam::getName() const { return name_; }
 
-const SipString& SipParam::getValue() const {
-  return value_;
-}
+const SipString& SipParam::getValue() const { return value_; }
 
-SipParam* SipParam::next() const {
-  return next_;
-}
+SipParam* SipParam::next() const { return next_; }
 
-void SipParam::setNext(SipParam* next) {
-  next_ = next;
-}
+void SipParam::setNext(SipParam* next) { next_ = next; }
 
 SipParamList::SipParamList() : head_(nullptr), names_(nullptr) {}
 
@@ -204,9 +174,7 @@ VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
   return VARN_OK;
 }
 
-const SipParam* SipParamList::firstParam() const {
-  return head_;
-}
+const SipParam* SipParamList::firstParam() const { return head_; }
 
 const SipParam* SipParamList::nextParam(const SipParam* param) const {
   return param == nullptr ? nullptr : param->next();
@@ -271,9 +239,11 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
   }
   SipString newName;
   SipString newValue;
-  VARN_EXCEPTION_CODES code = checkedName(*this, name, newName);
-  if (code == VARN_OK) {
-    code = checkedValue(*this, value, newValue);
+  VARN_EXCEPTION_CODES code = takeWhole(*this, name, &SipParamList::matchName,
+                                        "SipParameterList::setParameter invalid name", newName);
+  if (code == VARN_OK && value.length() != 0) {
+    code = takeWhole(*this, value, &SipParamList::matchValue,
+                     "SipParameterList::setParameter invalid value", newValue);
   }
   if (code != VARN_OK) {
     return code;
@@ -382,13 +352,9 @@ VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& str
 
 SipHdrParamList::SipHdrParamList() : headerType_(WY_SIP_HEADER_TYPE_NONE) {}
 
-void SipHdrParamList::setHeaderType(WY_SIP_SIPHEADER_TYPE headerType) {
-  headerType_ = headerType;
-}
+void SipHdrParamList::setHeaderType(WY_SIP_SIPHEADER_TYPE headerType) { headerType_ = headerType; }
 
-WY_SIP_SIPHEADER_TYPE SipHdrParamList::getHeaderType() const {
-  return headerType_;
-}
+WY_SIP_SIPHEADER_TYPE SipHdrParamList::getHeaderType() const { return headerType_; }
 
 unsigned int SipHdrParamList::matchSep(const SipStrStream& stream, unsigned int offset,
                                        int first) const {
@@ -457,9 +423,7 @@ unsigned int SipAddrParamList::matchName(const SipStrStream& stream, unsigned in
   return matchOf<SipAddressMatchParamChar>(stream, offset);
 }
 
-const char* SipAddrParamList::getSep(int /*first*/) const {
-  return ";";
-}
+const char* SipAddrParamList::getSep(int /*first*/) const { return ";"; }
 
 unsigned int SipAddrParamList::MatchQuotedTagValue(const SipStrStream& stream,
                                                    unsigned int offset) const {

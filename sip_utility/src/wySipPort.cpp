@@ -47,9 +47,7 @@ VARN_EXCEPTION_CODES SipPort::set(SipStrStream& stream) {
   return VARN_OK;
 }
 
-unsigned short SipPort::get() const {
-  return port_;
-}
+unsigned short SipPort::get() const { return port_; }
 
 unsigned int SipPort::getStringLength() const {
   unsigned int length = 1;

@@ -50,21 +50,13 @@ unsigned int cstrLength(const char* cstr) {
 
 SipString::SipString() : buffer_(nullptr), length_(0), capacity_(0) {}
 
-SipString::SipString(const char* cstr) : SipString() {
-  append(cstr);
-}
+SipString::SipString(const char* cstr) : SipString() { append(cstr); }
 
-SipString::SipString(const char* text, unsigned int length) : SipString() {
-  append(text, length);
-}
+SipString::SipString(const char* text, unsigned int length) : SipString() { append(text, length); }
 
-SipString::SipString(const SipString& other) : SipString() {
-  append(other);
-}
+SipString::SipString(const SipString& other) : SipString() { append(other); }
 
-SipString::~SipString() {
-  deleteBuffer(buffer_);
-}
+SipString::~SipString() { deleteBuffer(buffer_); }
 
 SipString& SipString::operator=(const SipString& other) {
   if (this == &other) {
@@ -80,18 +72,12 @@ SipString& SipString::operator=(const SipString& other) {
   return *this;
 }
 
-unsigned int SipString::length() const {
-  return length_;
-}
+unsigned int SipString::length() const { return length_; }
 
-const char* SipString::c_str() const {
-  return length_ == 0 ? "" : buffer_;
-}
+const char* SipString::c_str() const { return length_ == 0 ? "" : buffer_; }
 
 // Only says that the object exists: callers use it as a liveness check.
-bool SipString::valid() const {
-  return true;
-}
+bool SipString::valid() const { return true; }
 
 VARN_EXCEPTION_CODES SipString::reserve(unsigned int length) {
   return capacity_ >= length ? VARN_OK : appendGrowing(nullptr, 0, length);
@@ -117,17 +103,13 @@ VARN_EXCEPTION_CODES SipString::append(const char* text, unsigned int length) {
   return VARN_OK;
 }
 
-VARN_EXCEPTION_CODES SipString::append(const char* cstr) {
-  return append(cstr, cstrLength(cstr));
-}
+VARN_EXCEPTION_CODES SipString::append(const char* cstr) { return append(cstr, cstrLength(cstr)); }
 
 VARN_EXCEPTION_CODES SipString::append(const SipString& other) {
   return append(other.buffer_, other.length_);
 }
 
-VARN_EXCEPTION_CODES SipString::append(char byte) {
-  return append(&byte, 1);
-}
+VARN_EXCEPTION_CODES SipString::append(char byte) { return append(&byte, 1); }
 
 void SipString::clear() {
   if (buffer_ != nullptr) {
@@ -178,9 +160,7 @@ int SipString::compare(const char* text, unsigned int length) const {
   return difference != 0 ? difference : lengthDifference(otherLength);
 }
 
-int SipString::compare(const char* cstr) const {
-  return compare(cstr, cstrLength(cstr));
-}
+int SipString::compare(const char* cstr) const { return compare(cstr, cstrLength(cstr)); }
 
 int SipString::caseCompare(const SipString& other) const {
   return caseCompare(other.buffer_, other.length_);
@@ -198,9 +178,7 @@ int SipString::caseCompare(const char* text, unsigned int length) const {
   return lengthDifference(otherLength);
 }
 
-int SipString::caseCompare(const char* cstr) const {
-  return caseCompare(cstr, cstrLength(cstr));
-}
+int SipString::caseCompare(const char* cstr) const { return caseCompare(cstr, cstrLength(cstr)); }
 
 // Moves the content into a buffer for newLength bytes and appends the text, which may lie in the
 // old buffer: that one goes last.
@@ -239,21 +217,13 @@ SipStrStream::SipStrStream(const SipStrStream& other)
 
 SipStrStream::~SipStrStream() = default;
 
-bool SipStrStream::done() const {
-  return position_ == text_.length();
-}
+bool SipStrStream::done() const { return position_ == text_.length(); }
 
-unsigned int SipStrStream::length() const {
-  return text_.length();
-}
+unsigned int SipStrStream::length() const { return text_.length(); }
 
-unsigned int SipStrStream::pos() const {
-  return position_;
-}
+unsigned int SipStrStream::pos() const { return position_; }
 
-bool SipStrStream::valid() const {
-  return copied_;
-}
+bool SipStrStream::valid() const { return copied_; }
 
 int SipStrStream::peek(unsigned int offset) const {
   const unsigned int index = checkedSum(position_, offset);

@@ -12,9 +12,7 @@ SeenByPlatform& seenByPlatform() {
   return seen;
 }
 
-int __atoi(const char* cstr) {
-  return std::atoi(cstr);
-}
+int __atoi(const char* cstr) { return std::atoi(cstr); }
 
 char* __itoaL(long value, char* text, int /*base*/) {
   std::sprintf(text, "%ld", value);
@@ -33,9 +31,7 @@ void pzmemlog_add(int /*category*/, const char* /*sourceFile*/, int /*line*/,
   ++seenByPlatform().liveBlocks;
 }
 
-void pzmemlog_remove(int /*category*/, const void* /*pointer*/) {
-  --seenByPlatform().liveBlocks;
-}
+void pzmemlog_remove(int /*category*/, const void* /*pointer*/) { --seenByPlatform().liveBlocks; }
 
 void MafErrorHandler::AssertString(const char* /*message*/, const char* /*sourceFile*/,
                                    int /*line*/) {

@@ -37,5 +37,6 @@ int main() {
                                                      "SipAddress::setHost | parsing failed"},
          "the refusal is logged");
   expect(seen.assertions == 2, "a node without a chain is reported, made and deleted");
+  std::printf("externalPlatformTest: %d failed\n", failures);
   return failures;
 }

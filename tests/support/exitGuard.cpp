@@ -13,13 +13,9 @@ int allowed = 0;
 
 }  // namespace
 
-ExitAllowed::ExitAllowed() {
-  ++allowed;
-}
+ExitAllowed::ExitAllowed() { ++allowed; }
 
-ExitAllowed::~ExitAllowed() {
-  --allowed;
-}
+ExitAllowed::~ExitAllowed() { --allowed; }
 
 extern "C" void _exit(int status) {
   if (allowed == 0) {

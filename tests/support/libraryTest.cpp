@@ -27,25 +27,15 @@ void* operator new(std::size_t size) {
   return block != nullptr ? block : throw std::bad_alloc();
 }
 
-void* operator new[](std::size_t size) {
-  return operator new(size);
-}
+void* operator new[](std::size_t size) { return operator new(size); }
 
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
+void operator delete(void* block) noexcept { std::free(block); }
 
-void operator delete[](void* block) noexcept {
-  std::free(block);
-}
+void operator delete[](void* block) noexcept { std::free(block); }
 
-void operator delete(void* block, std::size_t /*size*/) noexcept {
-  std::free(block);
-}
+void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }
 
-void operator delete[](void* block, std::size_t /*size*/) noexcept {
-  std::free(block);
-}
+void operator delete[](void* block, std::size_t /*size*/) noexcept { std::free(block); }
 
 std::string failureLine(std::string_view source, std::string_view text) {
   return logLine(4, 6054, source, text);
@@ -91,10 +81,6 @@ LibraryTest::~LibraryTest() {
   EXPECT_EQ(0U, hostLiveBlocks());
 }
 
-Lines LibraryTest::takeLog() {
-  return std::exchange(log_, {});
-}
+Lines LibraryTest::takeLog() { return std::exchange(log_, {}); }
 
-Lines LibraryTest::takeAssertions() {
-  return std::exchange(assertions_, {});
-}
+Lines LibraryTest::takeAssertions() { return std::exchange(assertions_, {}); }

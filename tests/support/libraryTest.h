@@ -61,9 +61,7 @@ std::string failureLine(std::string_view source, std::string_view text);
 std::string traceLine(std::string_view source, std::string_view text);
 
 // Returns the content of a string, zero bytes included.
-inline std::string content(const SipString& text) {
-  return {text.c_str(), text.length()};
-}
+inline std::string content(const SipString& text) { return {text.c_str(), text.length()}; }
 
 // Returns a string of this content, zero bytes included.
 inline SipString sipString(std::string_view text) {

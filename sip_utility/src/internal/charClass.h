@@ -30,9 +30,7 @@ enum CharClass : std::uint32_t {
 
 namespace charClassTable {
 
-constexpr bool within(int c, int first, int last) {
-  return first <= c && c <= last;
-}
+constexpr bool within(int c, int first, int last) { return first <= c && c <= last; }
 
 constexpr std::uint32_t bitIf(bool member, CharClass charClass) {
   return member ? static_cast<std::uint32_t>(charClass) : 0U;

@@ -11,14 +11,10 @@
 #include "wySipString.h"
 
 // Returns the content of a string; the view lives until the string next changes.
-inline std::string_view view(const SipString& text) {
-  return {text.c_str(), text.length()};
-}
+inline std::string_view view(const SipString& text) { return {text.c_str(), text.length()}; }
 
 // Returns whether both texts are the same bytes.
-inline bool equal(const SipString& a, std::string_view b) {
-  return view(a) == b;
-}
+inline bool equal(const SipString& a, std::string_view b) { return view(a) == b; }
 
 // Returns whether both texts are the same, ASCII letters compared without regard to case.
 inline bool equalIgnoringCase(const SipString& text, std::string_view other) {

@@ -7,9 +7,7 @@
 
 #include "log.h"
 
-void failStopArithmetic() {
-  std::abort();
-}
+void failStopArithmetic() { std::abort(); }
 
 void failStopCopy(const char* sourceFile, int line) {
   logEvent(kFailure, kModuleCopyGuard, sourceFile, line,

@@ -47,9 +47,7 @@ inline void recordBlock(const char* sourceFile, const void* pointer, std::size_t
 }
 
 // Takes a recorded block or object off the record, before it is freed.
-inline void forgetBlock(const void* pointer) {
-  pzmemlog_remove(kMemoryCategory, pointer);
-}
+inline void forgetBlock(const void* pointer) { pzmemlog_remove(kMemoryCategory, pointer); }
 
 // Returns whether a precondition holds and reports it to the framework when it does not.
 inline bool assertHolds(bool holds, const char* sourceFile, int line = __builtin_LINE()) {

@@ -44,9 +44,7 @@ std::uint64_t firstDifference(const SipString& a, const SipString& b) {
 ParamNameIndex::ParamNameIndex(const SipParamList& list)
     : list_(list), added_(0), entries_(nullptr), count_(0), capacity_(0), root_(0) {}
 
-ParamNameIndex::~ParamNameIndex() {
-  releaseTree();
-}
+ParamNameIndex::~ParamNameIndex() { releaseTree(); }
 
 bool ParamNameIndex::contains(const SipString& name) const {
   if (count_ == 0) {

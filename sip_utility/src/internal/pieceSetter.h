@@ -18,6 +18,7 @@ struct PieceMessages {
 // rest; else logs why not (level 4) and changes nothing.
 // Fails: VARN_INVALID_INPUT, VARN_RESOURCE_FAILURE.
 VARN_EXCEPTION_CODES replacePiece(SipString& piece, const SipString& value, SipMatch& rule,
-                                  const PieceMessages& messages, const char* sourceFile);
+                                  const PieceMessages& messages, const char* sourceFile,
+                                  int line = __builtin_LINE());
 
 #endif  // SIPUTILITY_INTERNAL_PIECE_SETTER_H
