@@ -57,7 +57,11 @@ bool hostMayAllocate() {
 void* __malloc(size_t size) { return hostMayAllocate() ? counted(std::malloc(size)) : nullptr; }
 
 void* __calloc(size_t count, size_t size) {
-  return hostMayAllocate() ? counted(std::calloc(count, size)) : nullptr;
+  size_t total = 0;
+  if (__builtin_mul_overflow(count, size, &total) || !hostMayAllocate()) {
+    return nullptr;
+  }
+  return counted(std::calloc(1, total));
 }
 
 void __free(void* block) {
