@@ -19,4 +19,47 @@ TEST_F(TelAddressMatchTest, ClassesHoldTheirMembers) {
   EXPECT_EQ(Lines{}, takeAssertions());
 }
 
+TEST_F(TelAddressMatchTest, TellsNumbersAndContextsFromTheStreamsPosition) {
+  const std::string prefix = "TelAddressMatch";
+  const struct {
+    char rule;  // of a global or local number, or a context
+    const char* text;
+    unsigned int count;
+    std::string reason;
+  } cases[] = {
+      {'g', "+1-201-555-0123;", 15, ""},
+      {'g', "+.1a", 3, ""},
+      {'g', "1234", 0, "GlobalPhoneNumber: Did not find '+' for global phone number"},
+      {'g', "+", 0, "GlobalPhoneNumber: No phonedigit found"},
+      {'g', "+--x1", 0, "GlobalPhoneNumber: no DIGIT in Stream"},
+      {'l', "(5)*#aFg", 7, ""},
+      {'l', "+5", 0, "LocalPhoneNumber: Did not find phonedigithex to start local phonenumber"},
+      {'l', "--+1", 0, "LocalPhoneNumber: no (HEXDIG / '*' / '#') in Stream"},
+      {'c', "a.test+1", 6, ""},
+      {'c', "+33-1;", 5, ""},
+      {'c', "+", 0, "Context: Could not match descriptor BNF"},
+      {'n', "+1", 0, ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    TelAddressMatchContext context;
+    TelAddressMatchPhoneNumber number(c.rule == 'g'   ? WY_SIP_TELURI_TYPE_GLOBAL
+                                      : c.rule == 'l' ? WY_SIP_TELURI_TYPE_LOCAL
+                                                      : WY_SIP_TELURI_TYPE_NONE);
+    SipMatch& rule = c.rule == 'c' ? static_cast<SipMatch&>(context) : number;
+    SipStrStream stream(sipString(std::string("+1a") + c.text));
+    stream.discard(3);
+    for (const unsigned int offset : {0U, 1U}) {
+      const bool past = offset + c.count > std::string_view(c.text).size();
+      EXPECT_EQ(c.count, rule.match(stream, offset));
+      const Lines log = takeLog();
+      ASSERT_EQ(c.reason.empty(), log.empty());
+      if (!log.empty()) {
+        EXPECT_EQ(traceLine("sip_utility/src/wyTelAddressMatch", prefix + c.reason), log.back());
+      }
+      EXPECT_EQ(past ? 1U : 0U, takeAssertions().size());
+    }
+  }
+}
+
 }  // namespace

@@ -147,6 +147,11 @@ class SIPUTILITY_EXPORT SipParamList {
   VARN_EXCEPTION_CODES appendToString(SipString& out) const;
 
  protected:
+  // Returns the first node of the chain, whatever order firstParam() gives, and the pointer to
+  // it, for new nodes.
+  SipParam* chain() const;
+  SipParam** head();
+
   // Moves behind a separator.
   // Fails: VARN_INVALID_INPUT for none.
   VARN_EXCEPTION_CODES parseSep(SipStrStream& stream, int first) const;

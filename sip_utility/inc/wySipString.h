@@ -161,6 +161,8 @@ class SIPUTILITY_EXPORT SipStrStream {
   VARN_EXCEPTION_CODES discard(unsigned int length);
 
  private:
+  friend struct SipStringAccess;
+
   SipString text_;
   unsigned int position_;
   bool copied_;

@@ -1,11 +1,21 @@
 // wyTelAddressMatch.h - grammar matchers and predicates of tel URIs (RFC 3966).
 //
-// They keep the contract of SipMatch, see wySipMatch.h.
+// They keep the contract of SipMatch, see wySipMatch.h, with one exception: the four composite
+// rules of numbers and contexts measure from the stream's position whatever the offset; ask them
+// at offset 0. They log why they do not match (level 3, module 6054): a failed match is an
+// ordinary outcome.
 #ifndef WY_TEL_ADDRESS_MATCH_H
 #define WY_TEL_ADDRESS_MATCH_H
 
 #include "wySipExport.h"
 #include "wySipMatch.h"
+
+// The kind of a telephone number.
+enum WY_SIP_TELURI_TYPE {
+  WY_SIP_TELURI_TYPE_NONE = 0,    // not known yet
+  WY_SIP_TELURI_TYPE_LOCAL = 1,   // needs a phone context
+  WY_SIP_TELURI_TYPE_GLOBAL = 2,  // begins with "+"
+};
 
 // Returns 1 for the codes of "(", ")", "-" and ".", else 0.
 extern "C" SIPUTILITY_EXPORT int WyTelIsVisualSeparator(int c);
@@ -26,6 +36,38 @@ class SIPUTILITY_EXPORT TelAddressMatchPhoneDigitHex : public SipMatchCharSet {
 class SIPUTILITY_EXPORT TelAddressMatchParamName : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
+};
+
+// global-number-digits = "+" 1*phonedigit, at least one of them a DIGIT
+//
+// Visual separators may stand right behind the "+".
+class SIPUTILITY_EXPORT TelAddressMatchGlobalPhoneNumber : public SipMatch {
+ public:
+  unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
+};
+
+// local-number-digits = 1*phonedigit-hex, at least one of them no visual separator
+//
+// It may begin with a visual separator.
+class SIPUTILITY_EXPORT TelAddressMatchLocalPhoneNumber : public SipMatch {
+ public:
+  unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
+};
+
+// The number of one kind, global or local; no number of an unknown kind matches.
+class SIPUTILITY_EXPORT TelAddressMatchPhoneNumber : public SipMatch {
+ public:
+  explicit TelAddressMatchPhoneNumber(WY_SIP_TELURI_TYPE type);
+  unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
+
+ private:
+  WY_SIP_TELURI_TYPE type_;
+};
+
+// descriptor = domainname / global-number-digits, the host name first
+class SIPUTILITY_EXPORT TelAddressMatchContext : public SipMatch {
+ public:
+  unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
 #endif  // WY_TEL_ADDRESS_MATCH_H

@@ -10,6 +10,7 @@
 #include "internal/log.h"
 #include "internal/matchOf.h"
 #include "internal/paramNameIndex.h"
+#include "internal/paramNode.h"
 #include "internal/stringAccess.h"
 #include "internal/textWriter.h"
 #include "wySipMatch.h"
@@ -17,20 +18,6 @@
 namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
-
-SipParam* newParam(SipParam** head) {
-  auto* param = new (std::nothrow) SipParam(head);
-  if (param != nullptr) {
-    recordBlock(kSourceFile, param, sizeof(SipParam));
-  }
-  return param;
-}
-
-// Deleting a node takes it off its chain.
-void deleteParam(SipParam* param) {
-  forgetBlock(param);
-  delete param;
-}
 
 // The value behind an "=", by the rule that the name chooses.
 unsigned int valueLength(const SipParamList& grammar, const SipString& name,
@@ -119,6 +106,7 @@ void SipParam::remove() {
   if (!assertHolds(prevLink_ != nullptr, kSourceFile)) {
     return;
   }
+  ParamIndexWatch::nodeChanged();
   *prevLink_ = next_;
   if (next_ != nullptr) {
     next_->prevLink_ = prevLink_;
@@ -128,6 +116,7 @@ void SipParam::remove() {
 }
 
 VARN_EXCEPTION_CODES SipParam::setName(const SipString& name) {
+  ParamIndexWatch::nodeChanged();
   name_ = name;
   return SipStringAccess::hasBuffer(name_) ? VARN_OK : VARN_RESOURCE_FAILURE;
 }
@@ -149,7 +138,10 @@ const SipString& SipParam::getValue() const { return value_; }
 
 SipParam* SipParam::next() const { return next_; }
 
-void SipParam::setNext(SipParam* next) { next_ = next; }
+void SipParam::setNext(SipParam* next) {
+  ParamIndexWatch::nodeChanged();
+  next_ = next;
+}
 
 SipParamList::SipParamList() : head_(nullptr), names_(nullptr) {}
 
@@ -161,7 +153,7 @@ SipParamList::~SipParamList() {
 VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
   ParamNameIndex names(*this);
   for (int first = 1; parseSep(stream, first) == VARN_OK; first = 0) {
-    SipParam* param = newParam(&head_);
+    SipParam* param = newParam(&head_, kSourceFile);
     if (param == nullptr) {
       return VARN_RESOURCE_FAILURE;
     }
@@ -250,7 +242,7 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
   }
   // The node is finished on a chain of its own, so that a failure takes nothing off the list.
   SipParam* aside = nullptr;
-  SipParam* param = newParam(&aside);
+  SipParam* param = newParam(&aside, kSourceFile);
   if (param == nullptr) {
     return VARN_RESOURCE_FAILURE;
   }
@@ -312,6 +304,10 @@ VARN_EXCEPTION_CODES SipParamList::appendToString(SipString& out) const {
   }
   return writer.code();
 }
+
+SipParam* SipParamList::chain() const { return head_; }
+
+SipParam** SipParamList::head() { return &head_; }
 
 VARN_EXCEPTION_CODES SipParamList::parseSep(SipStrStream& stream, int first) const {
   const unsigned int length = matchSep(stream, 0, first);

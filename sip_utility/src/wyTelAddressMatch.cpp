@@ -2,6 +2,26 @@
 #include "wyTelAddressMatch.h"
 
 #include "internal/charClass.h"
+#include "internal/checkedMath.h"
+#include "internal/log.h"
+#include "internal/matchOf.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wyTelAddressMatch";
+
+// Returns whether one of the bytes in [offset, offset + count) belongs to the class.
+bool anyIsIn(CharClass charClass, const SipStrStream& stream, unsigned int offset,
+             unsigned int count) {
+  for (unsigned int i = 0; i < count; ++i) {
+    if (isIn(charClass, stream.peek(checkedSum(offset, i)))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
 
 int WyTelIsVisualSeparator(int c) { return isIn(kVisualSeparator, c) ? 1 : 0; }
 
@@ -10,3 +30,63 @@ bool TelAddressMatchPhoneDigit::matchChar(char byte) { return isIn(kPhoneDigit, 
 bool TelAddressMatchPhoneDigitHex::matchChar(char byte) { return isIn(kPhoneDigitHex, byte); }
 
 bool TelAddressMatchParamName::matchChar(char byte) { return isIn(kLabel, byte); }
+
+unsigned int TelAddressMatchGlobalPhoneNumber::doMatch(const SipStrStream& stream,
+                                                       unsigned int /*offset*/) {
+  if (!byteIs(stream, 0, '+')) {
+    logTrace(kSourceFile,
+             "TelAddressMatchGlobalPhoneNumber: Did not find '+' for global phone number");
+    return 0;
+  }
+  const unsigned int count = matchOf<TelAddressMatchPhoneDigit>(stream, 1);
+  if (count == 0) {
+    logTrace(kSourceFile, "TelAddressMatchGlobalPhoneNumber: No phonedigit found");
+    return 0;
+  }
+  if (!anyIsIn(kDigit, stream, 1, count)) {
+    logTrace(kSourceFile, "TelAddressMatchGlobalPhoneNumber: no DIGIT in Stream");
+    return 0;
+  }
+  return checkedSum(count, 1);
+}
+
+unsigned int TelAddressMatchLocalPhoneNumber::doMatch(const SipStrStream& stream,
+                                                      unsigned int /*offset*/) {
+  const unsigned int count = matchOf<TelAddressMatchPhoneDigitHex>(stream, 0);
+  if (count == 0) {
+    logTrace(
+        kSourceFile,
+        "TelAddressMatchLocalPhoneNumber: Did not find phonedigithex to start local phonenumber");
+    return 0;
+  }
+  if (!anyIsIn(kLocalDigit, stream, 0, count)) {
+    logTrace(kSourceFile, "TelAddressMatchLocalPhoneNumber: no (HEXDIG / '*' / '#') in Stream");
+    return 0;
+  }
+  return count;
+}
+
+TelAddressMatchPhoneNumber::TelAddressMatchPhoneNumber(WY_SIP_TELURI_TYPE type) : type_(type) {}
+
+unsigned int TelAddressMatchPhoneNumber::doMatch(const SipStrStream& stream,
+                                                 unsigned int /*offset*/) {
+  switch (type_) {
+    case WY_SIP_TELURI_TYPE_LOCAL:
+      return matchOf<TelAddressMatchLocalPhoneNumber>(stream, 0);
+    case WY_SIP_TELURI_TYPE_GLOBAL:
+      return matchOf<TelAddressMatchGlobalPhoneNumber>(stream, 0);
+    default:
+      return 0;
+  }
+}
+
+unsigned int TelAddressMatchContext::doMatch(const SipStrStream& stream, unsigned int /*offset*/) {
+  unsigned int count = matchOf<SipMatchHostname>(stream, 0);
+  if (count == 0) {
+    count = matchOf<TelAddressMatchGlobalPhoneNumber>(stream, 0);
+  }
+  if (count == 0) {
+    logTrace(kSourceFile, "TelAddressMatchContext: Could not match descriptor BNF");
+  }
+  return count;
+}

@@ -26,6 +26,7 @@ enum CharClass : std::uint32_t {
   kPassword = 1U << 14,        // unreserved and & = + $ ,
   kPhoneDigit = 1U << 15,      // digits and visual separators
   kPhoneDigitHex = 1U << 16,   // hexadecimal digits, * and #, visual separators
+  kLocalDigit = 1U << 17,      // hexadecimal digits, * and #
 };
 
 namespace charClassTable {
@@ -56,7 +57,8 @@ constexpr std::uint32_t classesOf(int c) {
          bitIf(unreserved || oneOf("[]/?:+$"), kHNameValue) |
          bitIf(unreserved || oneOf("&=+$,;?/"), kUser) |
          bitIf(unreserved || oneOf("&=+$,"), kPassword) | bitIf(digit || separator, kPhoneDigit) |
-         bitIf(hexDigit || separator || oneOf("*#"), kPhoneDigitHex);
+         bitIf(hexDigit || separator || oneOf("*#"), kPhoneDigitHex) |
+         bitIf(hexDigit || oneOf("*#"), kLocalDigit);
 }
 
 constexpr std::array<std::uint32_t, 256> make() {

@@ -1,10 +1,11 @@
-// equality.h - equality of texts for every look-up inside the library.
+// equality.h - equality and order of texts for every look-up inside the library.
 //
 // Lengths are tested first, so a text that begins another is ordinary input; unlike
 // SipString::compare, nothing here ends the process.
 #ifndef SIPUTILITY_INTERNAL_EQUALITY_H
 #define SIPUTILITY_INTERNAL_EQUALITY_H
 
+#include <algorithm>
 #include <string_view>
 
 #include "charClass.h"
@@ -28,6 +29,15 @@ inline bool equalIgnoringCase(const SipString& text, std::string_view other) {
     }
   }
   return true;
+}
+
+// Returns whether a comes before b: byte by byte as unsigned ones, ASCII letters without regard
+// to case, a text in front of the longer ones that it begins.
+inline bool lessIgnoringCase(const SipString& a, const SipString& b) {
+  const std::string_view left = view(a);
+  const std::string_view right = view(b);
+  return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
+                                      [](char x, char y) { return foldCase(x) < foldCase(y); });
 }
 
 #endif  // SIPUTILITY_INTERNAL_EQUALITY_H

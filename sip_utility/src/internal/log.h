@@ -22,10 +22,57 @@ enum LogModule {
 
 constexpr int kMemoryCategory = 2;
 
+// Keeps the lines that the thread logs while the tape records, to log them again: an attempt
+// that would end the same way need not be made twice to be reported twice. Of an attempt with
+// more lines than it holds the tape keeps the first ones. One records at a time.
+class LogTape {
+ public:
+  LogTape() = default;
+  LogTape(const LogTape&) = delete;
+  LogTape& operator=(const LogTape&) = delete;
+
+  // Begins and ends recording. The texts of format and source live as long as the tape.
+  void record() { recording_ = this; }
+  void stop() { recording_ = nullptr; }
+
+  // Logs the lines again.
+  void replay() const;
+
+ private:
+  friend void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
+                       const char* format, uintptr_t a1);
+
+  struct Line {
+    LogLevel level;
+    LogModule module;
+    const char* sourceFile;
+    int line;
+    const char* format;
+    uintptr_t a1;
+  };
+
+  static inline thread_local LogTape* recording_ = nullptr;
+
+  static constexpr std::size_t kCapacity = 16;
+  std::size_t count_ = 0;
+  Line lines_[kCapacity] = {};
+};
+
 // Writes one line to the module log.
 inline void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
                      const char* format, uintptr_t a1 = 0) {
+  LogTape* tape = LogTape::recording_;
+  if (tape != nullptr && tape->count_ < LogTape::kCapacity) {
+    tape->lines_[tape->count_++] = {level, module, sourceFile, line, format, a1};
+  }
   wyLogModuleEventSimple(level, module, sourceFile, line, format, a1, 0, 0);
+}
+
+inline void LogTape::replay() const {
+  for (std::size_t i = 0; i < count_; ++i) {
+    const Line& each = lines_[i];
+    logEvent(each.level, each.module, each.sourceFile, each.line, each.format, each.a1);
+  }
 }
 
 // Logs a failure of the library.

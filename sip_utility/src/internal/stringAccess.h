@@ -1,7 +1,9 @@
-// stringAccess.h - what the library may see of a string beyond its public operations.
+// stringAccess.h - what the library may do with strings and cursors beyond their public
+// operations.
 #ifndef SIPUTILITY_INTERNAL_STRING_ACCESS_H
 #define SIPUTILITY_INTERNAL_STRING_ACCESS_H
 
+#include <algorithm>
 #include <utility>
 
 #include "wySipString.h"
@@ -16,6 +18,11 @@ struct SipStringAccess {
     std::swap(a.buffer_, b.buffer_);
     std::swap(a.length_, b.length_);
     std::swap(a.capacity_, b.capacity_);
+  }
+
+  // Moves a cursor to a position in its text, forward or back.
+  static void moveTo(SipStrStream& stream, unsigned int position) {
+    stream.position_ = std::min(position, stream.text_.length());
   }
 };
 

@@ -1,0 +1,184 @@
+// wyTelAddress.h - one telephone number as a tel URI, bare or in a name-addr (RFC 3966).
+//
+// A tel address takes a text apart, lets the pieces be read and changed one at a time, each under
+// its grammar rule, writes them back, and becomes the user part of a SIP address. Every operation
+// stores its outcome in the last-error code unless it says otherwise; check it after
+// construction. Failures are logged once (level 4, module 6054).
+//
+// The text of toString() is a cache of the object. A text or piece handed out lives until the
+// address next changes. One thread at a time for each object.
+#ifndef WY_TEL_ADDRESS_H
+#define WY_TEL_ADDRESS_H
+
+#include "wySipAddress.h"
+#include "wySipExport.h"
+#include "wySipParam.h"
+#include "wySipString.h"
+#include "wyTelAddressMatch.h"
+
+// The parameters of a tel URI but isub, ext and phone-context: as URI parameters, with names of
+// letters, digits and "-". They are walked, and so written, in ascending order of their names,
+// ASCII letters without regard to case; of several with one name only the newest is met.
+class SIPUTILITY_EXPORT TelAddrParamList : public SipAddrParamList {
+ public:
+  TelAddrParamList();
+  ~TelAddrParamList() override;
+
+  // As SipParamList::parseParamList(); besides, "isub", "ext" and "phone-context" are refused,
+  // with "SipParamList::parseParamList - duplicate param isub" and the like: their place is in
+  // front of the list.
+  VARN_EXCEPTION_CODES parseParamList(SipStrStream& stream) override;
+
+  unsigned int matchName(const SipStrStream& stream, unsigned int offset) const override;
+
+  // The walk in order of names. Null gives the first; a parameter of the list or of another one
+  // gives the next greater name. A walk over n parameters of an unchanging list takes O(n log n)
+  // steps; firstParam() makes an index for it that the list keeps.
+  const SipParam* firstParam() const override;
+  const SipParam* nextParam(const SipParam* param) const override;
+
+ private:
+  struct SIPUTILITY_HIDDEN Order;
+
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseNext(SipStrStream& stream, ParamNameIndex& names);
+  SIPUTILITY_HIDDEN const SipParam* smallestAbove(const SipParam* param) const;
+
+  mutable Order* order_;
+};
+
+class SIPUTILITY_EXPORT TelAddress {
+ public:
+  // Reads a tel address, white space in front allowed. What follows the URI is not looked at.
+  //
+  //   name-addr = [ display-name ] "<" tel-uri ">" / tel-uri
+  //   tel-uri = "tel:" number [ ";isub=" 1*paramchar / ";ext=" 1*phonedigit ]
+  //             [ ";phone-context=" descriptor ] *( ";" param )
+  //
+  // isub, ext and phone-context have this place and no other: met later they are refused as
+  // duplicates. After a failure the pieces in front of the failing one are set.
+  explicit TelAddress(const SipString& address);
+
+  TelAddress(const TelAddress&) = delete;
+  TelAddress& operator=(const TelAddress&) = delete;
+
+  virtual ~TelAddress();
+
+  // Stores the code.
+  void VarnSetLastErrorCode(VARN_EXCEPTION_CODES code);
+
+  // Returns the outcome of the last operation that stores one.
+  VARN_EXCEPTION_CODES GetLastErrorCode() const;
+
+  // The pieces as they stood in the text, empty for those it did not have. The display name keeps
+  // its quotes, the number its "+" and visual separators.
+  const SipString& getDisplayName() const;
+  const SipString& getPhoneNumber() const;
+  const SipString& getISDNSubAddr() const;
+  const SipString& getExtension() const;
+  const SipString& getContext() const;
+
+  // Returns the kind of the number.
+  WY_SIP_TELURI_TYPE getType() const;
+
+  // Returns whether the text had the URI in angle brackets; they are then written again.
+  bool isBracketed() const;
+
+  // The walk over the parameters but isub, ext and phone-context, see TelAddrParamList.
+  const SipParam* firstParam() const;
+  const SipParam* nextParam(const SipParam* param) const;
+
+  // Each replaces one piece by a value that is a whole instance of the piece's rule; white space
+  // around it is dropped. An empty display name is taken away, and the brackets with it; every
+  // other empty value is refused. After a failure nothing has changed.
+  //
+  // setPhoneNumber() refuses a local number in place of a global one while no phone context is
+  // set; isub and ext refuse each other (level 3).
+  // Fails: VARN_INVALID_INPUT, VARN_RESOURCE_FAILURE.
+  VARN_EXCEPTION_CODES setDisplayName(const SipString& displayName);
+  VARN_EXCEPTION_CODES setPhoneNumber(const SipString& phoneNumber);
+  VARN_EXCEPTION_CODES setISDNSubAddr(const SipString& isub);
+  VARN_EXCEPTION_CODES setExtension(const SipString& extension);
+  VARN_EXCEPTION_CODES setContext(const SipString& context);
+
+  // Returns the value of a parameter, isub, ext and phone-context among them, letter case
+  // ignored; null for no such parameter.
+  const SipString* getParameter(const SipString& name) const;
+
+  // Replaces or adds a parameter; isub, ext and phone-context go to their setters and take no
+  // empty value. Releases the array of getParameterNames().
+  VARN_EXCEPTION_CODES setParameter(const SipString& name, const SipString& value);
+
+  // Takes a parameter away, if it is there. Empties the array of getParameterNames().
+  // Fails: VARN_INVALID_INPUT for the phone context of a local number.
+  VARN_EXCEPTION_CODES removeParameter(const SipString& name);
+
+  // Returns the names of the list, in its chain's order, then those of isub, ext and
+  // phone-context that are set, then null. The array lives until the next call, setParameter()
+  // or the destructor, its names until the address next changes.
+  // Fails: null and VARN_RESOURCE_FAILURE with "TelAddress::getParameterNames - new failed".
+  // Owns: the address.
+  const SipString** getParameterNames();
+
+  // Replaces out by the URI without its "tel:". Stores no code.
+  // Fails: VARN_RESOURCE_FAILURE.
+  VARN_EXCEPTION_CODES getURIString(SipString& out) const;
+
+  // Returns the length of the URI, "tel:" included.
+  unsigned int getURIStringLength() const;
+
+  // Returns the whole address. Angle brackets are written around a URI that has parameters, a
+  // display name, or had them in the text. Empty when there is no memory for it, with
+  // VARN_RESOURCE_FAILURE stored.
+  SipString& toString();
+
+  // Returns the length of toString() but for brackets that are written only because the text had
+  // them.
+  unsigned int getStringLength() const;
+
+  // Replaces out by the rest of the stream as the user part of a SIP URI: letters in small ones,
+  // those of escapes and values, too; bytes that may not stand there as escapes of two small
+  // hexadecimal digits.
+  // Fails: VARN_RESOURCE_FAILURE.
+  VARN_EXCEPTION_CODES convertTelToSipUserInfoSyntax(SipStrStream& in, SipString& out);
+
+  // Makes the target the SIP form of this number: its user becomes the URI, its display name this
+  // one, its parameters `user=phone`. Scheme, host and port are the caller's.
+  // Fails: with the first failure, the changes in front of it done.
+  VARN_EXCEPTION_CODES toSipAddress(SipAddress& target);
+
+ protected:
+  // Reads a tel address from the stream's position into the outputs, and its brackets and kind of
+  // number into this object. A null output is a failed assertion and VARN_INVALID_INPUT.
+  VARN_EXCEPTION_CODES parseTelNameAddr(SipStrStream& stream, SipString* displayName,
+                                        SipString* phoneNumber, SipString* isub, SipString* ext,
+                                        SipString* context, TelAddrParamList* params);
+
+ private:
+  struct SIPUTILITY_HIDDEN NameArray;
+  struct SIPUTILITY_HIDDEN Special;
+
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& address);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES takeOpening(SipStrStream& stream, SipString& displayName);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES takeNumber(SipStrStream& stream, SipString& phoneNumber);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeCode(VARN_EXCEPTION_CODES code);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeChange(VARN_EXCEPTION_CODES code);
+  SIPUTILITY_HIDDEN bool hasParameters() const;
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES appendURI(SipString& out, unsigned int length) const;
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES writeText();
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES convertToUser(SipString& user);
+  SIPUTILITY_HIDDEN void releaseNames();
+
+  SipString displayName_;
+  SipString phoneNumber_;
+  SipString isub_;
+  SipString extension_;
+  SipString context_;
+  TelAddrParamList params_;
+  int bracketed_;
+  WY_SIP_TELURI_TYPE type_;
+  VARN_EXCEPTION_CODES lastError_;
+  SipString text_;
+  NameArray* names_;
+};
+
+#endif  // WY_TEL_ADDRESS_H

@@ -1,0 +1,824 @@
+// wyTelAddress.cpp - one telephone number as a tel URI, bare or in a name-addr.
+#include "wyTelAddress.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <string_view>
+
+#include "internal/charClass.h"
+#include "internal/checkedMath.h"
+#include "internal/equality.h"
+#include "internal/log.h"
+#include "internal/matchOf.h"
+#include "internal/paramNameIndex.h"
+#include "internal/paramNode.h"
+#include "internal/pieceSetter.h"
+#include "internal/textWriter.h"
+#include "wySipMatch.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wyTelAddress";
+
+constexpr unsigned int kWalkedWithoutIndex = 16;  // parameters; an index for fewer costs more
+constexpr unsigned int kEscapeLength = 3;
+constexpr std::size_t kSpecialNames = 3;
+
+// Lengths of "tel:", ";isub=", ";ext=" and ";phone-context=".
+constexpr unsigned int kSchemeLength = 4;
+constexpr unsigned int kIsubLength = 6;
+constexpr unsigned int kExtLength = 5;
+constexpr unsigned int kContextLength = 15;
+
+// The setters say "scheme" whatever the piece; only the display name's does not.
+constexpr PieceMessages kDisplayNameMessages = {
+    "TelAddress::setDisplayName | SipStrStream constructor failed",
+    "TelAddress::setDisplayName | parsing failed",
+    "TelAddress::setDisplayName | Stream.get failed",
+    "TelAddress::setDisplayName | trailing characters in display name",
+    "TelAddress::setDisplayName | assignment failed",
+};
+constexpr PieceMessages kPhoneNumberMessages = {
+    "TelAddress::setPhoneNumber | SipStrStream constructor failed",
+    "TelAddress::setPhoneNumber | parsing failed",
+    "TelAddress::setPhoneNumber | Stream.get() failed",
+    "TelAddress::setPhoneNumber | trailing characters in scheme",
+    "TelAddress::setPhoneNumber | assignment failed",
+};
+constexpr PieceMessages kISDNSubAddrMessages = {
+    "TelAddress::setISDNSubAddr | SipStrStream constructor failed",
+    "TelAddress::setISDNSubAddr | parsing failed",
+    "TelAddress::setISDNSubAddr | Stream.get() failed",
+    "TelAddress::setISDNSubAddr | trailing characters in scheme",
+    "TelAddress::setISDNSubAddr | assignment failed",
+};
+constexpr PieceMessages kExtensionMessages = {
+    "TelAddress::setExtension | SipStrStream constructor failed",
+    "TelAddress::setExtension | parsing failed",
+    "TelAddress::setExtension | Stream.get() failed",
+    "TelAddress::setExtension | trailing characters in scheme",
+    "TelAddress::setExtension | assignment failed",
+};
+constexpr PieceMessages kContextMessages = {
+    "TelAddress::setContext | SipStrStream constructor failed",
+    "TelAddress::setContext | parsing failed",
+    "TelAddress::setContext | Stream.get() failed",
+    "TelAddress::setContext | trailing characters in scheme",
+    "TelAddress::setContext | assignment failed",
+};
+
+// Moves behind a literal; false, with nothing read, where another text stands.
+bool skipLiteral(SipStrStream& stream, std::string_view literal) {
+  return literalIs(stream, 0, literal) &&
+         stream.discard(static_cast<unsigned int>(literal.size())) == VARN_OK;
+}
+
+// Takes what the rule covers; logs the message where that is nothing.
+VARN_EXCEPTION_CODES takeMatch(SipStrStream& stream, SipMatch& rule, const char* message,
+                               SipString& piece) {
+  const unsigned int length = rule.match(stream, 0);
+  if (length == 0) {
+    logFailure(kSourceFile, message);
+    return VARN_INVALID_INPUT;
+  }
+  return stream.get(length, piece);
+}
+
+// [ ";isub=" 1*paramchar / ";ext=" 1*phonedigit ]
+VARN_EXCEPTION_CODES takeSubAddress(SipStrStream& stream, SipString& isub, SipString& ext) {
+  if (skipLiteral(stream, ";isub=")) {
+    SipAddressMatchParamChar rule;
+    return takeMatch(stream, rule, "TelAddress::parseTelNameAddr could not match isub param value",
+                     isub);
+  }
+  if (skipLiteral(stream, ";ext=")) {
+    TelAddressMatchPhoneDigit rule;
+    return takeMatch(stream, rule, "TelAddress::parseTelNameAddr could not match ext param value",
+                     ext);
+  }
+  return VARN_OK;
+}
+
+// [ ";phone-context=" descriptor ]
+VARN_EXCEPTION_CODES takeContext(SipStrStream& stream, SipString& context) {
+  if (!skipLiteral(stream, ";phone-context=")) {
+    return VARN_OK;
+  }
+  TelAddressMatchContext rule;
+  return takeMatch(stream, rule, "TelAddress::parseTelNameAddr could not match context param value",
+                   context);
+}
+
+// Returns what to log of a parameter whose place is in front of the list; null for any other.
+const char* misplacedMessage(const SipString& name) {
+  if (equal(name, "isub")) {
+    return "SipParamList::parseParamList - duplicate param isub";
+  }
+  if (equal(name, "ext")) {
+    return "SipParamList::parseParamList - duplicate param ext";
+  }
+  if (equal(name, "phone-context")) {
+    return "SipParamList::parseParamList - duplicate param phone-context";
+  }
+  return nullptr;
+}
+
+WY_SIP_TELURI_TYPE typeOf(int firstByte) {
+  return firstByte == '+' ? WY_SIP_TELURI_TYPE_GLOBAL : WY_SIP_TELURI_TYPE_LOCAL;
+}
+
+// Returns how many bytes to escape at the position before the end of the stream is asked for
+// again: white space is or is not the end as a whole, so a run of it is asked for once.
+unsigned int escapedLength(const SipStrStream& stream) {
+  unsigned int length = 1;
+  if (isIn(kWhiteSpace, stream.peek(0))) {
+    while (isIn(kWhiteSpace, stream.peek(length))) {
+      length = checkedSum(length, 1);
+    }
+  }
+  return length;
+}
+
+// Makes room for what the rest of the stream becomes: each "%" counts as one to be escaped, a
+// little more than it takes.
+VARN_EXCEPTION_CODES reserveConverted(const SipStrStream& in, SipString& out) {
+  std::uint64_t length = 0;
+  unsigned int offset = 0;
+  for (int c = in.peek(0); c != -1; c = in.peek(offset)) {
+    length += isIn(kUser, c) ? 1 : kEscapeLength;
+    offset = checkedSum(offset, 1);
+  }
+  if (length >= std::numeric_limits<unsigned int>::max()) {
+    return VARN_RESOURCE_FAILURE;
+  }
+  return out.reserve(static_cast<unsigned int>(length));
+}
+
+VARN_EXCEPTION_CODES takePlain(SipStrStream& in, unsigned int count, SipString& out) {
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  for (; count != 0 && code == VARN_OK; --count) {
+    code = out.append(static_cast<char>(foldCase(static_cast<char>(in.peek(0)))));
+    in.discard(1);
+  }
+  return code;
+}
+
+// "%" and two small hexadecimal digits for each byte
+VARN_EXCEPTION_CODES takeEscaped(SipStrStream& in, unsigned int count, SipString& out) {
+  constexpr const char* kHexDigits = "0123456789abcdef";
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  for (; count != 0 && code == VARN_OK; --count) {
+    const int c = in.peek(0);
+    const char escape[kEscapeLength] = {'%', kHexDigits[c / 16], kHexDigits[c % 16]};
+    code = out.append(escape, kEscapeLength);
+    in.discard(1);
+  }
+  return code;
+}
+
+}  // namespace
+
+// The parameters in order of their names, and where a walk over them stands.
+struct TelAddrParamList::Order {
+  struct Place {
+    const SipParam* param;
+    unsigned int position;  // on the chain
+
+    bool operator<(const Place& other) const {
+      return lessIgnoringCase(param->getName(), other.param->getName()) ||
+             (!lessIgnoringCase(other.param->getName(), param->getName()) &&
+              position < other.position);
+    }
+  };
+
+  // Returns an index over the chain, or null.
+  static Order* make(const SipParam* chain, unsigned int count) {
+    auto* order = new (std::nothrow) Order;
+    if (order == nullptr) {
+      return nullptr;
+    }
+    recordBlock(kSourceFile, order, sizeof(Order));
+    ParamIndexWatch::addIndex();
+    order->places = new (std::nothrow) Place[count];
+    if (order->places == nullptr) {
+      destroy(order);
+      return nullptr;
+    }
+    recordBlock(kSourceFile, order->places, sizeof(Place) * count);
+    order->chain = chain;
+    order->changes = ParamIndexWatch::changes();
+    order->fill(chain);
+    return order;
+  }
+
+  static void destroy(Order* order) {
+    if (order == nullptr) {
+      return;
+    }
+    if (order->places != nullptr) {
+      forgetBlock(order->places);
+      delete[] order->places;
+    }
+    ParamIndexWatch::removeIndex();
+    forgetBlock(order);
+    delete order;
+  }
+
+  // Takes each name once, from the node that is first on the chain.
+  void fill(const SipParam* param) {
+    for (; param != nullptr; param = param->next()) {
+      places[count] = {param, count};
+      ++count;
+    }
+    std::sort(places, places + count);
+    Place* end = std::unique(places, places + count, [](const Place& a, const Place& b) {
+      return equalIgnoringCase(a.param->getName(), view(b.param->getName()));
+    });
+    count = static_cast<unsigned int>(end - places);
+  }
+
+  // Returns whether the chain is the one that was indexed: with the same first node nothing was
+  // added, without a change nothing was taken off or renamed.
+  bool holds(const SipParam* currentChain) const {
+    return chain == currentChain && changes == ParamIndexWatch::changes();
+  }
+
+  const SipParam* at(unsigned int place) {
+    cursor = place;
+    return place < count ? places[place].param : nullptr;
+  }
+
+  const SipParam* above(const SipParam* param) {
+    if (cursor < count && places[cursor].param == param) {
+      return at(cursor + 1);
+    }
+    const Place* found = std::upper_bound(
+        places, places + count, param, [](const SipParam* wanted, const Place& place) {
+          return lessIgnoringCase(wanted->getName(), place.param->getName());
+        });
+    return at(static_cast<unsigned int>(found - places));
+  }
+
+  Place* places = nullptr;
+  unsigned int count = 0;
+  unsigned int cursor = 0;
+  const SipParam* chain = nullptr;
+  unsigned long changes = 0;
+};
+
+TelAddrParamList::TelAddrParamList() : order_(nullptr) {}
+
+TelAddrParamList::~TelAddrParamList() { Order::destroy(order_); }
+
+VARN_EXCEPTION_CODES TelAddrParamList::parseParamList(SipStrStream& stream) {
+  ParamNameIndex names(*this);
+  for (int first = 1; parseSep(stream, first) == VARN_OK; first = 0) {
+    const VARN_EXCEPTION_CODES code = parseNext(stream, names);
+    if (code != VARN_OK) {
+      return code;
+    }
+  }
+  return VARN_OK;
+}
+
+unsigned int TelAddrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {
+  return matchOf<TelAddressMatchParamName>(stream, offset);
+}
+
+const SipParam* TelAddrParamList::firstParam() const {
+  if (order_ != nullptr && order_->holds(chain())) {
+    return order_->at(0);
+  }
+  Order::destroy(order_);
+  order_ = nullptr;
+  unsigned int count = 0;
+  for (const SipParam* param = chain(); param != nullptr; param = param->next()) {
+    ++count;
+  }
+  if (count >= kWalkedWithoutIndex) {
+    order_ = Order::make(chain(), count);
+  }
+  return order_ != nullptr ? order_->at(0) : smallestAbove(nullptr);
+}
+
+const SipParam* TelAddrParamList::nextParam(const SipParam* param) const {
+  if (param == nullptr) {
+    return firstParam();
+  }
+  return order_ != nullptr && order_->holds(chain()) ? order_->above(param) : smallestAbove(param);
+}
+
+// Reads one parameter, which must not be one of those that stand in front of the list.
+VARN_EXCEPTION_CODES TelAddrParamList::parseNext(SipStrStream& stream, ParamNameIndex& names) {
+  SipParam* param = newParam(head(), kSourceFile);
+  if (param == nullptr) {
+    return VARN_RESOURCE_FAILURE;
+  }
+  VARN_EXCEPTION_CODES code = parseParam(param, stream, names);
+  if (code == VARN_OK) {
+    if (const char* message = misplacedMessage(param->getName())) {
+      logFailure(kSourceFile, message);
+      code = VARN_INVALID_INPUT;
+    }
+  }
+  if (code != VARN_OK) {
+    deleteParam(param);
+  }
+  return code;
+}
+
+// Returns the first on the chain of those with the smallest name above the given one's; null
+// stands below all names.
+const SipParam* TelAddrParamList::smallestAbove(const SipParam* param) const {
+  const SipParam* smallest = nullptr;
+  for (const SipParam* each = chain(); each != nullptr; each = each->next()) {
+    const bool above = param == nullptr || lessIgnoringCase(param->getName(), each->getName());
+    if (above && (smallest == nullptr || lessIgnoringCase(each->getName(), smallest->getName()))) {
+      smallest = each;
+    }
+  }
+  return smallest;
+}
+
+// The array that getParameterNames() gives, and the names in it that are no list's.
+struct TelAddress::NameArray {
+  // Returns an array of the given size, or null.
+  static NameArray* make(std::size_t size) {
+    auto* array = new (std::nothrow) NameArray;
+    if (array == nullptr) {
+      return nullptr;
+    }
+    recordBlock(kSourceFile, array, sizeof(NameArray));
+    array->names = new (std::nothrow) const SipString*[size];
+    if (array->names != nullptr) {
+      recordBlock(kSourceFile, array->names, size * sizeof(void*));
+    }
+    if (array->names == nullptr || array->context.length() == 0 || array->ext.length() == 0 ||
+        array->isub.length() == 0) {
+      destroy(array);
+      return nullptr;
+    }
+    return array;
+  }
+
+  static void destroy(NameArray* array) {
+    if (array == nullptr) {
+      return;
+    }
+    if (array->names != nullptr) {
+      forgetBlock(array->names);
+      delete[] array->names;
+    }
+    forgetBlock(array);
+    delete array;
+  }
+
+  SipString isub{"isub"};
+  SipString ext{"ext"};
+  SipString context{"phone-context"};
+  const SipString** names = nullptr;
+};
+
+// A parameter with a place of its own, and what to log of an empty value for it.
+struct TelAddress::Special {
+  // Returns the one of this name, letter case ignored; null for the name of any other parameter.
+  static const Special* find(const SipString& name);
+
+  const char* name;
+  const char* refusal;
+  SipString TelAddress::*piece;
+  VARN_EXCEPTION_CODES (TelAddress::*set)(const SipString& value);
+};
+
+const TelAddress::Special* TelAddress::Special::find(const SipString& name) {
+  static constexpr Special kSpecials[] = {
+      {"isub", "isub BNF does not allow parameter without value", &TelAddress::isub_,
+       &TelAddress::setISDNSubAddr},
+      {"ext", "extension BNF does not allow parameter without value", &TelAddress::extension_,
+       &TelAddress::setExtension},
+      {"phone-context", "context BNF does not allow parameter without value", &TelAddress::context_,
+       &TelAddress::setContext},
+  };
+  for (const Special& special : kSpecials) {
+    if (equalIgnoringCase(name, special.name)) {
+      return &special;
+    }
+  }
+  return nullptr;
+}
+
+TelAddress::TelAddress(const SipString& address)
+    : bracketed_(0), type_(WY_SIP_TELURI_TYPE_NONE), lastError_(VARN_OK), names_(nullptr) {
+  VarnSetLastErrorCode(parse(address));
+}
+
+TelAddress::~TelAddress() { releaseNames(); }
+
+void TelAddress::VarnSetLastErrorCode(VARN_EXCEPTION_CODES code) { lastError_ = code; }
+
+VARN_EXCEPTION_CODES TelAddress::GetLastErrorCode() const { return lastError_; }
+
+const SipString& TelAddress::getDisplayName() const { return displayName_; }
+
+const SipString& TelAddress::getPhoneNumber() const { return phoneNumber_; }
+
+const SipString& TelAddress::getISDNSubAddr() const { return isub_; }
+
+const SipString& TelAddress::getExtension() const { return extension_; }
+
+const SipString& TelAddress::getContext() const { return context_; }
+
+WY_SIP_TELURI_TYPE TelAddress::getType() const { return type_; }
+
+bool TelAddress::isBracketed() const { return bracketed_ != 0; }
+
+const SipParam* TelAddress::firstParam() const { return params_.firstParam(); }
+
+const SipParam* TelAddress::nextParam(const SipParam* param) const {
+  return params_.nextParam(param);
+}
+
+VARN_EXCEPTION_CODES TelAddress::setDisplayName(const SipString& displayName) {
+  if (displayName.length() == 0) {
+    displayName_.clear();
+    bracketed_ = 0;
+    return storeChange(VARN_OK);
+  }
+  SipAddressMatchDisplayName rule;
+  return storeChange(
+      replacePiece(displayName_, displayName, rule, kDisplayNameMessages, kSourceFile));
+}
+
+VARN_EXCEPTION_CODES TelAddress::setPhoneNumber(const SipString& phoneNumber) {
+  if (phoneNumber.length() == 0) {
+    logFailure(kSourceFile, "TelAddress::setPhoneNumber | NULL or empty string");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  const WY_SIP_TELURI_TYPE type = typeOf(phoneNumber.c_str()[0]);
+  if (type_ == WY_SIP_TELURI_TYPE_GLOBAL && type == WY_SIP_TELURI_TYPE_LOCAL &&
+      context_.length() == 0) {
+    logFailure(
+        kSourceFile,
+        "Converting from global to local phone number type not allowed unless phone-context parameter is set");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  TelAddressMatchPhoneNumber rule(type);
+  const VARN_EXCEPTION_CODES code =
+      replacePiece(phoneNumber_, phoneNumber, rule, kPhoneNumberMessages, kSourceFile);
+  if (code == VARN_OK) {
+    type_ = type;
+  }
+  return storeChange(code);
+}
+
+VARN_EXCEPTION_CODES TelAddress::setISDNSubAddr(const SipString& isub) {
+  if (isub.length() == 0) {
+    logFailure(kSourceFile, "TelAddress::setISDNSubAddr | NULL or empty ISDNSubAddr");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  if (extension_.length() != 0) {
+    logTrace(kSourceFile, "TelAddress::setISDNSubAddr | mutual exclusive ext param exists already");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  SipAddressMatchParamChar rule;
+  return storeChange(replacePiece(isub_, isub, rule, kISDNSubAddrMessages, kSourceFile));
+}
+
+VARN_EXCEPTION_CODES TelAddress::setExtension(const SipString& extension) {
+  if (extension.length() == 0) {
+    logFailure(kSourceFile, "TelAddress::setExtension | NULL or empty string");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  if (isub_.length() != 0) {
+    logTrace(kSourceFile, "TelAddress::setExtension | mutual exclusive isub param exists already");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  TelAddressMatchPhoneDigit rule;
+  return storeChange(replacePiece(extension_, extension, rule, kExtensionMessages, kSourceFile));
+}
+
+VARN_EXCEPTION_CODES TelAddress::setContext(const SipString& context) {
+  if (context.length() == 0) {
+    logFailure(kSourceFile, "TelAddress::setContext | NULL or empty string");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  TelAddressMatchContext rule;
+  return storeChange(replacePiece(context_, context, rule, kContextMessages, kSourceFile));
+}
+
+const SipString* TelAddress::getParameter(const SipString& name) const {
+  const Special* special = Special::find(name);
+  if (special == nullptr) {
+    return params_.getParameter(name);
+  }
+  const SipString& piece = this->*special->piece;
+  return piece.length() == 0 ? nullptr : &piece;
+}
+
+VARN_EXCEPTION_CODES TelAddress::setParameter(const SipString& name, const SipString& value) {
+  const Special* special = Special::find(name);
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (special == nullptr) {
+    code = params_.setParameter(name, value);
+  } else if (value.length() == 0) {
+    logFailure(kSourceFile, special->refusal);
+    code = VARN_INVALID_INPUT;
+  } else {
+    code = (this->*special->set)(value);
+  }
+  text_.clear();
+  releaseNames();
+  return storeCode(code);
+}
+
+VARN_EXCEPTION_CODES TelAddress::removeParameter(const SipString& name) {
+  const Special* special = Special::find(name);
+  if (special != nullptr && special->piece == &TelAddress::context_ &&
+      type_ == WY_SIP_TELURI_TYPE_LOCAL) {
+    logFailure(
+        kSourceFile,
+        "TelAddress::removeParameter | trying to remove 'phone-context' from Local phone type");
+    return storeCode(VARN_INVALID_INPUT);
+  }
+  if (names_ != nullptr) {
+    names_->names[0] = nullptr;  // whoever holds the array reads no freed name
+  }
+  if (special == nullptr) {
+    params_.removeParameter(name);
+  } else {
+    (this->*special->piece).clear();
+  }
+  return storeChange(VARN_OK);
+}
+
+const SipString** TelAddress::getParameterNames() {
+  releaseNames();
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  const SipString** listed = params_.getParameterNames(&code);
+  if (storeCode(code) != VARN_OK) {
+    return nullptr;
+  }
+  std::size_t count = 0;
+  while (listed != nullptr && listed[count] != nullptr) {
+    ++count;
+  }
+  names_ = NameArray::make(count + kSpecialNames + 1);
+  if (names_ == nullptr) {
+    logFailure(kSourceFile, "TelAddress::getParameterNames - new failed");
+    storeCode(VARN_RESOURCE_FAILURE);
+    return nullptr;
+  }
+  const SipString** end = std::copy_n(listed, count, names_->names);
+  if (isub_.length() != 0) {
+    *end++ = &names_->isub;
+  }
+  if (extension_.length() != 0) {
+    *end++ = &names_->ext;
+  }
+  if (context_.length() != 0) {
+    *end++ = &names_->context;
+  }
+  *end = nullptr;
+  return names_->names;
+}
+
+VARN_EXCEPTION_CODES TelAddress::getURIString(SipString& out) const {
+  out.clear();
+  return appendURI(out, getURIStringLength());
+}
+
+unsigned int TelAddress::getURIStringLength() const {
+  unsigned int length = checkedSum(phoneNumber_.length(), kSchemeLength, params_.getStringLength());
+  if (isub_.length() != 0) {
+    length = checkedSum(length, isub_.length(), kIsubLength);
+  }
+  if (extension_.length() != 0) {
+    length = checkedSum(length, extension_.length(), kExtLength);
+  }
+  if (context_.length() != 0) {
+    length = checkedSum(length, context_.length(), kContextLength);
+  }
+  return length;
+}
+
+SipString& TelAddress::toString() {
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (text_.length() == 0) {
+    code = writeText();
+    if (code != VARN_OK) {
+      text_.clear();
+    }
+  }
+  storeCode(code);
+  return text_;
+}
+
+unsigned int TelAddress::getStringLength() const {
+  unsigned int length = getURIStringLength();
+  if (displayName_.length() != 0) {
+    length = checkedSum(length, displayName_.length(), 3);
+  } else if (hasParameters()) {
+    length = checkedSum(length, 2);
+  }
+  return length;
+}
+
+VARN_EXCEPTION_CODES TelAddress::convertTelToSipUserInfoSyntax(SipStrStream& in, SipString& out) {
+  out.clear();
+  VARN_EXCEPTION_CODES code = reserveConverted(in, out);
+  while (code == VARN_OK && !in.done()) {
+    const unsigned int plain = matchOf<SipAddressMatchUser>(in, 0);
+    code = plain != 0 ? takePlain(in, plain, out) : takeEscaped(in, escapedLength(in), out);
+  }
+  return storeCode(code);
+}
+
+VARN_EXCEPTION_CODES TelAddress::toSipAddress(SipAddress& target) {
+  const SipString name("user");
+  const SipString value("phone");
+  SipString user;
+  VARN_EXCEPTION_CODES code = convertToUser(user);
+  if (code == VARN_OK && (name.length() == 0 || value.length() == 0)) {
+    code = VARN_RESOURCE_FAILURE;
+  }
+  if (code == VARN_OK) {
+    code = target.setUser(user);
+  }
+  if (code == VARN_OK) {
+    code = target.setDisplayName(displayName_);
+  }
+  if (code == VARN_OK) {
+    if (target.getParameterNames() != nullptr) {
+      target.clearParamList();
+    } else {
+      code = target.GetLastErrorCode();
+    }
+  }
+  if (code == VARN_OK) {
+    code = target.setParameter(name, value);
+  }
+  return storeCode(code);
+}
+
+VARN_EXCEPTION_CODES TelAddress::parseTelNameAddr(SipStrStream& stream, SipString* displayName,
+                                                  SipString* phoneNumber, SipString* isub,
+                                                  SipString* ext, SipString* context,
+                                                  TelAddrParamList* params) {
+  if (!assertNoneNull(kSourceFile, displayName, phoneNumber, isub, ext, context, params)) {
+    logFailure(kSourceFile, "TelAddress::parseTelNameAddr | Input Parameter NULL");
+    return VARN_INVALID_INPUT;
+  }
+  VARN_EXCEPTION_CODES code = takeOpening(stream, *displayName);
+  if (code == VARN_OK) {
+    code = takeNumber(stream, *phoneNumber);
+  }
+  if (code == VARN_OK) {
+    code = takeSubAddress(stream, *isub, *ext);
+  }
+  if (code == VARN_OK) {
+    code = takeContext(stream, *context);
+  }
+  if (code == VARN_OK) {
+    code = params->parseParamList(stream);
+  }
+  if (code != VARN_OK || bracketed_ == 0) {
+    return code;
+  }
+  if (!byteIs(stream, 0, '>')) {
+    logFailure(kSourceFile,
+               "TelAddress::parseTelephoneURI uri with '<' does not terminate with '>'");
+    return VARN_INVALID_INPUT;
+  }
+  return stream.discard(1);
+}
+
+VARN_EXCEPTION_CODES TelAddress::parse(const SipString& address) {
+  if (address.length() == 0) {
+    logFailure(kSourceFile, "TelAddress::TelAddress | NULL or empty address");
+    return VARN_INVALID_INPUT;
+  }
+  SipLWSStrStream stream(address);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "TelAddress::TelAddress | SipLWSStrStream constructor failed");
+    return VARN_RESOURCE_FAILURE;
+  }
+  return parseTelNameAddr(stream, &displayName_, &phoneNumber_, &isub_, &extension_, &context_,
+                          &params_);
+}
+
+// [ display-name LWS ] [ "<" ]: a display name needs the bracket
+VARN_EXCEPTION_CODES TelAddress::takeOpening(SipStrStream& stream, SipString& displayName) {
+  if (literalIs(stream, 0, "tel:") || byteIs(stream, 0, '<')) {
+    displayName.clear();
+  } else {
+    SipAddressMatchDisplayName rule;
+    const VARN_EXCEPTION_CODES code = takeMatch(
+        stream, rule,
+        "TelAddress::parseTelNameAddr uri doesn't begin with display name or tel: or '<' ",
+        displayName);
+    if (code != VARN_OK) {
+      return code;
+    }
+    stream.discard(matchOf<SipMatchLWS>(stream, 0));
+  }
+  if (byteIs(stream, 0, '<')) {
+    bracketed_ = 1;
+    return stream.discard(1);
+  }
+  if (displayName.length() != 0) {
+    logFailure(kSourceFile, "TelAddress::parseTelNameAddr missing < after display name");
+    return VARN_INVALID_INPUT;
+  }
+  return VARN_OK;
+}
+
+// "tel:" number
+VARN_EXCEPTION_CODES TelAddress::takeNumber(SipStrStream& stream, SipString& phoneNumber) {
+  if (!skipLiteral(stream, "tel:")) {
+    logFailure(kSourceFile, "TelAddress::parseTelNameAddr missing 'tel:' scheme");
+    return VARN_INVALID_INPUT;
+  }
+  type_ = typeOf(stream.peek(0));
+  TelAddressMatchPhoneNumber rule(type_);
+  return takeMatch(stream, rule,
+                   "TelAddress::parseTelNameAddr parseTelephoneURI no valid phonenumber",
+                   phoneNumber);
+}
+
+VARN_EXCEPTION_CODES TelAddress::storeCode(VARN_EXCEPTION_CODES code) {
+  VarnSetLastErrorCode(code);
+  return code;
+}
+
+// Stores the outcome of a change that the text shows.
+VARN_EXCEPTION_CODES TelAddress::storeChange(VARN_EXCEPTION_CODES code) {
+  if (code == VARN_OK) {
+    text_.clear();
+  }
+  return storeCode(code);
+}
+
+bool TelAddress::hasParameters() const {
+  return isub_.length() != 0 || extension_.length() != 0 || context_.length() != 0 ||
+         params_.getStringLength() != 0;
+}
+
+// Appends the URI without its scheme to a text that gets the given length in all.
+VARN_EXCEPTION_CODES TelAddress::appendURI(SipString& out, unsigned int length) const {
+  TextWriter writer(out, length);
+  writer.write(phoneNumber_);
+  if (isub_.length() != 0) {
+    writer.write(";isub=").write(isub_);
+  }
+  if (extension_.length() != 0) {
+    writer.write(";ext=").write(extension_);
+  }
+  if (context_.length() != 0) {
+    writer.write(";phone-context=").write(context_);
+  }
+  return writer.writeOf(params_).code();
+}
+
+VARN_EXCEPTION_CODES TelAddress::writeText() {
+  const bool named = displayName_.length() != 0;
+  const bool bracketed = named || hasParameters() || bracketed_ != 0;
+  const unsigned int length = checkedSum(getStringLength(), bracketed_ != 0 ? 2 : 0);
+  TextWriter writer(text_, length);
+  if (named) {
+    writer.write(displayName_).write(' ');
+  }
+  if (bracketed) {
+    writer.write('<');
+  }
+  writer.write("tel:");
+  if (writer.code() != VARN_OK) {
+    return writer.code();
+  }
+  const VARN_EXCEPTION_CODES code = appendURI(text_, length);
+  if (code != VARN_OK) {
+    return code;
+  }
+  return bracketed ? writer.write('>').code() : VARN_OK;
+}
+
+// Makes the user part of a SIP address.
+VARN_EXCEPTION_CODES TelAddress::convertToUser(SipString& user) {
+  SipString uri;
+  const VARN_EXCEPTION_CODES code = getURIString(uri);
+  if (code != VARN_OK) {
+    return code;
+  }
+  SipStrStream stream(uri);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "TelAddress::toSipAddress | SipStrStream constructor failed");
+    return VARN_RESOURCE_FAILURE;
+  }
+  return convertTelToSipUserInfoSyntax(stream, user);
+}
+
+void TelAddress::releaseNames() {
+  NameArray::destroy(names_);
+  names_ = nullptr;
+}
