@@ -1,0 +1,229 @@
+// wySipHeader.cpp - one SIP header field: name, value and parameters.
+#include "wySipHeader.h"
+
+#include "internal/checkedMath.h"
+#include "internal/equality.h"
+#include "internal/log.h"
+#include "internal/matchOf.h"
+#include "internal/textWriter.h"
+#include "wySipHeaderMatch.h"
+#include "wySipMatch.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wySipHeader";
+
+constexpr unsigned int kColonLength = 2;  // ": "
+
+constexpr const char* kAuthenticationHeaders[] = {
+    "WWW-Authenticate",
+    "Proxy-Authenticate",
+    "Proxy-Authorization",
+    "Authorization",
+};
+
+}  // namespace
+
+SipHeader::SipHeader(const SipString& name, const SipString& value)
+    : lastError_(VARN_RESOURCE_FAILURE) {
+  VarnSetLastErrorCode(parse(name, value));
+}
+
+SipHeader::~SipHeader() = default;
+
+void SipHeader::VarnSetLastErrorCode(VARN_EXCEPTION_CODES code) { lastError_ = code; }
+
+VARN_EXCEPTION_CODES SipHeader::GetLastErrorCode() const { return lastError_; }
+
+const SipString& SipHeader::getName() const { return name_; }
+
+const SipString& SipHeader::getValue() const { return value_; }
+
+WY_SIP_SIPHEADER_TYPE SipHeader::getHeaderType() const { return params_.getHeaderType(); }
+
+WY_SIP_SIPHEADER_TYPE SipHeader::lookUpHeaderType(const SipString& name) const {
+  for (const char* header : kAuthenticationHeaders) {
+    if (equalIgnoringCase(name, header)) {
+      return WY_SIP_HEADER_TYPE_AUTH;
+    }
+  }
+  return WY_SIP_HEADER_TYPE_NON_AUTH;
+}
+
+VARN_EXCEPTION_CODES SipHeader::setName(const SipString& name) {
+  return storeCode(replaceName(name));
+}
+
+VARN_EXCEPTION_CODES SipHeader::setValue(const SipString& value) {
+  return storeCode(replaceValue(value));
+}
+
+const SipString* SipHeader::getParameter(const SipString& name) const {
+  return params_.getParameter(name);
+}
+
+const SipParam* SipHeader::firstParam() const { return params_.firstParam(); }
+
+const SipParam* SipHeader::nextParam(const SipParam* param) const {
+  return params_.nextParam(param);
+}
+
+VARN_EXCEPTION_CODES SipHeader::setParameter(const SipString& name, const SipString& value) {
+  const VARN_EXCEPTION_CODES code = params_.setParameter(name, value);
+  dropTexts();
+  return storeCode(code);
+}
+
+VARN_EXCEPTION_CODES SipHeader::removeParameter(const SipString& name) {
+  params_.removeParameter(name);
+  dropTexts();
+  return storeCode(VARN_OK);
+}
+
+unsigned int SipHeader::getHeaderValueLength() const {
+  return checkedSum(value_.length(), params_.getStringLength());
+}
+
+unsigned int SipHeader::getStringLength() const {
+  return checkedSum(name_.length(), kColonLength, getHeaderValueLength());
+}
+
+SipString& SipHeader::getHeaderValue() {
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (headerValueText_.length() == 0) {
+    TextWriter writer(headerValueText_, getHeaderValueLength());
+    code = writer.write(value_).writeOf(params_).code();
+    if (code != VARN_OK) {
+      headerValueText_.clear();
+    }
+  }
+  storeCode(code);
+  return headerValueText_;
+}
+
+SipString& SipHeader::toString() {
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (headerText_.length() == 0) {
+    code = writeText();
+    if (code != VARN_OK) {
+      headerText_.clear();
+    }
+  }
+  storeCode(code);
+  return headerText_;
+}
+
+VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& value) {
+  VARN_EXCEPTION_CODES code = setName(name);
+  if (code != VARN_OK || value.length() == 0) {
+    return code;
+  }
+  SipLWSStrStream stream(value);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "SipHeader::SipHeader | SipStrStream constructor failed");
+    return VARN_RESOURCE_FAILURE;
+  }
+  SipHeaderMatchValue rule(params_.getHeaderType());
+  const unsigned int length = rule.match(stream, 0);
+  if (length == 0) {
+    logFailure(kSourceFile, "SipHeader::SipHeader | value parsing failed");
+    return VARN_INVALID_INPUT;
+  }
+  // The match may count past the end; what is there is taken.
+  code = stream.get(length, value_);
+  if (code == VARN_OK && !stream.done()) {
+    code = params_.parseParamList(stream);
+  }
+  if (code == VARN_OK && !stream.done()) {
+    logFailure(kSourceFile, "SipHeader::SipHeader | trailing characters in value");
+    return VARN_INVALID_INPUT;
+  }
+  return code;
+}
+
+VARN_EXCEPTION_CODES SipHeader::replaceName(const SipString& name) {
+  if (name.length() == 0) {
+    logFailure(kSourceFile, "SipHeader::setName | name was NULL or empty");
+    return VARN_INVALID_INPUT;
+  }
+  SipLWSStrStream stream(name);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "SipHeader::setName | SipStrStream constructor failed.");
+    return VARN_RESOURCE_FAILURE;
+  }
+  SipString token;
+  const VARN_EXCEPTION_CODES code = stream.get(matchOf<SipMatchToken>(stream, 0), token);
+  if (code != VARN_OK) {
+    logFailure(kSourceFile, "SipHeader::setName | Stream.get failed with error %d", code);
+    return code;
+  }
+  if (token.length() == 0 || !stream.done()) {
+    logFailure(kSourceFile, "SipHeader::setName | parsing failed");
+    return VARN_INVALID_INPUT;
+  }
+  const WY_SIP_SIPHEADER_TYPE type = lookUpHeaderType(token);
+  if (getHeaderType() != WY_SIP_HEADER_TYPE_NONE && getHeaderType() != type) {
+    logFailure(kSourceFile, "SipHeader::setName | cannot switch between auth and non-auth");
+    return VARN_INVALID_INPUT;
+  }
+  // With the room there, the assignment cannot fail and take the old name with it.
+  if (name_.reserve(token.length()) != VARN_OK) {
+    logFailure(kSourceFile, "SipHeader::setName | assignment failed.");
+    return VARN_RESOURCE_FAILURE;
+  }
+  params_.setHeaderType(type);
+  name_ = token;
+  headerText_.clear();  // the name is no part of the other text
+  return VARN_OK;
+}
+
+VARN_EXCEPTION_CODES SipHeader::replaceValue(const SipString& value) {
+  if (value.length() == 0) {
+    value_.clear();
+    dropTexts();
+    return VARN_OK;
+  }
+  SipLWSStrStream stream(value);
+  if (!stream.valid()) {
+    logFailure(kSourceFile, "SipHeader::setValue | stream constructor failed.");
+    return VARN_RESOURCE_FAILURE;
+  }
+  SipHeaderMatchValue rule(params_.getHeaderType());
+  SipString taken;
+  const VARN_EXCEPTION_CODES code = stream.get(rule.match(stream, 0), taken);
+  if (code != VARN_OK) {
+    logFailure(kSourceFile, "SipHeader::setValue | Stream.get failed with error %d", code);
+    return code;
+  }
+  if (taken.length() == 0 || !stream.done()) {
+    logFailure(kSourceFile, "SipHeader::setValue | parsing failed");
+    return VARN_INVALID_INPUT;
+  }
+  if (value_.reserve(taken.length()) != VARN_OK) {
+    logFailure(kSourceFile, "SipHeader::setValue | assignment failed.");
+    return VARN_RESOURCE_FAILURE;
+  }
+  value_ = taken;
+  dropTexts();
+  return VARN_OK;
+}
+
+VARN_EXCEPTION_CODES SipHeader::storeCode(VARN_EXCEPTION_CODES code) {
+  VarnSetLastErrorCode(code);
+  return code;
+}
+
+void SipHeader::dropTexts() {
+  headerValueText_.clear();
+  headerText_.clear();
+}
+
+VARN_EXCEPTION_CODES SipHeader::writeText() {
+  TextWriter writer(headerText_, getStringLength());
+  const SipString& value = getHeaderValue();
+  if (value.length() == 0) {
+    logFailure(kSourceFile, "SipHeader::toString - getHeaderValue failed");
+    return lastError_;
+  }
+  return writer.write(name_).write(": ").write(value).code();
+}
