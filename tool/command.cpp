@@ -1,7 +1,10 @@
 // command.cpp - what every command of siputil is made of.
 #include "command.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
 
 namespace {
@@ -31,16 +34,17 @@ std::string joined(const std::vector<std::string>& names) {
 
 }  // namespace
 
-void addCommonOptions(CLI::App& parser, Options& options) {
+void addOutputOptions(CLI::App& parser, bool& json, bool& verbose) {
+  parser.add_flag("--json", json, "Print JSON, one object a line");
+  parser.add_flag("-v,--verbose", verbose, "Show everything the library logs");
+}
+
+void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
+                    std::string (*check)(const Edit& edit)) {
   parser.add_option("TEXT", options.text, "The text; - reads one from each line of standard input")
       ->required()
       ->type_name("");
-  parser.add_flag("--json", options.json, "Print one JSON object for each text");
-  parser.add_flag("-v,--verbose", options.verbose, "Show everything the library logs");
-}
-
-void addEditOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
-                    std::string (*check)(const Edit& edit)) {
+  addOutputOptions(parser, options.json, options.verbose);
   const auto takeSet = [&options, pieces, check](const std::string& text) {
     const Edit edit = makeEdit(Edit::Kind::kSet, text);
     const bool known = std::find(pieces.begin(), pieces.end(), edit.name) != pieces.end();
@@ -81,3 +85,5 @@ int forEachText(const Options& options,
   }
   return status;
 }
+
+bool colourWanted() { return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr; }

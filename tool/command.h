@@ -21,7 +21,7 @@ struct Edit {
   std::string value;
 };
 
-// What the commands have in common.
+// What the commands on one text have in common.
 struct Options {
   std::string text;
   bool json = false;
@@ -29,12 +29,13 @@ struct Options {
   std::vector<Edit> edits;  // in the order of the command line
 };
 
-// Adds the options of a command to its parser: TEXT, --json and -v.
-void addCommonOptions(CLI::App& parser, Options& options);
+// Adds --json and -v to the parser of a command.
+void addOutputOptions(CLI::App& parser, bool& json, bool& verbose);
 
-// Adds --set, --param and --remove-param. --set takes the given piece names; the check looks at
-// its value and returns what a right one would be, or "".
-void addEditOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
+// Adds the options of a command on one text: TEXT, --json, -v, --set, --param and --remove-param.
+// --set takes the given piece names; the check looks at its value and returns what a right one
+// would be, or "".
+void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
                     std::string (*check)(const Edit& edit));
 
 // Runs the function on the text of the command line or, for `-`, on each line of standard input
@@ -42,6 +43,9 @@ void addEditOptions(CLI::App& parser, Options& options, const std::vector<std::s
 // the statuses.
 int forEachText(const Options& options,
                 const std::function<int(const std::string& text, unsigned long line)>& run);
+
+// Returns whether standard output is a terminal on which colours are welcome.
+bool colourWanted();
 
 // A command: adds its options to the parser and returns what to run once they are read.
 struct Command {
@@ -51,5 +55,8 @@ struct Command {
 };
 
 std::function<int()> prepareAddress(CLI::App& parser);
+std::function<int()> prepareTel(CLI::App& parser);
+std::function<int()> prepareHeader(CLI::App& parser);
+std::function<int()> prepareMessage(CLI::App& parser);
 
 #endif  // TOOL_COMMAND_H

@@ -1,6 +1,7 @@
 // diagnostics.cpp - what the library logs while a text is handled.
 #include "diagnostics.h"
 
+#include <algorithm>
 #include <iostream>
 
 #include "dump.h"
@@ -10,18 +11,20 @@ namespace {
 
 constexpr int kFailureLevel = 4;
 
+Diagnostics* current = nullptr;
+
 }  // namespace
 
-Diagnostics::Diagnostics() {
-  hostSetLogHandler(
-      [](void* self, const HostLogLine& line) {
-        static_cast<Diagnostics*>(self)->lines_.push_back(
-            {line.level, line.moduleId, line.sourceFile, line.text});
-      },
-      this);
-}
+Diagnostics::Diagnostics() : outer_(current) { install(); }
 
-Diagnostics::~Diagnostics() { hostSetLogHandler(nullptr, nullptr); }
+Diagnostics::~Diagnostics() {
+  if (outer_ != nullptr) {
+    outer_->install();
+  } else {
+    hostSetLogHandler(nullptr, nullptr);
+    current = nullptr;
+  }
+}
 
 nlohmann::ordered_json Diagnostics::toJson() const {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
@@ -34,24 +37,43 @@ nlohmann::ordered_json Diagnostics::toJson() const {
   return list;
 }
 
-void Diagnostics::print(unsigned long line, unsigned int code, bool all) const {
-  const std::string prefix =
-      line == 0 ? "siputil: " : "siputil: line " + std::to_string(line) + ": ";
-  bool reasoned = code == VARN_OK;
-  for (const Line& each : lines_) {
-    const bool reason = code != VARN_OK && each.level >= kFailureLevel;
-    reasoned = reasoned || reason;
-    if (!all && !reason) {
-      continue;
+bool Diagnostics::hasFailure() const {
+  return std::any_of(lines_.begin(), lines_.end(),
+                     [](const Line& line) { return line.level >= kFailureLevel; });
+}
+
+std::vector<std::string> Diagnostics::reasons(unsigned int code) const {
+  std::vector<std::string> texts;
+  for (const Line& line : lines_) {
+    if (line.level >= kFailureLevel) {
+      texts.push_back(line.text);
     }
-    std::cerr << prefix;
-    if (all) {
-      std::cerr << "level " << each.level << ", module " << each.module << ", " << each.source
-                << ": ";
-    }
-    std::cerr << printable(each.text) << '\n';
   }
-  if (!reasoned) {
-    std::cerr << prefix << "refused with code " << code << ", the library logged no reason\n";
+  if (texts.empty()) {
+    texts.push_back("refused with code " + std::to_string(code) + ", the library logged no reason");
   }
+  return texts;
+}
+
+void Diagnostics::printReasons(const std::string& place, unsigned int code) const {
+  for (const std::string& reason : reasons(code)) {
+    std::cerr << "siputil: " << place << printable(reason) << '\n';
+  }
+}
+
+void Diagnostics::printAll(const std::string& place) const {
+  for (const Line& line : lines_) {
+    std::cerr << "siputil: " << place << "level " << line.level << ", module " << line.module
+              << ", " << line.source << ": " << printable(line.text) << '\n';
+  }
+}
+
+void Diagnostics::install() {
+  current = this;
+  hostSetLogHandler(
+      [](void* self, const HostLogLine& line) {
+        static_cast<Diagnostics*>(self)->lines_.push_back(
+            {line.level, line.moduleId, line.sourceFile, line.text});
+      },
+      this);
 }

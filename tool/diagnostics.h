@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-// Collects the module log while it lives; one at a time.
+// Collects the module log while it lives. One made while another lives takes the log over until
+// it goes.
 class Diagnostics {
  public:
   Diagnostics();
@@ -17,9 +18,16 @@ class Diagnostics {
   // Returns the lines as a list of objects.
   nlohmann::ordered_json toJson() const;
 
-  // Writes to standard error why a text was refused with this code, or, when asked for all, every
-  // line. The line number of the text, unless 0, goes in front.
-  void print(unsigned long line, unsigned int code, bool all) const;
+  // Returns whether a failure was logged.
+  bool hasFailure() const;
+
+  // Returns why a text was refused with this code: the failures that were logged, or a line that
+  // says there are none.
+  std::vector<std::string> reasons(unsigned int code) const;
+
+  // Writes the reasons or all lines to standard error, the place in front of each.
+  void printReasons(const std::string& place, unsigned int code) const;
+  void printAll(const std::string& place) const;
 
  private:
   struct Line {
@@ -29,7 +37,10 @@ class Diagnostics {
     std::string text;
   };
 
+  void install();
+
   std::vector<Line> lines_;
+  Diagnostics* outer_;
 };
 
 #endif  // TOOL_DIAGNOSTICS_H

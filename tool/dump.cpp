@@ -2,7 +2,10 @@
 #include "dump.h"
 
 #include <algorithm>
+#include <memory>
 
+#include "diagnostics.h"
+#include "fields.h"
 #include "wySipMatch.h"
 
 namespace {
@@ -20,12 +23,15 @@ std::string hostType(const SipString& host) {
   return address.match(stream, 0) == host.length() ? "ipv4" : "name";
 }
 
-std::string parameterText(const SipParam& param) {
-  std::string text(bytes(param.getName()));
-  if (param.getValue().length() != 0) {
-    text.append("=").append(bytes(param.getValue()));
+std::string typeName(WY_SIP_TELURI_TYPE type) {
+  switch (type) {
+    case WY_SIP_TELURI_TYPE_LOCAL:
+      return "local";
+    case WY_SIP_TELURI_TYPE_GLOBAL:
+      return "global";
+    default:
+      return "unknown";
   }
-  return text;
 }
 
 void addPiece(Pieces& pieces, const char* label, const SipString& value) {
@@ -34,63 +40,76 @@ void addPiece(Pieces& pieces, const char* label, const SipString& value) {
   }
 }
 
-template <typename Address>
-nlohmann::ordered_json parametersJson(const Address& address) {
+template <typename Object>
+void addParameters(Pieces& pieces, const Object& object) {
+  for (const SipParam* param = object.firstParam(); param != nullptr;
+       param = object.nextParam(param)) {
+    std::string text(bytes(param->getName()));
+    if (param->getValue().length() != 0) {
+      text.append("=").append(bytes(param->getValue()));
+    }
+    pieces.emplace_back("parameter", text);
+  }
+}
+
+template <typename Object>
+nlohmann::ordered_json parametersJson(const Object& object) {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (const SipParam* param = address.firstParam(); param != nullptr;
-       param = address.nextParam(param)) {
+  for (const SipParam* param = object.firstParam(); param != nullptr;
+       param = object.nextParam(param)) {
     list.push_back({{"name", bytes(param->getName())}, {"value", bytes(param->getValue())}});
   }
   return list;
 }
 
-unsigned int codeAt(std::string_view text, std::size_t i) {
-  return i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
+nlohmann::ordered_json textOrNull(bool ok, const SipString& text) {
+  return ok ? nlohmann::ordered_json(bytes(text)) : nullptr;
 }
 
-bool within(unsigned int code, unsigned int first, unsigned int last) {
-  return first <= code && code <= last;
-}
+// The address that a header's value is: one of the two, or none.
+struct ValueAddress {
+  explicit ValueAddress(const SipHeader& header) {
+    const FieldKind* field = findField(bytes(header.getName()));
+    const SipString& value = header.getValue();
+    if (value.length() == 0 || ((field == nullptr || !field->address) &&
+                                bytes(value).find('<') == std::string_view::npos)) {
+      return;
+    }
+    sip = read<SipAddress>(value);
+    if (sip != nullptr && sameIgnoringCase(bytes(sip->getScheme()), "tel")) {
+      sip.reset();
+    }
+    if (sip == nullptr) {
+      tel = read<TelAddress>(value);
+    }
+  }
 
-// The well-formed UTF-8 characters: the lead byte, the byte behind it, the length.
-const struct {
-  unsigned int firstLead, lastLead, firstSecond, lastSecond;
-  std::size_t length;
-} kUtf8Forms[] = {
-    {0x00, 0x7F, 0x00, 0xFF, 1}, {0xC2, 0xDF, 0x80, 0xBF, 2}, {0xE0, 0xE0, 0xA0, 0xBF, 3},
-    {0xE1, 0xEC, 0x80, 0xBF, 3}, {0xED, 0xED, 0x80, 0x9F, 3}, {0xEE, 0xEF, 0x80, 0xBF, 3},
-    {0xF0, 0xF0, 0x90, 0xBF, 4}, {0xF1, 0xF3, 0x80, 0xBF, 4}, {0xF4, 0xF4, 0x80, 0x8F, 4},
+  template <typename Address>
+  std::unique_ptr<Address> read(const SipString& value) {
+    const Diagnostics diagnostics;
+    auto address = std::make_unique<Address>(value);
+    logged = diagnostics.toJson();
+    return address->GetLastErrorCode() == VARN_OK ? std::move(address) : nullptr;
+  }
+
+  std::unique_ptr<SipAddress> sip;
+  std::unique_ptr<TelAddress> tel;
+  nlohmann::ordered_json logged;
 };
 
-// Returns the length of the well-formed character that the text begins with; 0 for none.
-std::size_t characterLength(std::string_view text) {
-  for (const auto& form : kUtf8Forms) {
-    if (!within(codeAt(text, 0), form.firstLead, form.lastLead)) {
-      continue;
-    }
-    bool formed = within(codeAt(text, 1), form.firstSecond, form.lastSecond);
-    for (std::size_t i = 2; i < form.length; ++i) {
-      formed = formed && within(codeAt(text, i), 0x80, 0xBF);
-    }
-    return formed ? form.length : 0;
+nlohmann::ordered_json addressJson(const SipHeader& header) {
+  const ValueAddress address(header);
+  nlohmann::ordered_json object;
+  if (address.sip != nullptr) {
+    object = toJson(*address.sip, VARN_OK);
+  } else if (address.tel != nullptr) {
+    object = toJson(*address.tel, VARN_OK);
+    object["sip"] = nullptr;
+  } else {
+    return object;
   }
-  return 0;
-}
-
-// C0 and C1 controls and DEL would steer the terminal.
-bool isControl(std::string_view character) {
-  const unsigned int first = codeAt(character, 0);
-  return first < 0x20 || first == 0x7F || (first == 0xC2 && codeAt(character, 1) < 0xA0);
-}
-
-std::string hexEscapes(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string escapes;
-  for (const char c : text) {
-    const unsigned int code = static_cast<unsigned char>(c);
-    escapes.append("\\x").append(1, kDigits[code / 16]).append(1, kDigits[code % 16]);
-  }
-  return escapes;
+  object["diagnostics"] = address.logged;
+  return object;
 }
 
 }  // namespace
@@ -107,11 +126,36 @@ Pieces pieces(const SipAddress& address) {
   if (address.getStoredPort() != 0) {
     result.emplace_back("port", std::to_string(address.getStoredPort()));
   }
-  for (const SipParam* param = address.firstParam(); param != nullptr;
-       param = address.nextParam(param)) {
-    result.emplace_back("parameter", parameterText(*param));
-  }
+  addParameters(result, address);
   return result;
+}
+
+Pieces pieces(const TelAddress& tel) {
+  Pieces result;
+  addPiece(result, "display name", tel.getDisplayName());
+  addPiece(result, "phone number", tel.getPhoneNumber());
+  result.emplace_back("type", typeName(tel.getType()));
+  addPiece(result, "isub", tel.getISDNSubAddr());
+  addPiece(result, "ext", tel.getExtension());
+  addPiece(result, "phone-context", tel.getContext());
+  addParameters(result, tel);
+  return result;
+}
+
+Pieces pieces(const SipHeader& header) {
+  Pieces result;
+  addPiece(result, "name", header.getName());
+  addPiece(result, "value", header.getValue());
+  addParameters(result, header);
+  return result;
+}
+
+Pieces addressPieces(const SipHeader& header) {
+  const ValueAddress address(header);
+  if (address.sip != nullptr) {
+    return pieces(*address.sip);
+  }
+  return address.tel != nullptr ? pieces(*address.tel) : Pieces();
 }
 
 std::string oneLine(const Pieces& pieces) {
@@ -149,26 +193,45 @@ nlohmann::ordered_json toJson(SipAddress& address, VARN_EXCEPTION_CODES code) {
   object["port"] = address.getStoredPort();
   object["effectivePort"] = address.getPort();
   object["parameters"] = parametersJson(address);
-  object["uri"] = ok ? nlohmann::ordered_json(bytes(address.getURI())) : nullptr;
-  object["text"] = ok ? nlohmann::ordered_json(bytes(address.toString())) : nullptr;
+  object["uri"] = textOrNull(ok, address.getURI());
+  object["text"] = textOrNull(ok, address.toString());
+  return object;
+}
+
+nlohmann::ordered_json toJson(TelAddress& tel, VARN_EXCEPTION_CODES code) {
+  const bool ok = code == VARN_OK;
+  SipString uri;
+  tel.getURIString(uri);
+  nlohmann::ordered_json object;
+  object["ok"] = ok;
+  object["code"] = static_cast<unsigned int>(code);
+  object["displayName"] = bytes(tel.getDisplayName());
+  object["phoneNumber"] = bytes(tel.getPhoneNumber());
+  object["type"] = typeName(tel.getType());
+  object["isub"] = bytes(tel.getISDNSubAddr());
+  object["ext"] = bytes(tel.getExtension());
+  object["phoneContext"] = bytes(tel.getContext());
+  object["parameters"] = parametersJson(tel);
+  object["uri"] = ok ? nlohmann::ordered_json("tel:" + std::string(bytes(uri))) : nullptr;
+  object["text"] = textOrNull(ok, tel.toString());
+  return object;
+}
+
+nlohmann::ordered_json toJson(SipHeader& header, VARN_EXCEPTION_CODES code) {
+  const bool ok = code == VARN_OK;
+  nlohmann::ordered_json object;
+  object["ok"] = ok;
+  object["code"] = static_cast<unsigned int>(code);
+  object["name"] = bytes(header.getName());
+  object["type"] =
+      header.getHeaderType() == WY_SIP_HEADER_TYPE_AUTH ? "authentication" : "ordinary";
+  object["value"] = bytes(header.getValue());
+  object["parameters"] = parametersJson(header);
+  object["text"] = textOrNull(ok, header.toString());
+  object["address"] = ok ? addressJson(header) : nullptr;
   return object;
 }
 
 std::string jsonLine(const nlohmann::ordered_json& object) {
   return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-}
-
-std::string printable(std::string_view text) {
-  std::string result;
-  while (!text.empty()) {
-    const std::size_t length = characterLength(text);
-    const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
-    if (length == 0 || isControl(character)) {
-      result.append(hexEscapes(character));
-    } else {
-      result.append(character == "\\" ? "\\\\" : character);
-    }
-    text.remove_prefix(character.size());
-  }
-  return result;
 }

@@ -8,13 +8,21 @@
 #include <utility>
 #include <vector>
 
+#include "text.h"
 #include "wySipAddress.h"
+#include "wySipHeader.h"
+#include "wyTelAddress.h"
 
 // Labels and values in the order in which they are shown.
 using Pieces = std::vector<std::pair<std::string, std::string>>;
 
-// Returns the pieces that an address has; a wildcard has one.
+// Each returns the pieces that an object has; a wildcard address has one.
 Pieces pieces(const SipAddress& address);
+Pieces pieces(const TelAddress& tel);
+Pieces pieces(const SipHeader& header);
+
+// Returns the pieces of the SIP or tel address that a header's value is; none for another value.
+Pieces addressPieces(const SipHeader& header);
 
 // Returns the pieces as `label: value | label: value`.
 std::string oneLine(const Pieces& pieces);
@@ -22,16 +30,14 @@ std::string oneLine(const Pieces& pieces);
 // Returns the pieces one a line, the values below each other, the labels bold where asked for.
 std::string aligned(const Pieces& pieces, bool bold);
 
-// Returns the address as an object. What the last operation on it returned is given by the
-// caller; uri and text are null unless it is success. Changes the address's last-error code.
+// Each returns an object for JSON. What the last operation on it returned is given by the caller;
+// the texts are null unless it is success. Changes the last-error code.
 nlohmann::ordered_json toJson(SipAddress& address, VARN_EXCEPTION_CODES code);
+nlohmann::ordered_json toJson(TelAddress& tel, VARN_EXCEPTION_CODES code);
+nlohmann::ordered_json toJson(SipHeader& header, VARN_EXCEPTION_CODES code);
 
 // Returns JSON text for the object on one line; bytes that are not UTF-8 become U+FFFD.
 std::string jsonLine(const nlohmann::ordered_json& object);
-
-// Returns a text fit for a terminal: control characters and bytes outside well-formed UTF-8 as
-// \xHH, a backslash doubled.
-std::string printable(std::string_view text);
 
 // Returns the content of a string.
 inline std::string_view bytes(const SipString& text) { return {text.c_str(), text.length()}; }

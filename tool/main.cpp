@@ -8,6 +8,9 @@ namespace {
 
 const Command kCommands[] = {
     {"address", "Take a SIP address apart, edit it and write it back", prepareAddress},
+    {"tel", "Take a tel address apart, edit it and turn it into a SIP address", prepareTel},
+    {"header", "Take a header field apart, edit it and write it back", prepareHeader},
+    {"message", "Show whole SIP messages and what is wrong with them", prepareMessage},
 };
 
 int run(int argc, char** argv) {

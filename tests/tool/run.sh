@@ -3,7 +3,7 @@
 # Runs siputil as a case file says and compares. The lines of a case begin with
 #   #  a remark      $  the arguments, as a shell reads them    <  one line of standard input
 #   >  one line of standard output    !  one of standard error  =  the exit status
-# In lines of input, \xHH and the like stand for bytes.
+# In lines of input, \xHH and the like stand for bytes; in arguments $data is tests/data.
 set -euo pipefail
 
 siputil=$1 case=$2
@@ -12,6 +12,8 @@ trap 'rm -rf "$work"' EXIT
 
 lines() { sed -n "s/^$1 \{0,1\}//p" "$case"; }
 
+# shellcheck disable=SC2034 # for the arguments
+data=$(dirname "$0")/../data
 eval "arguments=($(lines '[$]'))"
 lines '<' | while IFS= read -r line; do printf '%b\n' "$line"; done >"$work/input"
 lines '>' >"$work/expected-output"

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Usage: surviveFiles.sh SIPUTIL MUTATE COUNT SAMPLE...
+# Runs `siputil message` on COUNT damaged messages, many at once: the exit status must be that of
+# refused texts, and every file must have its messages.
+set -euo pipefail
+
+siputil=$1 mutate=$2 count=$3
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+mkdir "$work/files"
+"$mutate" "$count" files "$work/files" "${@:4}"
+cd "$work/files"
+# shellcheck disable=SC2016 # for the inner shell
+find . -type f -print0 | xargs -0 -n 1000 bash -c '
+  status=0
+  "$0" message --json "$@" >>../results 2>../errors || status=$?
+  [ "$status" -eq 1 ] || { echo "siputil ended with status $status"; tail -n 50 ../errors; exit 255; }
+' "$siputil"
+results=$(wc -l <../results)
+echo "$count files, $results messages"
+[ "$results" -gt $((count * 9 / 10)) ]

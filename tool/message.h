@@ -1,0 +1,45 @@
+// message.h - cuts a text with SIP messages into messages, and these into their parts.
+#ifndef TOOL_MESSAGE_H
+#define TOOL_MESSAGE_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// One value of a header field: a field that is a list gives several.
+struct Field {
+  std::string name;   // the long form of a compact one, else as it stands
+  std::string value;  // unfolded, without the white space around it
+};
+
+struct Message {
+  std::string startLine;
+  std::vector<Field> fields;
+  std::string_view body;
+  std::vector<std::string> faults;  // what is wrong with the message as a whole
+};
+
+// Takes messages off the front of a text, which must outlive them. Lines end in CRLF or LF; a
+// body has the length that its Content-Length says, without one it reaches to the end.
+class MessageReader {
+ public:
+  explicit MessageReader(std::string_view text) : text_(text), position_(0) {}
+
+  // Returns the next message; nothing when only line ends are left.
+  std::optional<Message> next();
+
+  // Returns how many bytes are read.
+  std::size_t position() const { return position_; }
+
+ private:
+  std::optional<std::string_view> nextLine();
+  std::optional<std::string> nextHeaderLine();
+  void readFields(Message& message);
+  void readBody(Message& message);
+
+  std::string_view text_;
+  std::size_t position_;
+};
+
+#endif  // TOOL_MESSAGE_H

@@ -1,0 +1,243 @@
+// messageCommand.cpp - siputil message: shows whole SIP messages and what is wrong with them.
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+
+#include "command.h"
+#include "diagnostics.h"
+#include "dump.h"
+#include "fields.h"
+#include "message.h"
+#include "progress.h"
+
+namespace {
+
+constexpr std::size_t kIndent = 2;
+
+struct MessageOptions {
+  std::vector<std::string> files;
+  std::vector<std::string> only;
+  bool json = false;
+  bool verbose = false;
+};
+
+struct Counts {
+  unsigned long messages = 0;
+  unsigned long fields = 0;
+  unsigned long refused = 0;
+};
+
+// Returns whether a field is asked for, by its long or compact name.
+bool isWanted(const Field& field, const std::vector<std::string>& only) {
+  return only.empty() || std::any_of(only.begin(), only.end(), [&field](const std::string& name) {
+           const FieldKind* kind = findField(name);
+           return sameIgnoringCase(trimmed(field.name), kind != nullptr ? kind->name : name);
+         });
+}
+
+std::string base64(std::string_view data) {
+  constexpr std::string_view kDigits =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string text;
+  for (std::size_t i = 0; i < data.size(); i += 3) {
+    unsigned int bits = 0;
+    for (std::size_t k = 0; k < 3; ++k) {
+      bits = bits << 8 | (i + k < data.size() ? static_cast<unsigned char>(data[i + k]) : 0U);
+    }
+    for (std::size_t k = 0; k < 4; ++k) {
+      text += i + k > data.size() ? '=' : kDigits[bits >> (18 - 6 * k) & 0x3FU];
+    }
+  }
+  return text;
+}
+
+// Shows one text with messages. Each field is read, counted and shown once.
+class MessagePrinter {
+ public:
+  MessagePrinter(const MessageOptions& options, Counts& counts)
+      : options_(options), counts_(counts), bold_(colourWanted()) {}
+
+  void print(const Message& message) {
+    ++counts_.messages;
+    counts_.refused += message.faults.size();
+    if (options_.json) {
+      printJson(message);
+    } else {
+      printTree(message);
+    }
+  }
+
+ private:
+  // One field as the library sees it.
+  struct ReadField {
+    explicit ReadField(const Field& field)
+        : header(sipString(field.name), sipString(field.value)), code(header.GetLastErrorCode()) {}
+
+    Diagnostics diagnostics;
+    SipHeader header;
+    VARN_EXCEPTION_CODES code;
+  };
+
+  void count(const ReadField& read) {
+    ++counts_.fields;
+    counts_.refused += read.code == VARN_OK ? 0 : 1;
+    if (options_.verbose) {
+      read.diagnostics.printAll("message " + std::to_string(counts_.messages) + ": ");
+    }
+  }
+
+  void printJson(const Message& message) {
+    nlohmann::ordered_json object;
+    object["startLine"] = message.startLine;
+    object["headers"] = nlohmann::ordered_json::array();
+    for (const Field& field : message.fields) {
+      ReadField read(field);
+      count(read);
+      if (isWanted(field, options_.only)) {
+        nlohmann::ordered_json header = toJson(read.header, read.code);
+        header["diagnostics"] = read.diagnostics.toJson();
+        object["headers"].push_back(header);
+      }
+    }
+    object["body"]["length"] = message.body.size();
+    if (isPlainText(message.body)) {
+      object["body"]["text"] = message.body;
+    } else {
+      object["body"]["base64"] = base64(message.body);
+    }
+    object["faults"] = message.faults;
+    std::cout << jsonLine(object) << '\n';
+  }
+
+  void printTree(const Message& message) {
+    std::cout << (counts_.messages > 1 ? "\n" : "") << emphasised(printable(message.startLine))
+              << '\n';
+    std::size_t width = 0;
+    for (const Field& field : message.fields) {
+      if (isWanted(field, options_.only)) {
+        width = std::max(width, field.name.size());
+      }
+    }
+    for (const Field& field : message.fields) {
+      ReadField read(field);
+      count(read);
+      if (isWanted(field, options_.only)) {
+        printField(field, read, width);
+      }
+    }
+    if (options_.only.empty()) {
+      printBody(message.body);
+    }
+    for (const std::string& fault : message.faults) {
+      std::cout << "  ! " << printable(fault) << '\n';
+    }
+  }
+
+  void printField(const Field& field, const ReadField& read, std::size_t width) {
+    const bool refused = read.code != VARN_OK;
+    std::cout << std::string(kIndent, ' ') << emphasised(field.name)
+              << std::string(width - std::min(width, field.name.size()) + 2, ' ')
+              << printable(refused ? trimmed(field.value) : bytes(read.header.getValue())) << '\n';
+    const std::string indent(kIndent + width + 4, ' ');
+    if (refused) {
+      for (const std::string& reason : read.diagnostics.reasons(read.code)) {
+        std::cout << indent << "! " << printable(reason) << '\n';
+      }
+      return;
+    }
+    const SipHeader& header = read.header;
+    for (const SipParam* param = header.firstParam(); param != nullptr;
+         param = header.nextParam(param)) {
+      std::cout << indent << ';' << printable(bytes(param->getName()))
+                << (param->getValue().length() == 0 ? "" : "=")
+                << printable(bytes(param->getValue())) << '\n';
+    }
+    printIndented(aligned(addressPieces(header), false), indent);
+  }
+
+  static void printBody(std::string_view body) {
+    if (body.empty()) {
+      return;
+    }
+    std::cout << std::string(kIndent, ' ') << "body, " << body.size() << " bytes"
+              << (isPlainText(body) ? "\n" : ", not text\n");
+    if (!isPlainText(body)) {
+      return;
+    }
+    std::string text(body);
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    printIndented(text, std::string(2 * kIndent, ' '));
+  }
+
+  static void printIndented(std::string_view text, const std::string& indent) {
+    while (!text.empty()) {
+      const std::size_t end = std::min(text.find('\n'), text.size());
+      std::cout << indent << text.substr(0, end) << '\n';
+      text.remove_prefix(std::min(end + 1, text.size()));
+    }
+  }
+
+  std::string emphasised(const std::string& text) const {
+    return bold_ ? "\x1b[1m" + text + "\x1b[0m" : text;
+  }
+
+  const MessageOptions& options_;
+  Counts& counts_;
+  bool bold_;
+};
+
+// Reads a file, or standard input for `-`; false when it cannot be read.
+bool readFile(const std::string& name, std::string& text) {
+  std::ifstream file;
+  if (name != "-") {
+    file.open(name, std::ios::binary);
+  }
+  std::istream& in = name == "-" ? std::cin : file;
+  try {
+    text.assign(std::istreambuf_iterator<char>(in), {});
+  } catch (const std::ios_base::failure&) {
+    return false;  // a directory, for one
+  }
+  return name == "-" || file.is_open();
+}
+
+int run(const MessageOptions& options) {
+  Counts counts;
+  int status = kAccepted;
+  for (const std::string& name : options.files) {
+    std::string text;
+    if (!readFile(name, text)) {
+      std::cerr << "siputil: " << name << " cannot be read\n";
+      status = kWrongUsage;
+      continue;
+    }
+    MessageReader reader(text);
+    Progress progress(text.size());
+    MessagePrinter printer(options, counts);
+    while (const std::optional<Message> message = reader.next()) {
+      printer.print(*message);
+      progress.at(reader.position());
+    }
+  }
+  if (!options.json && counts.messages != 1) {
+    std::cout << (counts.messages == 0 ? "" : "\n") << counts.messages << " messages, "
+              << counts.fields << " header fields, " << counts.refused << " refused\n";
+  }
+  return std::max(status, counts.refused == 0 ? kAccepted : kRefused);
+}
+
+}  // namespace
+
+std::function<int()> prepareMessage(CLI::App& parser) {
+  const auto options = std::make_shared<MessageOptions>();
+  options->files = {"-"};
+  parser.add_option("FILE", options->files, "Files with messages; - or none is standard input")
+      ->type_name("");
+  addOutputOptions(parser, options->json, options->verbose);
+  parser.add_option("--only", options->only, "Show these header fields alone; may be repeated")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  return [options] { return run(*options); };
+}

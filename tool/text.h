@@ -1,0 +1,21 @@
+// text.h - text as the tool needs it: for terminals, and compared.
+#ifndef TOOL_TEXT_H
+#define TOOL_TEXT_H
+
+#include <string>
+#include <string_view>
+
+// Returns a text fit for a terminal: control characters and bytes outside well-formed UTF-8 as
+// \xHH, a backslash doubled.
+std::string printable(std::string_view text);
+
+// Returns whether the text is well-formed UTF-8 without control characters but tab and line ends.
+bool isPlainText(std::string_view text);
+
+// Returns whether both texts are the same, ASCII letters without regard to case.
+bool sameIgnoringCase(std::string_view a, std::string_view b);
+
+// Returns the text without the blanks and tabs at its ends.
+std::string_view trimmed(std::string_view text);
+
+#endif  // TOOL_TEXT_H
