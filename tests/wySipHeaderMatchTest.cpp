@@ -1,6 +1,7 @@
 // wySipHeaderMatchTest.cpp - how much of a header's text is its value.
 #include "wySipHeaderMatch.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "libraryTest.h"
@@ -151,6 +152,24 @@ TEST_F(SipHeaderMatchTest, TriesAnOpaqueUriWhereThereIsNoMemoryForATelUri) {
   const std::string failed =
       failureLine(kSource, "SipHeaderMatchIHeaderChars::doMatch | Malloc failed");
   EXPECT_NE(log.end(), std::find(log.begin(), log.end(), failed));
+}
+
+TEST_F(SipHeaderMatchTest, LogsTheFailureOfALongTelAttemptForEveryBracket) {
+  std::string text = "tel:+1";
+  for (int i = 0; i < 20; ++i) {
+    text += ";p" + std::to_string(i) + "=\"x\"";
+  }
+  const auto bracket = static_cast<unsigned int>(text.size() + 5);
+  const SipStrStream stream(sipString(text + ";bad=<tel:+><tel:+>"));
+  EXPECT_EQ(14U, SipNonAuthHeaderMatchValue().match(stream, bracket));
+  const Lines log = takeLog();
+  EXPECT_EQ(2, std::count(log.begin(), log.end(),
+                          failureLine("sip_utility/src/wySipParam",
+                                      "SipParamList::parseParamList - bad parameter value")));
+  EXPECT_EQ(2, std::count(log.begin(), log.end(),
+                          failureLine("sip_utility/src/wySipHeaderMatch",
+                                      "SipHeaderMatchIHeaderChars::doMatch | Tel Match Failed , "
+                                      "Match with Abs URI")));
 }
 
 }  // namespace

@@ -6,11 +6,19 @@
 
 #include "fields.h"
 #include "text.h"
+#include "wySipMatch.h"
 
 namespace {
 
 constexpr std::string_view kVersion = "SIP/2.0";
 
+bool isToken(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return WySipIsToken(static_cast<unsigned char>(c)) != 0;
+  });
+}
+
+// A status line or a request line
 bool isStartLine(std::string_view line) {
   if (line.substr(0, kVersion.size() + 1) == "SIP/2.0 ") {
     const std::string_view code = line.substr(kVersion.size() + 1, 3);
@@ -18,30 +26,39 @@ bool isStartLine(std::string_view line) {
   }
   const std::size_t uri = line.find(' ');
   const std::size_t version = line.rfind(' ');
-  return uri != 0 && uri != std::string_view::npos && version > uri + 1 &&
+  return uri != std::string_view::npos && isToken(line.substr(0, uri)) && version > uri + 1 &&
          line.substr(version + 1) == kVersion;
 }
 
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
-// Returns the length of the Content-Length field; nothing when there is none or it is no number.
+bool readNumber(std::string_view digits, std::size_t& number) {
+  const char* end = digits.data() + digits.size();
+  const std::from_chars_result result = std::from_chars(digits.data(), end, number);
+  return !digits.empty() && result.ec == std::errc() && result.ptr == end;
+}
+
+// Returns what the Content-Length fields say; nothing when there is none or they say nothing
+// certain, which is a fault.
 std::optional<std::size_t> contentLength(Message& message) {
+  std::optional<std::size_t> length;
   for (const Field& field : message.fields) {
-    if (!sameIgnoringCase(field.name, "Content-Length")) {
+    if (!sameIgnoringCase(trimmed(field.name), "Content-Length")) {
       continue;
     }
-    const std::string_view digits = field.value;
-    std::size_t length = 0;
-    const std::from_chars_result result =
-        std::from_chars(digits.data(), digits.data() + digits.size(), length);
-    if (!digits.empty() && result.ec == std::errc() &&
-        result.ptr == digits.data() + digits.size()) {
-      return length;
+    std::size_t number = 0;
+    if (!readNumber(field.value, number)) {
+      message.faults.emplace_back("Content-Length is no number: " + field.value);
+      return std::nullopt;
     }
-    message.faults.emplace_back("Content-Length is no number: " + field.value);
-    return std::nullopt;
+    if (length.value_or(number) != number) {
+      message.faults.emplace_back("Content-Length is given twice, as " + std::to_string(*length) +
+                                  " and " + field.value);
+      return std::nullopt;
+    }
+    length = number;
   }
-  return std::nullopt;
+  return length;
 }
 
 void addField(Message& message, std::string_view line) {
@@ -59,8 +76,11 @@ void addField(Message& message, std::string_view line) {
     message.fields.push_back({shown, std::string(trimmed(value))});
     return;
   }
-  for (const std::string_view piece : splitList(value)) {
-    message.fields.push_back({shown, std::string(trimmed(piece))});
+  const std::vector<std::string_view> pieces = splitList(value);
+  for (const std::string_view piece : pieces) {
+    if (pieces.size() == 1 || !trimmed(piece).empty()) {
+      message.fields.push_back({shown, std::string(trimmed(piece))});
+    }
   }
 }
 
@@ -124,13 +144,34 @@ void MessageReader::readFields(Message& message) {
   }
 }
 
+// A length that cannot be right must not take the next message along: the body then ends in
+// front of the next start line.
 void MessageReader::readBody(Message& message) {
   const std::size_t left = text_.size() - position_;
-  const std::size_t length = contentLength(message).value_or(left);
-  if (length > left) {
-    message.faults.emplace_back("the body has " + std::to_string(left) + " of " +
-                                std::to_string(length) + " bytes");
+  const std::size_t faults = message.faults.size();
+  std::size_t length = contentLength(message).value_or(left);
+  if (length > left || message.faults.size() != faults) {
+    const std::size_t there = lengthToStartLine();
+    if (length > there && message.faults.size() == faults) {
+      message.faults.emplace_back("the body has " + std::to_string(there) + " of " +
+                                  std::to_string(length) + " bytes");
+    }
+    length = there;
   }
   message.body = text_.substr(position_, length);
   position_ += message.body.size();
+}
+
+// Returns how many bytes stand in front of the next start line, or of the end.
+std::size_t MessageReader::lengthToStartLine() {
+  const std::size_t start = position_;
+  std::size_t line = position_;
+  while (const std::optional<std::string_view> text = nextLine()) {
+    if (isStartLine(*text)) {
+      break;
+    }
+    line = position_;
+  }
+  position_ = start;
+  return line - start;
 }

@@ -37,6 +37,7 @@ class MessageReader {
   std::optional<std::string> nextHeaderLine();
   void readFields(Message& message);
   void readBody(Message& message);
+  std::size_t lengthToStartLine();
 
   std::string_view text_;
   std::size_t position_;

@@ -117,7 +117,7 @@ class MessagePrinter {
     std::size_t width = 0;
     for (const Field& field : message.fields) {
       if (isWanted(field, options_.only)) {
-        width = std::max(width, field.name.size());
+        width = std::max(width, printable(field.name).size());
       }
     }
     for (const Field& field : message.fields) {
@@ -137,8 +137,9 @@ class MessagePrinter {
 
   void printField(const Field& field, const ReadField& read, std::size_t width) {
     const bool refused = read.code != VARN_OK;
-    std::cout << std::string(kIndent, ' ') << emphasised(field.name)
-              << std::string(width - std::min(width, field.name.size()) + 2, ' ')
+    const std::string name = printable(field.name);
+    std::cout << std::string(kIndent, ' ') << emphasised(name)
+              << std::string(width - std::min(width, name.size()) + 2, ' ')
               << printable(refused ? trimmed(field.value) : bytes(read.header.getValue())) << '\n';
     const std::string indent(kIndent + width + 4, ' ');
     if (refused) {
@@ -221,9 +222,10 @@ int run(const MessageOptions& options) {
       progress.at(reader.position());
     }
   }
-  if (!options.json && counts.messages != 1) {
-    std::cout << (counts.messages == 0 ? "" : "\n") << counts.messages << " messages, "
-              << counts.fields << " header fields, " << counts.refused << " refused\n";
+  if (!options.json && counts.messages > 1) {
+    std::cout << "\n"
+              << counts.messages << " messages, " << counts.fields << " header fields, "
+              << counts.refused << " refused\n";
   }
   return std::max(status, counts.refused == 0 ? kAccepted : kRefused);
 }

@@ -1,4 +1,6 @@
 // tel.cpp - siputil tel: takes tel addresses apart, edits them, turns them into SIP addresses.
+#include <optional>
+
 #include "textCommand.h"
 
 namespace {
@@ -14,15 +16,16 @@ const Setter<TelAddress> kSetters[] = {
 };
 
 struct TelOptions : Options {
-  std::string target;  // "" for no conversion
+  std::optional<std::string> target;  // of the conversion
 };
 
 // Makes the SIP form in the target, the text of which is left "" without one.
-VARN_EXCEPTION_CODES convert(TelAddress& tel, const std::string& target, std::string& sip) {
-  if (target.empty()) {
+VARN_EXCEPTION_CODES convert(TelAddress& tel, const std::optional<std::string>& target,
+                             std::string& sip) {
+  if (!target) {
     return VARN_OK;
   }
-  SipAddress address(sipString(target));
+  SipAddress address(sipString(*target));
   VARN_EXCEPTION_CODES code = address.GetLastErrorCode();
   if (code == VARN_OK) {
     code = tel.toSipAddress(address);

@@ -20,7 +20,8 @@ class SIPUTILITY_EXPORT SipHeader {
   // Reads a name, a token, and a value with its parameters, white space around each allowed; an
   // empty value text gives neither. The name decides the syntax: `value;name=value;...`, or
   // `scheme name=value,...` for the authentication headers. What a value covers is told at
-  // SipHeaderMatchValue. After a failure the pieces in front of the failing one are set.
+  // SipHeaderMatchValue; a bracket that it has no memory to look into counts as none. After a
+  // failure the pieces in front of the failing one are set.
   SipHeader(const SipString& name, const SipString& value);
 
   SipHeader(const SipHeader&) = delete;

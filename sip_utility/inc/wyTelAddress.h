@@ -33,7 +33,7 @@ class SIPUTILITY_EXPORT TelAddrParamList : public SipAddrParamList {
 
   // The walk in order of names. Null gives the first; a parameter of the list or of another one
   // gives the next greater name. A walk over n parameters of an unchanging list takes O(n log n)
-  // steps; firstParam() makes an index for it that the list keeps.
+  // steps; the first step makes an index for it that the list keeps.
   const SipParam* firstParam() const override;
   const SipParam* nextParam(const SipParam* param) const override;
 
@@ -41,6 +41,7 @@ class SIPUTILITY_EXPORT TelAddrParamList : public SipAddrParamList {
   struct SIPUTILITY_HIDDEN Order;
 
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseNext(SipStrStream& stream, ParamNameIndex& names);
+  SIPUTILITY_HIDDEN void makeOrder() const;
   SIPUTILITY_HIDDEN const SipParam* smallestAbove(const SipParam* param) const;
 
   mutable Order* order_;
@@ -105,7 +106,7 @@ class SIPUTILITY_EXPORT TelAddress {
   const SipString* getParameter(const SipString& name) const;
 
   // Replaces or adds a parameter; isub, ext and phone-context go to their setters and take no
-  // empty value. Releases the array of getParameterNames().
+  // empty value. Releases the array of getParameterNames(), also when it fails.
   VARN_EXCEPTION_CODES setParameter(const SipString& name, const SipString& value);
 
   // Takes a parameter away, if it is there. Empties the array of getParameterNames().
@@ -115,7 +116,8 @@ class SIPUTILITY_EXPORT TelAddress {
   // Returns the names of the list, in its chain's order, then those of isub, ext and
   // phone-context that are set, then null. The array lives until the next call, setParameter()
   // or the destructor, its names until the address next changes.
-  // Fails: null and VARN_RESOURCE_FAILURE with "TelAddress::getParameterNames - new failed".
+  // Fails: null and VARN_RESOURCE_FAILURE with "TelAddress::getParameterNames - new failed", or
+  // with the message of the list's own array.
   // Owns: the address.
   const SipString** getParameterNames();
 

@@ -159,7 +159,7 @@ VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
     }
     const VARN_EXCEPTION_CODES code = parseParam(param, stream, names);
     if (code != VARN_OK) {
-      deleteParam(param);
+      deleteParam(param, this);
       return code;
     }
   }
@@ -218,7 +218,7 @@ const SipString** SipParamList::getParameterNames(VARN_EXCEPTION_CODES* error) {
 VARN_EXCEPTION_CODES SipParamList::removeParameter(const SipString& name) {
   SipParam* param = find(name);
   if (param != nullptr) {
-    deleteParam(param);
+    deleteParam(param, this);
     clearParamNames();
   }
   return VARN_OK;
@@ -246,9 +246,10 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
   if (param == nullptr) {
     return VARN_RESOURCE_FAILURE;
   }
+  const ParamListChange change(this);
   code = fill(*param, newName, newValue);
   if (code != VARN_OK) {
-    deleteParam(param);
+    deleteParam(param, this);
     return code;
   }
   removeParameter(newName);
@@ -262,7 +263,7 @@ void SipParamList::clearParamList() {
   while (head_ != nullptr) {
     SipParam* first = head_;
     head_ = first->next();
-    deleteParam(first);
+    deleteParam(first, this);
   }
   if (names_ != nullptr) {
     names_[0] = nullptr;
@@ -337,6 +338,7 @@ VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& str
     return VARN_INVALID_INPUT;
   }
   if (param != nullptr) {
+    const ParamListChange change(this);
     code = param->setName(name);
     if (code != VARN_OK) {
       return code;

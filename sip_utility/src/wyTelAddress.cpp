@@ -194,7 +194,7 @@ struct TelAddrParamList::Order {
   };
 
   // Returns an index over the chain, or null.
-  static Order* make(const SipParam* chain, unsigned int count) {
+  static Order* make(const SipParamList* list, const SipParam* chain, unsigned int count) {
     auto* order = new (std::nothrow) Order;
     if (order == nullptr) {
       return nullptr;
@@ -207,8 +207,9 @@ struct TelAddrParamList::Order {
       return nullptr;
     }
     recordBlock(kSourceFile, order->places, sizeof(Place) * count);
+    order->list = list;
     order->chain = chain;
-    order->changes = ParamIndexWatch::changes();
+    order->changes = ParamIndexWatch::changes(list);
     order->fill(chain);
     return order;
   }
@@ -242,7 +243,7 @@ struct TelAddrParamList::Order {
   // Returns whether the chain is the one that was indexed: with the same first node nothing was
   // added, without a change nothing was taken off or renamed.
   bool holds(const SipParam* currentChain) const {
-    return chain == currentChain && changes == ParamIndexWatch::changes();
+    return chain == currentChain && changes == ParamIndexWatch::changes(list);
   }
 
   const SipParam* at(unsigned int place) {
@@ -264,6 +265,7 @@ struct TelAddrParamList::Order {
   Place* places = nullptr;
   unsigned int count = 0;
   unsigned int cursor = 0;
+  const SipParamList* list = nullptr;
   const SipParam* chain = nullptr;
   unsigned long changes = 0;
 };
@@ -288,17 +290,8 @@ unsigned int TelAddrParamList::matchName(const SipStrStream& stream, unsigned in
 }
 
 const SipParam* TelAddrParamList::firstParam() const {
-  if (order_ != nullptr && order_->holds(chain())) {
-    return order_->at(0);
-  }
-  Order::destroy(order_);
-  order_ = nullptr;
-  unsigned int count = 0;
-  for (const SipParam* param = chain(); param != nullptr; param = param->next()) {
-    ++count;
-  }
-  if (count >= kWalkedWithoutIndex) {
-    order_ = Order::make(chain(), count);
+  if (order_ == nullptr || !order_->holds(chain())) {
+    makeOrder();
   }
   return order_ != nullptr ? order_->at(0) : smallestAbove(nullptr);
 }
@@ -307,7 +300,24 @@ const SipParam* TelAddrParamList::nextParam(const SipParam* param) const {
   if (param == nullptr) {
     return firstParam();
   }
+  if (order_ == nullptr) {
+    makeOrder();
+  }
+  // A list that changes during a walk is looked through; the next walk gets a new index.
   return order_ != nullptr && order_->holds(chain()) ? order_->above(param) : smallestAbove(param);
+}
+
+// Makes the index anew; a short list has none.
+void TelAddrParamList::makeOrder() const {
+  Order::destroy(order_);
+  order_ = nullptr;
+  unsigned int count = 0;
+  for (const SipParam* param = chain(); param != nullptr; param = param->next()) {
+    ++count;
+  }
+  if (count >= kWalkedWithoutIndex) {
+    order_ = Order::make(this, chain(), count);
+  }
 }
 
 // Reads one parameter, which must not be one of those that stand in front of the list.
@@ -324,7 +334,7 @@ VARN_EXCEPTION_CODES TelAddrParamList::parseNext(SipStrStream& stream, ParamName
     }
   }
   if (code != VARN_OK) {
-    deleteParam(param);
+    deleteParam(param, this);
   }
   return code;
 }

@@ -7,6 +7,8 @@ set -euo pipefail
 siputil=$1 mutate=$2 command=$3 count=$4 samples=$5
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+# A report of a sanitizer must not end with the status of a refused text.
+export ASAN_OPTIONS=exitcode=99 UBSAN_OPTIONS=exitcode=99 LSAN_OPTIONS=exitcode=99
 
 "$mutate" "$count" lines "$samples" >"$work/lines"
 status=0

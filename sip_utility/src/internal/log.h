@@ -24,7 +24,8 @@ constexpr int kMemoryCategory = 2;
 
 // Keeps the lines that the thread logs while the tape records, to log them again: an attempt
 // that would end the same way need not be made twice to be reported twice. Of an attempt with
-// more lines than it holds the tape keeps the first ones. One records at a time.
+// more lines than it holds the tape keeps the first ones and the last two, the failure among
+// them. One records at a time.
 class LogTape {
  public:
   LogTape() = default;
@@ -51,6 +52,14 @@ class LogTape {
     uintptr_t a1;
   };
 
+  void add(const Line& line) {
+    if (count_ == kCapacity) {
+      lines_[kCapacity - 2] = lines_[kCapacity - 1];
+      --count_;
+    }
+    lines_[count_++] = line;
+  }
+
   static inline thread_local LogTape* recording_ = nullptr;
 
   static constexpr std::size_t kCapacity = 16;
@@ -61,9 +70,8 @@ class LogTape {
 // Writes one line to the module log.
 inline void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
                      const char* format, uintptr_t a1 = 0) {
-  LogTape* tape = LogTape::recording_;
-  if (tape != nullptr && tape->count_ < LogTape::kCapacity) {
-    tape->lines_[tape->count_++] = {level, module, sourceFile, line, format, a1};
+  if (LogTape::recording_ != nullptr) {
+    LogTape::recording_->add({level, module, sourceFile, line, format, a1});
   }
   wyLogModuleEventSimple(level, module, sourceFile, line, format, a1, 0, 0);
 }

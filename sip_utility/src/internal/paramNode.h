@@ -3,6 +3,8 @@
 #define SIPUTILITY_INTERNAL_PARAM_NODE_H
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <new>
 
 #include "log.h"
@@ -17,14 +19,11 @@ inline SipParam* newParam(SipParam** head, const char* sourceFile) {
   return param;
 }
 
-// Deletes a recorded node, which takes it off its chain.
-inline void deleteParam(SipParam* param) {
-  forgetBlock(param);
-  delete param;
-}
-
-// Tells the lists that keep an index over their nodes when a node may have left its chain or
-// changed its name anywhere in the process. Costs nothing while no list keeps one.
+// Tells a list that keeps an index over its nodes when one of them may have left the chain or
+// changed its name. Costs nothing while no list keeps an index.
+//
+// A list that changes its nodes says so for itself. A caller who changes one behind the lists'
+// backs, as find() lets him, cannot say whose it is; that counts for all lists.
 class ParamIndexWatch {
  public:
   // An index is made, or is gone.
@@ -33,17 +32,59 @@ class ParamIndexWatch {
 
   // A node was taken off, renamed or relinked.
   static void nodeChanged() {
-    if (indexes_.load(std::memory_order_relaxed) != 0) {
-      changes_.fetch_add(1, std::memory_order_relaxed);
+    if (watched() && listChanges_ == 0) {
+      anywhere_.fetch_add(1, std::memory_order_relaxed);
     }
   }
 
-  // Returns a number that differs from an earlier one when a node has changed in between.
-  static unsigned long changes() { return changes_.load(std::memory_order_relaxed); }
+  // Returns a number that differs from an earlier one when a node of the list has changed in
+  // between; seldom also when one of another list has.
+  static unsigned long changes(const SipParamList* list) {
+    return anywhere_.load(std::memory_order_relaxed) + slotOf(list).load(std::memory_order_relaxed);
+  }
 
  private:
+  friend class ParamListChange;
+
+  static bool watched() { return indexes_.load(std::memory_order_relaxed) != 0; }
+
+  static std::atomic<unsigned long>& slotOf(const SipParamList* list) {
+    return slots_[(reinterpret_cast<std::uintptr_t>(list) >> 4U) % kSlots];
+  }
+
+  static constexpr std::size_t kSlots = 1021;
   static inline std::atomic<unsigned long> indexes_{0};
-  static inline std::atomic<unsigned long> changes_{0};
+  static inline std::atomic<unsigned long> anywhere_{0};
+  static inline std::atomic<unsigned long> slots_[kSlots] = {};
+  static inline thread_local unsigned int listChanges_ = 0;
 };
+
+// While one lives, the changes of nodes are those that this list makes.
+class ParamListChange {
+ public:
+  explicit ParamListChange(const SipParamList* list) : watched_(ParamIndexWatch::watched()) {
+    if (watched_) {
+      ParamIndexWatch::slotOf(list).fetch_add(1, std::memory_order_relaxed);
+      ++ParamIndexWatch::listChanges_;
+    }
+  }
+  ~ParamListChange() {
+    if (watched_) {
+      --ParamIndexWatch::listChanges_;
+    }
+  }
+  ParamListChange(const ParamListChange&) = delete;
+  ParamListChange& operator=(const ParamListChange&) = delete;
+
+ private:
+  bool watched_;
+};
+
+// Deletes a recorded node of the list, which takes it off its chain.
+inline void deleteParam(SipParam* param, const SipParamList* list) {
+  const ParamListChange change(list);
+  forgetBlock(param);
+  delete param;
+}
 
 #endif  // SIPUTILITY_INTERNAL_PARAM_NODE_H
