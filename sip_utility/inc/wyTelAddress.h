@@ -16,6 +16,8 @@
 #include "wySipString.h"
 #include "wyTelAddressMatch.h"
 
+class ParamOrder;
+
 // The parameters of a tel URI but isub, ext and phone-context: as URI parameters, with names of
 // letters, digits and "-". They are walked, and so written, in ascending order of their names,
 // ASCII letters without regard to case; of several with one name only the newest is met.
@@ -38,13 +40,11 @@ class SIPUTILITY_EXPORT TelAddrParamList : public SipAddrParamList {
   const SipParam* nextParam(const SipParam* param) const override;
 
  private:
-  struct SIPUTILITY_HIDDEN Order;
-
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseNext(SipStrStream& stream, ParamNameIndex& names);
   SIPUTILITY_HIDDEN void makeOrder() const;
   SIPUTILITY_HIDDEN const SipParam* smallestAbove(const SipParam* param) const;
 
-  mutable Order* order_;
+  mutable ParamOrder* order_;
 };
 
 class SIPUTILITY_EXPORT TelAddress {

@@ -14,6 +14,7 @@
 #include "internal/matchOf.h"
 #include "internal/paramNameIndex.h"
 #include "internal/paramNode.h"
+#include "internal/paramOrder.h"
 #include "internal/pieceSetter.h"
 #include "internal/textWriter.h"
 #include "wySipMatch.h"
@@ -180,99 +181,9 @@ VARN_EXCEPTION_CODES takeEscaped(SipStrStream& in, unsigned int count, SipString
 
 }  // namespace
 
-// The parameters in order of their names, and where a walk over them stands.
-struct TelAddrParamList::Order {
-  struct Place {
-    const SipParam* param;
-    unsigned int position;  // on the chain
-
-    bool operator<(const Place& other) const {
-      return lessIgnoringCase(param->getName(), other.param->getName()) ||
-             (!lessIgnoringCase(other.param->getName(), param->getName()) &&
-              position < other.position);
-    }
-  };
-
-  // Returns an index over the chain, or null.
-  static Order* make(const SipParamList* list, const SipParam* chain, unsigned int count) {
-    auto* order = new (std::nothrow) Order;
-    if (order == nullptr) {
-      return nullptr;
-    }
-    recordBlock(kSourceFile, order, sizeof(Order));
-    ParamIndexWatch::addIndex();
-    order->places = new (std::nothrow) Place[count];
-    if (order->places == nullptr) {
-      destroy(order);
-      return nullptr;
-    }
-    recordBlock(kSourceFile, order->places, sizeof(Place) * count);
-    order->list = list;
-    order->chain = chain;
-    order->changes = ParamIndexWatch::changes(list);
-    order->fill(chain);
-    return order;
-  }
-
-  static void destroy(Order* order) {
-    if (order == nullptr) {
-      return;
-    }
-    if (order->places != nullptr) {
-      forgetBlock(order->places);
-      delete[] order->places;
-    }
-    ParamIndexWatch::removeIndex();
-    forgetBlock(order);
-    delete order;
-  }
-
-  // Takes each name once, from the node that is first on the chain.
-  void fill(const SipParam* param) {
-    for (; param != nullptr; param = param->next()) {
-      places[count] = {param, count};
-      ++count;
-    }
-    std::sort(places, places + count);
-    Place* end = std::unique(places, places + count, [](const Place& a, const Place& b) {
-      return equalIgnoringCase(a.param->getName(), view(b.param->getName()));
-    });
-    count = static_cast<unsigned int>(end - places);
-  }
-
-  // Returns whether the chain is the one that was indexed: with the same first node nothing was
-  // added, without a change nothing was taken off or renamed.
-  bool holds(const SipParam* currentChain) const {
-    return chain == currentChain && changes == ParamIndexWatch::changes(list);
-  }
-
-  const SipParam* at(unsigned int place) {
-    cursor = place;
-    return place < count ? places[place].param : nullptr;
-  }
-
-  const SipParam* above(const SipParam* param) {
-    if (cursor < count && places[cursor].param == param) {
-      return at(cursor + 1);
-    }
-    const Place* found = std::upper_bound(
-        places, places + count, param, [](const SipParam* wanted, const Place& place) {
-          return lessIgnoringCase(wanted->getName(), place.param->getName());
-        });
-    return at(static_cast<unsigned int>(found - places));
-  }
-
-  Place* places = nullptr;
-  unsigned int count = 0;
-  unsigned int cursor = 0;
-  const SipParamList* list = nullptr;
-  const SipParam* chain = nullptr;
-  unsigned long changes = 0;
-};
-
 TelAddrParamList::TelAddrParamList() : order_(nullptr) {}
 
-TelAddrParamList::~TelAddrParamList() { Order::destroy(order_); }
+TelAddrParamList::~TelAddrParamList() { ParamOrder::destroy(order_); }
 
 VARN_EXCEPTION_CODES TelAddrParamList::parseParamList(SipStrStream& stream) {
   ParamNameIndex names(*this);
@@ -293,7 +204,7 @@ const SipParam* TelAddrParamList::firstParam() const {
   if (order_ == nullptr || !order_->holds(chain())) {
     makeOrder();
   }
-  return order_ != nullptr ? order_->at(0) : smallestAbove(nullptr);
+  return order_ != nullptr ? order_->first() : smallestAbove(nullptr);
 }
 
 const SipParam* TelAddrParamList::nextParam(const SipParam* param) const {
@@ -309,14 +220,14 @@ const SipParam* TelAddrParamList::nextParam(const SipParam* param) const {
 
 // Makes the index anew; a short list has none.
 void TelAddrParamList::makeOrder() const {
-  Order::destroy(order_);
+  ParamOrder::destroy(order_);
   order_ = nullptr;
   unsigned int count = 0;
   for (const SipParam* param = chain(); param != nullptr; param = param->next()) {
     ++count;
   }
   if (count >= kWalkedWithoutIndex) {
-    order_ = Order::make(this, chain(), count);
+    order_ = ParamOrder::make(this, chain(), count);
   }
 }
 
