@@ -55,9 +55,5 @@ int runOn(const Options& options, const std::string& text, unsigned long line) {
 std::function<int()> prepareAddress(CLI::App& parser) {
   const auto options = std::make_shared<Options>();
   addTextOptions(parser, *options, namesOf(kSetters), checkEdit);
-  return [options] {
-    return forEachText(*options, [&options](const std::string& text, unsigned long line) {
-      return runOn(*options, text, line);
-    });
-  };
+  return runOnEachText<Options>(options, runOn);
 }

@@ -40,9 +40,5 @@ int runOn(const Options& options, const std::string& text, unsigned long line) {
 std::function<int()> prepareHeader(CLI::App& parser) {
   const auto options = std::make_shared<Options>();
   addTextOptions(parser, *options, namesOf(kSetters), [](const Edit&) { return std::string(); });
-  return [options] {
-    return forEachText(*options, [&options](const std::string& text, unsigned long line) {
-      return runOn(*options, text, line);
-    });
-  };
+  return runOnEachText<Options>(options, runOn);
 }

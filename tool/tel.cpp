@@ -68,9 +68,5 @@ std::function<int()> prepareTel(CLI::App& parser) {
   addTextOptions(parser, *options, namesOf(kSetters), [](const Edit&) { return std::string(); });
   parser.add_option("--to-sip", options->target, "Make this SIP address the number's SIP form")
       ->type_name("ADDRESS");
-  return [options] {
-    return forEachText(*options, [&options](const std::string& text, unsigned long line) {
-      return runOn(*options, text, line);
-    });
-  };
+  return runOnEachText<TelOptions>(options, runOn);
 }

@@ -91,6 +91,18 @@ inline int show(const Result& result, const Options& options, const Diagnostics&
   return result.code == VARN_OK ? kAccepted : kRefused;
 }
 
+// Returns what runs a command on each of its texts; the options live as long.
+template <typename CommandOptions>
+std::function<int()> runOnEachText(std::shared_ptr<const CommandOptions> options,
+                                   int (*run)(const CommandOptions& options,
+                                              const std::string& text, unsigned long line)) {
+  return [options = std::move(options), run] {
+    return forEachText(*options, [&options, run](const std::string& text, unsigned long line) {
+      return run(*options, text, line);
+    });
+  };
+}
+
 // Returns the pieces with one more behind them.
 inline Pieces with(Pieces pieces, const char* label, const SipString& value) {
   pieces.emplace_back(label, bytes(value));

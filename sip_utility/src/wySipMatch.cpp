@@ -19,14 +19,6 @@ bool byteIsIn(const SipStrStream& stream, unsigned int offset, CharClass charCla
   return isIn(charClass, stream.peek(offset));
 }
 
-unsigned int whiteSpaceLength(const SipStrStream& stream, unsigned int offset) {
-  unsigned int count = 0;
-  while (byteIsIn(stream, checkedSum(offset, count), kWhiteSpace)) {
-    count = checkedSum(count, 1);
-  }
-  return count;
-}
-
 // escaped = "%" HEXDIG HEXDIG
 bool escapeAt(const SipStrStream& stream, unsigned int offset) {
   return byteIs(stream, offset, '%') && byteIsIn(stream, checkedSum(offset, 1), kHexDigit) &&

@@ -133,13 +133,7 @@ WY_SIP_TELURI_TYPE typeOf(int firstByte) {
 // Returns how many bytes to escape at the position before the end of the stream is asked for
 // again: white space is or is not the end as a whole, so a run of it is asked for once.
 unsigned int escapedLength(const SipStrStream& stream) {
-  unsigned int length = 1;
-  if (isIn(kWhiteSpace, stream.peek(0))) {
-    while (isIn(kWhiteSpace, stream.peek(length))) {
-      length = checkedSum(length, 1);
-    }
-  }
-  return length;
+  return std::max(whiteSpaceLength(stream, 0), 1U);
 }
 
 // Makes room for what the rest of the stream becomes: each "%" counts as one to be escaped, a

@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "charClass.h"
 #include "checkedMath.h"
 #include "wySipString.h"
 
@@ -29,6 +30,15 @@ inline bool literalIs(const SipStrStream& stream, unsigned int offset, std::stri
     ++i;
   }
   return true;
+}
+
+// Returns how many blanks and tabs stand at the offset.
+inline unsigned int whiteSpaceLength(const SipStrStream& stream, unsigned int offset) {
+  unsigned int count = 0;
+  while (isIn(kWhiteSpace, stream.peek(checkedSum(offset, count)))) {
+    count = checkedSum(count, 1);
+  }
+  return count;
 }
 
 #endif  // SIPUTILITY_INTERNAL_MATCH_OF_H
