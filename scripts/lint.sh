@@ -4,7 +4,7 @@
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
-scripts/need.sh g++ cmake ninja CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h clang-tidy shellcheck
+scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h clang-tidy shellcheck
 set -x
 scripts/format.sh --dry-run -Werror
 git ls-files -z --cached --others --exclude-standard dev .ci/run '*.sh' | xargs -0 shellcheck

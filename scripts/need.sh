@@ -12,6 +12,7 @@ package_of() {
     CLI/CLI.hpp) echo libcli11-dev ;;
     nlohmann/json.hpp) echo nlohmann-json3-dev ;;
     gtest/gtest.h) echo libgtest-dev ;;
+    zlib.h) echo zlib1g-dev ;;
     sanitizer/asan_interface.h) echo libclang-rt-dev ;;
     *)
       echo "need.sh: unknown probe $1" >&2
@@ -23,7 +24,7 @@ package_of() {
 present() {
   case $1 in
     sanitizer/*) echo "#include <$1>" | clang++ -E -x c++ - ;;
-    */*) echo "#include <$1>" | g++ -E -x c++ - ;;
+    *.h | */*) echo "#include <$1>" | g++ -E -x c++ - ;;
     *) command -v "$1" ;;
   esac >/dev/null 2>&1
 }

@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=${1-dev}
 [ $# -eq 0 ] || shift
-probes=(g++ cmake ninja CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h)
+probes=(g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h)
 case $preset in
   clang) probes+=(clang++) ;;
   sanitize) probes+=(clang++ sanitizer/asan_interface.h) ;;

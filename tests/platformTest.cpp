@@ -1,10 +1,13 @@
 // platformTest.cpp - the host platform, where the library does not show it.
 #include <climits>
+#include <cstdio>
 #include <cstring>
+#include <set>
 
 #include "imsdpl.h"
 #include "imsxml.h"
 #include "libraryTest.h"
+#include "naive.h"
 
 namespace {
 
@@ -43,12 +46,54 @@ TEST_F(PlatformTest, ConvertsNumbers) {
   EXPECT_EQ(0, __atoi(nullptr));
 }
 
-TEST_F(PlatformTest, RemovesAQuoteAtEachEnd) {
+TEST_F(PlatformTest, WritesAddressesAsRecordsThatAreEqualWhereFamilyAndAddressAre) {
+  const auto record = [](const char* text, char before = '#') {
+    std::string bytes(20, before);
+    return wyDplInetPton(bytes.data(), exactCopy(text).get()) == 1 ? bytes : "";
+  };
+  EXPECT_EQ(record("1.2.3.4", '-'), record("1.2.3.4"));
+  EXPECT_EQ(record("::1.2.3.4"), record("0:0:0:0:0:0:0102:0304"));
+  std::set<std::string> records = {""};
+  for (const char* text : {"0.0.0.0", "1.2.3.4", "1.2.3.5", "::", "::1.2.3.4", "1::", "1::1"}) {
+    EXPECT_TRUE(records.insert(record(text)).second) << text;
+  }
+  for (const char* text : {"", "h", "1.2.3", "1.2.3.4 ", "[::1]", "1::2:", ":::", "::1%lo"}) {
+    EXPECT_EQ("", record(text)) << text;
+  }
+}
+
+TEST_F(PlatformTest, QuotesWhatMayNotStandInAUserPartAsFarAsThereIsRoom) {
+  const auto quoted = [](std::string_view text, unsigned int size) {
+    const auto out = std::make_unique<char[]>(size);
+    wyDplStrURIQuote(out.get(), reinterpret_cast<unsigned char*>(exactCopy(text).get()), size);
+    return std::string(out.get());
+  };
+  for (int c = 1; c < 256; ++c) {
+    const std::string text(1, static_cast<char>(c));
+    char escape[4];
+    std::snprintf(escape, sizeof(escape), "%%%02X", static_cast<unsigned int>(c));
+    EXPECT_EQ(naive::consistsOf(text, naive::unreservedAnd("&=+$,;?/:")) ? text : escape,
+              quoted(text, 4));
+    EXPECT_EQ(text, (wyDplStrURIDequote(escape), escape));
+  }
+  EXPECT_EQ("a a%40", quoted("", 1) + quoted("a@b", 4) + ' ' + quoted("a@b", 5));
+}
+
+TEST_F(PlatformTest, DecodesWholeEscapesOnlyAndCutsNoText) {
+  for (const char* row : {" => ", "% => %", "%4 => %4", "%4g%G4 => %4g%G4", "%%41 => %A",
+                          "%2541 => %41", "%00a => %00a", "%e9%E9 => \xE9\xE9"}) {
+    const auto [text, decoded] = sidesOf(row);
+    const auto exact = exactCopy(text);
+    EXPECT_EQ(decoded, (wyDplStrURIDequote(exact.get()), exact.get()));
+  }
+}
+
+TEST_F(PlatformTest, RemovesOnePairOfQuotes) {
   const struct {
     const char* quoted;
     const char* bare;
-  } cases[] = {{"\"a b\"", "a b"}, {"\"a", "a"}, {"a\"", "a"},    {"\"", ""},
-               {"\"\"", ""},       {"", ""},     {"a\"b", "a\"b"}};
+  } cases[] = {{"\"a b\"", "a b"}, {"\"a", "\"a"}, {"a\"", "a\""},   {"\"", "\""},
+               {"\"\"", ""},       {"", ""},       {"a\"b", "a\"b"}, {"\"\"a\"\"", "\"a\""}};
   for (const auto& c : cases) {
     std::string text(c.quoted);
     EXPECT_STREQ(c.bare, XmlCommon::RemoveQuotes(text.data()));

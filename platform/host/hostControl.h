@@ -54,4 +54,15 @@ unsigned long hostFailAllocation(unsigned long n);
 // replaces operator new and wants its failures in the same sequence.
 bool hostMayAllocate();
 
+// Takes the calling thread's framework registry away, its objects stay in it, or gives it back. A
+// thread begins with one.
+void hostSetRegistry(bool present);
+
+// Makes each later SingoConfig::Init() return the result; at first it is 0, success.
+void hostSetInitResult(int result);
+
+// Returns how often SingoConfig::Init() was called, and how many SingoConfig objects there are.
+unsigned long hostInitCalls();
+unsigned long hostLiveConfigs();
+
 #endif  // HOST_CONTROL_H

@@ -1,6 +1,8 @@
 // imsdpl.cpp - the platform layer for desktop hosts, over the C library.
 #include "imsdpl.h"
 
+#include <arpa/inet.h>
+
 #include <atomic>
 #include <charconv>
 #include <climits>
@@ -9,6 +11,7 @@
 #include <cstring>
 
 #include "hostControl.h"
+#include "hostRegistry.h"
 
 namespace {
 
@@ -19,6 +22,8 @@ void* logContext = nullptr;
 void (*memoryHandler)(void*, const HostMemoryEvent&) = nullptr;
 void* memoryContext = nullptr;
 
+void* (*registryOfThread)() = nullptr;
+
 std::atomic<std::size_t> liveBlocks{0};
 std::atomic<unsigned long> allocationsUntilFailure{0};
 
@@ -27,6 +32,30 @@ void* counted(void* block) {
     ++liveBlocks;
   }
   return block;
+}
+
+constexpr std::size_t kAddressRecordSize = 20;
+constexpr std::size_t kEscapeLength = 3;
+
+// Returns whether a byte may stand in a user part as it is; ":" does.
+bool standsInUserPart(unsigned char byte) {
+  const auto within = [byte](char first, char last) { return first <= byte && byte <= last; };
+  return within('0', '9') || within('A', 'Z') || within('a', 'z') ||
+         (byte != 0 && std::strchr("-_.!~*'()&=+$,;?/:", byte) != nullptr);
+}
+
+// Returns the value of a hexadecimal digit, -1 for another byte.
+int hexDigitValue(char c) {
+  const char* const digits = "00112233445566778899AaBbCcDdEeFf";
+  const char* digit = c == '\0' ? nullptr : std::strchr(digits, c);
+  return digit == nullptr ? -1 : static_cast<int>(digit - digits) / 2;
+}
+
+// Returns the byte that an escape stands for, 0 where there is none to decode.
+char decodedEscape(const char* text) {
+  const int high = text[0] == '%' ? hexDigitValue(text[1]) : -1;
+  const int low = high == -1 ? -1 : hexDigitValue(text[2]);
+  return low == -1 ? '\0' : static_cast<char>(high << 4 | low);
 }
 
 }  // namespace
@@ -40,6 +69,8 @@ void hostSetMemoryHandler(void (*handler)(void*, const HostMemoryEvent&), void* 
   memoryHandler = handler;
   memoryContext = context;
 }
+
+void hostInstallRegistry(void* (*function)()) { registryOfThread = function; }
 
 std::size_t hostLiveBlocks() { return liveBlocks; }
 
@@ -99,6 +130,55 @@ char* __itoaL(long value, char* text, int base) {
   text[length] = '\0';
   return text;
 }
+
+int wyDplInetPton(void* record, const char* cstr) {
+  if (cstr == nullptr) {
+    return 0;
+  }
+  unsigned char bytes[kAddressRecordSize] = {};
+  const int family = std::strchr(cstr, ':') == nullptr ? AF_INET : AF_INET6;
+  bytes[0] = static_cast<unsigned char>(family);
+  if (inet_pton(family, cstr, bytes + 1) != 1) {
+    return 0;
+  }
+  std::memcpy(record, bytes, sizeof(bytes));
+  return 1;
+}
+
+void wyDplStrURIQuote(char* out, unsigned char* in, unsigned int outSize) {
+  if (outSize == 0) {
+    return;
+  }
+  const char* const digits = "0123456789ABCDEF";
+  std::size_t room = outSize - 1;
+  for (; *in != 0; ++in) {
+    const std::size_t needed = standsInUserPart(*in) ? 1 : kEscapeLength;
+    if (needed > room) {
+      break;
+    }
+    room -= needed;
+    if (needed == 1) {
+      *out++ = static_cast<char>(*in);
+    } else {
+      *out++ = '%';
+      *out++ = digits[*in >> 4U];
+      *out++ = digits[*in & 0xFU];
+    }
+  }
+  *out = '\0';
+}
+
+void wyDplStrURIDequote(char* text) {
+  char* out = text;
+  while (*text != '\0') {
+    const char decoded = decodedEscape(text);
+    *out++ = decoded == '\0' ? *text : decoded;
+    text += decoded == '\0' ? 1 : kEscapeLength;
+  }
+  *out = '\0';
+}
+
+void* wyDplTlsGet() { return registryOfThread == nullptr ? nullptr : registryOfThread(); }
 
 void wyLogModuleEventSimple(int level, int moduleId, const char* sourceFile, int line,
                             const char* format, uintptr_t a1, uintptr_t a2, uintptr_t a3) {

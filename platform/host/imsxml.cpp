@@ -7,13 +7,10 @@ char* XmlCommon::RemoveQuotes(char* text) {
   if (text == nullptr) {
     return nullptr;
   }
-  std::size_t length = std::strlen(text);
-  if (length != 0 && text[0] == '"') {
-    std::memmove(text, text + 1, length);
-    --length;
-  }
-  if (length != 0 && text[length - 1] == '"') {
+  const std::size_t length = std::strlen(text);
+  if (length >= 2 && text[0] == '"' && text[length - 1] == '"') {
     text[length - 1] = '\0';
+    std::memmove(text, text + 1, length - 1);
   }
   return text;
 }

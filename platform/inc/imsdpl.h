@@ -42,6 +42,24 @@ int __atoi(const char* cstr);
 // Requires: room in text for all digits of value, the sign and the zero.
 char* __itoaL(long value, char* text, int base);
 
+// Writes an IPv4 or IPv6 address text (RFC 3986: no brackets, no zone) as a record of 20 bytes,
+// every one of them defined. Records are equal, byte for byte, when family and address are.
+// Returns 1, or 0 for any other text; the record is then undefined.
+int wyDplInetPton(void* record, const char* cstr);
+
+// Writes the zero-terminated bytes of in to out, those that may not stand in the user part of a
+// URI as "%" and two upper-case hexadecimal digits. Letters, digits and ":" stay as they are.
+// Writes at most outSize bytes, the terminating zero included, and stops in front of the first
+// byte or escape that does not fit.
+void wyDplStrURIQuote(char* out, unsigned char* in, unsigned int outSize);
+
+// Decodes each "%" with two hexadecimal digits of a zero-terminated text, in place. The text
+// never grows, and a "%00" stays as it is.
+void wyDplStrURIDequote(char* text);
+
+// Returns the framework registry of the calling thread, a Globals; null for a thread without one.
+void* wyDplTlsGet();
+
 // Writes one line to the module log. The format is printf's with at most three arguments, each
 // handed over as a machine word; missing ones are 0. The texts are read before the call returns.
 void wyLogModuleEventSimple(int level, int moduleId, const char* sourceFile, int line,

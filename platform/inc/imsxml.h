@@ -7,8 +7,8 @@
 // Text helpers of the XML library.
 class XmlCommon {
  public:
-  // Strips the double quotes that enclose a zero-terminated text, in place: a quote at the start
-  // and a quote at the end go, each on its own. Returns text; null for null.
+  // Strips one pair of double quotes that encloses a zero-terminated text, in place; a quote at
+  // one end only stays. Returns text; null for null.
   static char* RemoveQuotes(char* text);
 };
 

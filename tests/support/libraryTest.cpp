@@ -41,8 +41,23 @@ std::string failureLine(std::string_view source, std::string_view text) {
   return logLine(4, 6054, source, text);
 }
 
+std::string severeLine(std::string_view source, std::string_view text) {
+  return logLine(5, 6054, source, text);
+}
+
 std::string traceLine(std::string_view source, std::string_view text) {
   return logLine(3, 6054, source, text);
+}
+
+std::pair<std::string, std::string> sidesOf(const std::string& row) {
+  const std::size_t left = row.find(" => ");
+  return {row.substr(0, left), row.substr(left + 4)};
+}
+
+std::unique_ptr<char[]> exactCopy(std::string_view text) {
+  auto copy = std::make_unique<char[]>(text.size() + 1);
+  text.copy(copy.get(), text.size());
+  return copy;
 }
 
 LibraryTest::LibraryTest() {
@@ -84,3 +99,17 @@ LibraryTest::~LibraryTest() {
 Lines LibraryTest::takeLog() { return std::exchange(log_, {}); }
 
 Lines LibraryTest::takeAssertions() { return std::exchange(assertions_, {}); }
+
+std::string LibraryTest::takeTexts(const std::string& source, const std::string& beginning,
+                                   char level) {
+  const std::string head = " 6054 " + source + " | ";
+  std::string texts;
+  for (const std::string& line : takeLog()) {
+    if (line[0] >= level && line.compare(1, head.size(), head) == 0) {
+      const std::string text = line.substr(1 + head.size());
+      const bool begins = text.compare(0, beginning.size(), beginning) == 0;
+      texts += line[0] + (begins ? text.substr(beginning.size()) : ' ' + text) + '\n';
+    }
+  }
+  return texts;
+}

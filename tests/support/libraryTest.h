@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "hostControl.h"
@@ -23,6 +26,10 @@ class LibraryTest : public testing::Test {
 
   // Returns the log lines since the last call, each as `level module source | text`.
   Lines takeLog();
+
+  // Returns those lines of a source and level, or of a higher one, as `level` and text: this
+  // beginning left out, a blank in front of a text without it.
+  std::string takeTexts(const std::string& source, const std::string& beginning, char level);
 
   // Returns the sources of the failed assertions since the last call.
   Lines takeAssertions();
@@ -50,15 +57,40 @@ class LibraryTest : public testing::Test {
     }
   }
 
+  // Does so with an operation that returns a text. Expects these results, the last one where no
+  // allocation fails, and these lines among others.
+  template <typename Operation>
+  void sweepAllocations(const Operation& operation, const Lines& results, const Lines& lines) {
+    std::set<std::string> given;
+    std::string last;
+    const Lines log = sweepAllocations([&] {
+      given.insert(last = operation());
+      return VARN_OK;
+    });
+    EXPECT_EQ(results.back(), last);
+    EXPECT_EQ(std::set<std::string>(results.begin(), results.end()), given);
+    for (const std::string& line : lines) {
+      EXPECT_NE(log.end(), std::find(log.begin(), log.end(), line)) << line;
+    }
+  }
+
  private:
   Lines log_;
   Lines assertions_;
   std::map<const void*, int> recorded_;
 };
 
-// Returns the line of a failure (level 4) or a trace (level 3) of the library, as takeLog() does.
+// Returns the line of a failure (level 4), of one for want of memory (level 5) or of a trace
+// (level 3) of the library, as takeLog() does.
 std::string failureLine(std::string_view source, std::string_view text);
+std::string severeLine(std::string_view source, std::string_view text);
 std::string traceLine(std::string_view source, std::string_view text);
+
+// Returns the two sides of a row `left => right`.
+std::pair<std::string, std::string> sidesOf(const std::string& row);
+
+// Returns a copy of a text in a block of just its size, terminator included.
+std::unique_ptr<char[]> exactCopy(std::string_view text);
 
 // Returns the content of a string, zero bytes included.
 inline std::string content(const SipString& text) { return {text.c_str(), text.length()}; }

@@ -198,6 +198,28 @@ inline std::size_t ipv6(std::string_view text) {
   return !begins || rest == kNoAddress ? 0 : first + rest;
 }
 
+// The first (number modulo 256) elements of a list, each in turn exchanged with the last smaller
+// one behind it, and the others.
+inline std::string onePass(std::string list) {
+  Lines elements;
+  list += ';';
+  for (std::size_t end = 0; (end = list.find(';')) != list.npos; list.erase(0, end + 1)) {
+    elements.push_back(list.substr(0, end));
+  }
+  const std::size_t count = elements.size() % 256;
+  for (std::size_t i = 0; i < count; ++i) {
+    std::size_t j = count - 1;
+    while (j > i && elements[j] >= elements[i]) {
+      --j;
+    }
+    elements[i].swap(elements[j]);
+  }
+  for (const std::string& element : elements) {
+    list += ';' + element;
+  }
+  return list.substr(1);
+}
+
 }  // namespace naive
 
 #endif  // TESTS_SUPPORT_NAIVE_H
