@@ -431,7 +431,7 @@ bool SipAddress::refusesChange(const char* message, int line) {
   if (!isWildcard()) {
     return false;
   }
-  logFailure(kSourceFile, message, 0, line);
+  logFailure(kSourceFile, message, 0, 0, line);
   storeCode(VARN_INVALID_INPUT);
   return true;
 }

@@ -1,6 +1,6 @@
-// checkedMath.h - sums and differences of 32-bit lengths, positions and offsets.
+// checkedMath.h - sums, differences and products of 32-bit lengths, positions and offsets.
 //
-// A sum that wraps or a difference below zero ends the process (failStopArithmetic).
+// A sum or product that wraps or a difference below zero ends the process (failStopArithmetic).
 #ifndef SIPUTILITY_INTERNAL_CHECKED_MATH_H
 #define SIPUTILITY_INTERNAL_CHECKED_MATH_H
 
@@ -28,6 +28,15 @@ inline unsigned int checkedDifference(unsigned int a, unsigned int b) {
     failStopArithmetic();
   }
   return a - b;
+}
+
+// Returns a * b.
+inline unsigned int checkedProduct(unsigned int a, unsigned int b) {
+  unsigned int product = 0;
+  if (__builtin_mul_overflow(a, b, &product)) {
+    failStopArithmetic();
+  }
+  return product;
 }
 
 // Returns a byte count of the host as a 32-bit length.

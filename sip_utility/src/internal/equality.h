@@ -18,17 +18,12 @@ inline std::string_view view(const SipString& text) { return {text.c_str(), text
 inline bool equal(const SipString& a, std::string_view b) { return view(a) == b; }
 
 // Returns whether both texts are the same, ASCII letters compared without regard to case.
+inline bool equalIgnoringCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return foldCase(x) == foldCase(y); });
+}
 inline bool equalIgnoringCase(const SipString& text, std::string_view other) {
-  const std::string_view own = view(text);
-  if (own.size() != other.size()) {
-    return false;
-  }
-  for (std::size_t i = 0; i < own.size(); ++i) {
-    if (foldCase(own[i]) != foldCase(other[i])) {
-      return false;
-    }
-  }
-  return true;
+  return equalIgnoringCase(view(text), other);
 }
 
 // Returns whether a comes before b: byte by byte as unsigned ones, ASCII letters without regard

@@ -13,11 +13,15 @@
 enum LogLevel {
   kTrace = 3,    // a trace, or a grammar rule that did not match
   kFailure = 4,  // bad input, failed parse, refused change
+  kSevere = 5,   // an allocation failed in a free function or a body part, or the start-up did
 };
 
 enum LogModule {
   kModuleCopyGuard = 6052,
+  kModuleFramework = 6053,
   kModuleLibrary = 6054,
+  kModuleInflate = 6062,
+  kModuleDeflate = 6068,
 };
 
 constexpr int kMemoryCategory = 2;
@@ -32,7 +36,8 @@ class LogTape {
   LogTape(const LogTape&) = delete;
   LogTape& operator=(const LogTape&) = delete;
 
-  // Begins and ends recording. The texts of format and source live as long as the tape.
+  // Begins and ends recording. The texts of format, source and arguments live as long as the
+  // tape.
   void record() { recording_ = this; }
   void stop() { recording_ = nullptr; }
 
@@ -41,7 +46,7 @@ class LogTape {
 
  private:
   friend void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
-                       const char* format, uintptr_t a1);
+                       const char* format, uintptr_t a1, uintptr_t a2);
 
   struct Line {
     LogLevel level;
@@ -50,6 +55,7 @@ class LogTape {
     int line;
     const char* format;
     uintptr_t a1;
+    uintptr_t a2;
   };
 
   void add(const Line& line) {
@@ -69,31 +75,39 @@ class LogTape {
 
 // Writes one line to the module log.
 inline void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
-                     const char* format, uintptr_t a1 = 0) {
+                     const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0) {
   if (LogTape::recording_ != nullptr) {
-    LogTape::recording_->add({level, module, sourceFile, line, format, a1});
+    LogTape::recording_->add({level, module, sourceFile, line, format, a1, a2});
   }
-  wyLogModuleEventSimple(level, module, sourceFile, line, format, a1, 0, 0);
+  wyLogModuleEventSimple(level, module, sourceFile, line, format, a1, a2, 0);
 }
 
 inline void LogTape::replay() const {
   for (std::size_t i = 0; i < count_; ++i) {
     const Line& each = lines_[i];
-    logEvent(each.level, each.module, each.sourceFile, each.line, each.format, each.a1);
+    logEvent(each.level, each.module, each.sourceFile, each.line, each.format, each.a1, each.a2);
   }
 }
 
 // Logs a failure of the library.
 inline void logFailure(const char* sourceFile, const char* format, uintptr_t a1 = 0,
-                       int line = __builtin_LINE()) {
-  logEvent(kFailure, kModuleLibrary, sourceFile, line, format, a1);
+                       uintptr_t a2 = 0, int line = __builtin_LINE()) {
+  logEvent(kFailure, kModuleLibrary, sourceFile, line, format, a1, a2);
 }
 
 // Logs a trace of the library.
-inline void logTrace(const char* sourceFile, const char* format, uintptr_t a1 = 0,
+inline void logTrace(const char* sourceFile, const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0,
                      int line = __builtin_LINE()) {
-  logEvent(kTrace, kModuleLibrary, sourceFile, line, format, a1);
+  logEvent(kTrace, kModuleLibrary, sourceFile, line, format, a1, a2);
 }
+
+// Logs a failure of the platform below: no memory, no registry.
+inline void logSevere(const char* sourceFile, const char* format, int line = __builtin_LINE()) {
+  logEvent(kSevere, kModuleLibrary, sourceFile, line, format);
+}
+
+// Returns a pointer as an argument of a log line; for a %s it points to zero-terminated text.
+inline uintptr_t logArgument(const void* pointer) { return reinterpret_cast<uintptr_t>(pointer); }
 
 // Records a block or object after its allocation.
 inline void recordBlock(const char* sourceFile, const void* pointer, std::size_t size,

@@ -5,18 +5,13 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <new>
 
-#include "log.h"
+#include "recorded.h"
 #include "wySipParam.h"
 
 // Returns a recorded node, first on the chain with this head; null without memory.
 inline SipParam* newParam(SipParam** head, const char* sourceFile) {
-  auto* param = new (std::nothrow) SipParam(head);
-  if (param != nullptr) {
-    recordBlock(sourceFile, param, sizeof(SipParam));
-  }
-  return param;
+  return newRecorded<SipParam>(sourceFile, head);
 }
 
 // Tells a list that keeps an index over its nodes when one of them may have left the chain or
@@ -83,8 +78,7 @@ class ParamListChange {
 // Deletes a recorded node of the list, which takes it off its chain.
 inline void deleteParam(SipParam* param, const SipParamList* list) {
   const ParamListChange change(list);
-  forgetBlock(param);
-  delete param;
+  deleteRecorded(param);
 }
 
 #endif  // SIPUTILITY_INTERNAL_PARAM_NODE_H

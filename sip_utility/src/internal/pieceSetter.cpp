@@ -7,26 +7,26 @@ VARN_EXCEPTION_CODES replacePiece(SipString& piece, const SipString& value, SipM
                                   const PieceMessages& messages, const char* sourceFile, int line) {
   SipLWSStrStream stream(value);
   if (!stream.valid()) {
-    logFailure(sourceFile, messages.stream, 0, line);
+    logFailure(sourceFile, messages.stream, 0, 0, line);
     return VARN_RESOURCE_FAILURE;
   }
   const unsigned int length = rule.match(stream, 0);
   if (length == 0) {
-    logFailure(sourceFile, messages.parsing, 0, line);
+    logFailure(sourceFile, messages.parsing, 0, 0, line);
     return VARN_INVALID_INPUT;
   }
   SipString taken;
   if (stream.get(length, taken) != VARN_OK) {
-    logFailure(sourceFile, messages.get, 0, line);
+    logFailure(sourceFile, messages.get, 0, 0, line);
     return VARN_RESOURCE_FAILURE;
   }
   if (!stream.done()) {
-    logFailure(sourceFile, messages.trailing, 0, line);
+    logFailure(sourceFile, messages.trailing, 0, 0, line);
     return VARN_INVALID_INPUT;
   }
   // With the room there, the assignment cannot fail and take the old piece with it.
   if (piece.reserve(taken.length()) != VARN_OK) {
-    logFailure(sourceFile, messages.assignment, 0, line);
+    logFailure(sourceFile, messages.assignment, 0, 0, line);
     return VARN_RESOURCE_FAILURE;
   }
   piece = taken;

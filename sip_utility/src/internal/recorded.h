@@ -1,0 +1,41 @@
+// recorded.h - objects that the memory log knows from their making to their deletion.
+#ifndef SIPUTILITY_INTERNAL_RECORDED_H
+#define SIPUTILITY_INTERNAL_RECORDED_H
+
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "log.h"
+
+// Returns a recorded object made from the arguments; null without memory.
+template <typename Object, typename... Arguments>
+Object* newRecorded(const char* sourceFile, Arguments&&... arguments) {
+  auto* object = new (std::nothrow) Object(std::forward<Arguments>(arguments)...);
+  if (object != nullptr) {
+    recordBlock(sourceFile, object, sizeof(Object));
+  }
+  return object;
+}
+
+// Takes an object off the record and deletes it; does nothing for null.
+template <typename Object>
+void deleteRecorded(Object* object) {
+  if (object != nullptr) {
+    forgetBlock(object);
+    delete object;
+  }
+}
+
+struct RecordedDelete {
+  template <typename Object>
+  void operator()(Object* object) const {
+    deleteRecorded(object);
+  }
+};
+
+// Owns a recorded object, or nothing.
+template <typename Object>
+using Recorded = std::unique_ptr<Object, RecordedDelete>;
+
+#endif  // SIPUTILITY_INTERNAL_RECORDED_H
