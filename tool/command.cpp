@@ -39,12 +39,29 @@ void addOutputOptions(CLI::App& parser, bool& json, bool& verbose) {
   parser.add_flag("-v,--verbose", verbose, "Show everything the library logs");
 }
 
-void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
-                    std::string (*check)(const Edit& edit)) {
+void takeRest(const CLI::App& parser, std::vector<std::string>& texts, std::size_t most) {
+  bool optionsEnd = false;
+  for (const std::string& text : parser.remaining()) {
+    if (!optionsEnd && text == "--") {
+      optionsEnd = true;
+    } else if (texts.size() == most || (!optionsEnd && text.size() > 1 && text[0] == '-')) {
+      throw CLI::ExtrasError({text});
+    } else {
+      texts.push_back(text);
+    }
+  }
+}
+
+void addTextArgument(CLI::App& parser, Options& options) {
   parser.add_option("TEXT", options.text, "The text; - reads one from each line of standard input")
       ->required()
       ->type_name("");
   addOutputOptions(parser, options.json, options.verbose);
+}
+
+void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
+                    std::string (*check)(const Edit& edit)) {
+  addTextArgument(parser, options);
   const auto takeSet = [&options, pieces, check](const std::string& text) {
     const Edit edit = makeEdit(Edit::Kind::kSet, text);
     const bool known = std::find(pieces.begin(), pieces.end(), edit.name) != pieces.end();

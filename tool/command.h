@@ -32,6 +32,14 @@ struct Options {
 // Adds --json and -v to the parser of a command.
 void addOutputOptions(CLI::App& parser, bool& json, bool& verbose);
 
+// Takes what follows the first texts, "--" and its effect included; throws for an option that there
+// is not and for more than most texts. For parsers that allow extras: an option that takes any
+// number of texts splits "[a,b]" in two, and calls itself for each "[".
+void takeRest(const CLI::App& parser, std::vector<std::string>& texts, std::size_t most);
+
+// Adds TEXT, --json and -v to the parser of a command on one text.
+void addTextArgument(CLI::App& parser, Options& options);
+
 // Adds the options of a command on one text: TEXT, --json, -v, --set, --param and --remove-param.
 // --set takes the given piece names; the check looks at its value and returns what a right one
 // would be, or "".
@@ -58,5 +66,9 @@ std::function<int()> prepareAddress(CLI::App& parser);
 std::function<int()> prepareTel(CLI::App& parser);
 std::function<int()> prepareHeader(CLI::App& parser);
 std::function<int()> prepareMessage(CLI::App& parser);
+std::function<int()> prepareVia(CLI::App& parser);
+
+// For each of the commands compare, feature-tag, host, imei, max-q, quote and sort.
+std::function<int()> preparePlainText(CLI::App& parser);
 
 #endif  // TOOL_COMMAND_H

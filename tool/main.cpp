@@ -11,6 +11,14 @@ const Command kCommands[] = {
     {"tel", "Take a tel address apart, edit it and turn it into a SIP address", prepareTel},
     {"header", "Take a header field apart, edit it and write it back", prepareHeader},
     {"message", "Show whole SIP messages and what is wrong with them", prepareMessage},
+    {"via", "Reduce the value of a Via header field to its sent-by", prepareVia},
+    {"compare", "Tell whether two SIP URIs have the same user, port and host", preparePlainText},
+    {"host", "Tell what kind of address a host is", preparePlainText},
+    {"quote", "Percent-encode the user-info of SIP URIs or lists of them", preparePlainText},
+    {"feature-tag", "Percent-encode the colons of a quoted feature-tag value", preparePlainText},
+    {"sort", "Order a list separated by semicolons, in one pass", preparePlainText},
+    {"max-q", "Find the highest of q-values that all differ", preparePlainText},
+    {"imei", "Write the digits of an IMEI in groups", preparePlainText},
 };
 
 int run(int argc, char** argv) {

@@ -1,5 +1,6 @@
 // messageCommand.cpp - siputil message: shows whole SIP messages and what is wrong with them.
 #include <algorithm>
+#include <cstdint>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -11,6 +12,7 @@
 #include "fields.h"
 #include "message.h"
 #include "progress.h"
+#include "via.h"
 
 namespace {
 
@@ -73,11 +75,16 @@ class MessagePrinter {
   // One field as the library sees it.
   struct ReadField {
     explicit ReadField(const Field& field)
-        : header(sipString(field.name), sipString(field.value)), code(header.GetLastErrorCode()) {}
+        : header(sipString(field.name), sipString(field.value)),
+          code(header.GetLastErrorCode()),
+          isVia(code == VARN_OK && sameIgnoringCase(trimmed(field.name), "Via")),
+          sentBy(isVia ? sentByUri(field.value) : "") {}
 
     Diagnostics diagnostics;
     SipHeader header;
     VARN_EXCEPTION_CODES code;
+    bool isVia;          // and accepted
+    std::string sentBy;  // of a Via; "" where it cannot be reduced
   };
 
   void count(const ReadField& read) {
@@ -97,6 +104,9 @@ class MessagePrinter {
       count(read);
       if (isWanted(field, options_.only)) {
         nlohmann::ordered_json header = toJson(read.header, read.code);
+        if (read.isVia) {
+          header["sentBy"] = read.sentBy.empty() ? nullptr : nlohmann::ordered_json(read.sentBy);
+        }
         header["diagnostics"] = read.diagnostics.toJson();
         object["headers"].push_back(header);
       }
@@ -156,6 +166,9 @@ class MessagePrinter {
                 << printable(bytes(param->getValue())) << '\n';
     }
     printIndented(aligned(addressPieces(header), false), indent);
+    if (!read.sentBy.empty()) {
+      std::cout << indent << "sent by  " << printable(read.sentBy) << '\n';
+    }
   }
 
   static void printBody(std::string_view body) {
@@ -236,10 +249,16 @@ std::function<int()> prepareMessage(CLI::App& parser) {
   const auto options = std::make_shared<MessageOptions>();
   options->files = {"-"};
   parser.add_option("FILE", options->files, "Files with messages; - or none is standard input")
-      ->type_name("");
+      ->type_name("")
+      ->expected(1)
+      ->allow_extra_args(false);
+  parser.allow_extras();
   addOutputOptions(parser, options->json, options->verbose);
   parser.add_option("--only", options->only, "Show these header fields alone; may be repeated")
       ->type_name("NAME")
       ->allow_extra_args(false);
-  return [options] { return run(*options); };
+  return [options, &parser] {
+    takeRest(parser, options->files, SIZE_MAX);
+    return run(*options);
+  };
 }

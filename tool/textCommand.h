@@ -63,6 +63,21 @@ struct Result {
   std::function<Pieces()> lines;                 // for one text alone
 };
 
+// Shows on standard error why a text was refused, the place in front of each line, or all that was
+// logged. Returns the exit status.
+inline int report(const Result& result, const Options& options, const Diagnostics& diagnostics,
+                  const std::string& place) {
+  if (!result.reason.empty()) {
+    std::cerr << "siputil: " << place << result.reason << '\n';
+  } else if (result.code != VARN_OK && !(options.verbose && diagnostics.hasFailure())) {
+    diagnostics.printReasons(place, result.code);
+  }
+  if (options.verbose) {
+    diagnostics.printAll(place);
+  }
+  return result.code == VARN_OK ? kAccepted : kRefused;
+}
+
 // Shows the result on standard output, why a text was refused on standard error, and returns the
 // exit status.
 inline int show(const Result& result, const Options& options, const Diagnostics& diagnostics,
@@ -79,16 +94,8 @@ inline int show(const Result& result, const Options& options, const Diagnostics&
   } else {
     std::cout << aligned(result.lines(), colourWanted());
   }
-  const std::string place = line == 0 ? "" : "line " + std::to_string(line) + ": ";
-  if (!result.reason.empty()) {
-    std::cerr << "siputil: " << place << result.reason << '\n';
-  } else if (result.code != VARN_OK && !(options.verbose && diagnostics.hasFailure())) {
-    diagnostics.printReasons(place, result.code);
-  }
-  if (options.verbose) {
-    diagnostics.printAll(place);
-  }
-  return result.code == VARN_OK ? kAccepted : kRefused;
+  return report(result, options, diagnostics,
+                line == 0 ? "" : "line " + std::to_string(line) + ": ");
 }
 
 // Returns what runs a command on each of its texts; the options live as long.

@@ -1,0 +1,72 @@
+// via.cpp - siputil via: what the value of a Via header field reduces to.
+#include "via.h"
+
+#include <memory>
+
+#include "imsdpl.h"
+#include "textCommand.h"
+#include "wySipUtils.h"
+
+namespace {
+
+constexpr int kMemoryCategory = 2;
+
+// Deletes an object that a function of the library gave away.
+struct Deleter {
+  template <typename Object>
+  void operator()(Object* object) const {
+    pzmemlog_remove(kMemoryCategory, object);
+    delete object;
+  }
+};
+
+// Returns an object as JSON, null for none.
+template <typename Object>
+nlohmann::ordered_json jsonOrNull(const std::unique_ptr<Object, Deleter>& object) {
+  return object == nullptr ? nullptr : toJson(*object, VARN_OK);
+}
+
+int runOn(const Options& options, const std::string& text, unsigned long line) {
+  const Diagnostics diagnostics;
+  const std::unique_ptr<SipAddress, Deleter> address(ParseViaHeaderToAdress(text.c_str()));
+  const std::unique_ptr<SipHeader, Deleter> header(ParseViaHeaderToHeader(text.c_str()));
+  const bool accepted = address != nullptr && header != nullptr;
+  Result result;
+  result.code = accepted ? VARN_OK : VARN_INVALID_INPUT;
+  result.json = [&] {
+    nlohmann::ordered_json object;
+    object["ok"] = accepted;
+    object["sentBy"] = jsonOrNull(address);
+    object["header"] = jsonOrNull(header);
+    return object;
+  };
+  const auto reductions = [&](const std::string& indent) {
+    Pieces shown = with({}, "sent by", address->getURI());
+    for (const auto& [label, value] : pieces(*address)) {
+      shown.emplace_back(indent + label, value);
+    }
+    shown.emplace_back("header", bytes(header->toString()));
+    for (const auto& [label, value] : pieces(*header)) {
+      shown.emplace_back(indent + label, value);
+    }
+    return shown;
+  };
+  result.line = [&] { return reductions(""); };
+  result.lines = [&] { return reductions("  "); };
+  return show(result, options, diagnostics, line);
+}
+
+}  // namespace
+
+std::string sentByUri(const std::string& via) {
+  const Diagnostics unheard;
+  const std::unique_ptr<SipAddress, Deleter> address(ParseViaHeaderToAdress(via.c_str()));
+  return address == nullptr ? std::string() : std::string(bytes(address->getURI()));
+}
+
+std::function<int()> prepareVia(CLI::App& parser) {
+  const auto options = std::make_shared<Options>();
+  addTextArgument(parser, *options);
+  parser.footer("Example: siputil via 'SIP/2.0/UDP 10.0.0.1:5060;branch=z9hG4bK1'");
+  return runOnEachText<Options>(options, runOn);
+}
