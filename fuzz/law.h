@@ -1,0 +1,82 @@
+// law.h - what the fuzz targets share: their input cut into texts, and laws that end the process.
+#ifndef FUZZ_LAW_H
+#define FUZZ_LAW_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "hostControl.h"
+#include "imsdpl.h"
+
+// Longer inputs find nothing that these do not, and the quadratic targets crawl on them.
+constexpr std::size_t kLongestInput = 4096;
+
+// A zero-terminated text in a block of exactly its size, so that one byte too far is seen.
+using Text = std::unique_ptr<char[]>;
+
+// Returns a copy of a text up to its first zero byte.
+inline Text copyOf(std::string_view text) {
+  const std::size_t length = std::min(text.find('\0'), text.size());
+  Text copy(new char[length + 1]);
+  copy[text.copy(copy.get(), length)] = '\0';
+  return copy;
+}
+
+// Returns the arguments that an input holds, one a line; at least two, "" for those it has not.
+inline std::vector<Text> argumentsOf(const uint8_t* data, std::size_t size) {
+  std::string_view rest(reinterpret_cast<const char*>(data), std::min(size, kLongestInput));
+  std::vector<Text> arguments;
+  while (!rest.empty() || arguments.size() < 2) {
+    const std::size_t length = std::min(rest.find('\n'), rest.size());
+    arguments.push_back(copyOf(rest.substr(0, length)));
+    rest.remove_prefix(std::min(length + 1, rest.size()));
+  }
+  return arguments;
+}
+
+// Ends the process, both texts printed, where a law does not hold.
+inline void require(bool holds, const char* law, std::string_view a, std::string_view b) {
+  if (!holds) {
+    static_cast<void>(std::fprintf(stderr, "broken law: %s\n<%.*s>\n<%.*s>\n", law,
+                                   static_cast<int>(a.size()), a.data(), static_cast<int>(b.size()),
+                                   b.data()));
+    std::abort();
+  }
+}
+
+struct PlatformFree {
+  void operator()(void* block) const { __free(block); }
+};
+
+// A text that the library gave away.
+using GivenText = std::unique_ptr<char, PlatformFree>;
+
+// Returns a given text; the other one for null.
+inline std::string taken(char* given, const std::string& other) {
+  const GivenText owner(given);
+  return given == nullptr ? other : given;
+}
+
+// Calls check(text, next) for each argument and the one behind it, then checkAll(arguments).
+// Nothing may be left behind.
+template <typename Check, typename CheckAll>
+void checkArguments(const uint8_t* data, std::size_t size, Check check, CheckAll checkAll) {
+  const std::size_t before = hostLiveBlocks();
+  const std::vector<Text> arguments = argumentsOf(data, size);
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    check(arguments[i].get(), arguments[(i + 1) % arguments.size()].get());
+  }
+  checkAll(arguments);
+  require(before == hostLiveBlocks(), "no block is left behind", arguments[0].get(),
+          arguments[1].get());
+}
+
+#endif  // FUZZ_LAW_H
