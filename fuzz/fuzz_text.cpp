@@ -46,8 +46,12 @@ void checkLists(const std::vector<Text>& arguments) {
   const auto count = static_cast<unsigned char>(std::min<std::size_t>(values.size(), 255));
   const unsigned char index = ValidateAndGetMaxQValue(values.data(), count);
   require(index < count || index == 255, "an index of the list", values[0], values[1]);
-  require(index == 255 || std::atof(values[index]) >= std::atof(values[0]), "the highest",
-          values[0], values[index % count]);
+  const char* const highest = values[index % count];
+  const bool digits =  // behind "0." anything counts, and is cut at the first that is no digit
+      (std::string_view(values[0]).find_first_not_of("0123456789", 2) &
+       std::string_view(highest).find_first_not_of("0123456789", 2)) == std::string_view::npos;
+  require(index == 255 || !digits || std::atof(highest) >= std::atof(values[0]), "the highest",
+          values[0], highest);
   values.push_back(nullptr);
   require(wySipCheckIfHeaderValuePresent(values.data(), values[1], index % 2) == 1, "present",
           values[0], values[1]);

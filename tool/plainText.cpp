@@ -64,7 +64,8 @@ Answer featureTag(Texts& texts) {
 
 Answer sort(Texts& texts) {
   char* list = texts[0].data();
-  return {wySortCommaSepStrings(&list) == 1, texts[0].c_str(), ""};
+  const bool ordered = wySortCommaSepStrings(&list) == 1;
+  return {ordered, texts[0], ""};
 }
 
 Answer maxQ(Texts& texts) {
