@@ -189,6 +189,23 @@ TEST_F(SipHeaderTest, KeepsTheTextOfItsValueWhereOnlyItsNameChanges) {
   EXPECT_EQ(text, header.getHeaderValue().c_str());
 }
 
+TEST_F(SipHeaderTest, TellsWantOfMemoryInABracketFromARefusal) {
+  for (const char* cstr : {"\"B\" <sip:a@b.test>;q=1", "<tel:+1;ext=1>", "a <http:b>"}) {
+    SCOPED_TRACE(cstr);
+    const SipString name("Contact");
+    const SipString text(cstr);
+    sweepAllocations([&] {
+      SipHeader header(name, text);
+      const VARN_EXCEPTION_CODES code = header.GetLastErrorCode();
+      const unsigned long order = hostFailAllocation(0);
+      EXPECT_TRUE(code != VARN_OK || content(header.getHeaderValue()) == cstr);
+      hostFailAllocation(order);
+      EXPECT_NE(VARN_INVALID_INPUT, code);
+      return code;
+    });
+  }
+}
+
 TEST_F(SipHeaderTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
   std::set<std::string> log;
   const auto sweep = [&](const auto& operation) {

@@ -3,6 +3,6 @@
 #define HOST_REGISTRY_H
 
 // Has wyDplTlsGet() ask this function. To be called while the program starts.
-void hostInstallRegistry(void* (*registryOfThread)());
+void hostInstallRegistry(void* (*function)());
 
 #endif  // HOST_REGISTRY_H

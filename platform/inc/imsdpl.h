@@ -19,11 +19,11 @@
 // NOLINTBEGIN(bugprone-reserved-identifier): the handset's names.
 extern "C" {
 
-// Allocates size bytes, uninitialised. Returns null on failure. Owns: the caller, until __free.
+// Allocates size bytes, uninitialised; also 0 bytes give a block. Returns null on failure. Owns: the caller, until __free.
 void* __malloc(size_t size);
 
-// Allocates count elements of size bytes each, all zero. Returns null on failure, also where
-// count * size does not fit a size_t. Owns: the caller, until __free.
+// Allocates count elements of size bytes each, all zero; also 0 bytes give a block. Returns null
+// on failure, also where count * size does not fit a size_t. Owns: the caller, until __free.
 void* __calloc(size_t count, size_t size);
 
 // Frees a block of this layer; does nothing for null.

@@ -71,12 +71,11 @@ SIPUTILITY_EXPORT int wySipCheckIfHeaderValuePresent(char** values, char* value,
 SIPUTILITY_EXPORT unsigned int wyAtoi32(const char* text);
 
 // Expands gzip data: input[0, length), to at most 60 times its length. Data whose end is missing
-// give what there is of them. Returns the length of the result and its bytes in *output.
-// Owns: the caller frees *output with __free.
-// Fails: 0 for a null argument, data that are not gzip or damaged or that expand further, and
-// without memory, *output being null then if it was memory for the result; 0 without a log line
-// for data that expand to nothing. The log lines are of module 6062, level 4, those about memory
-// level 3, and that for the result of module 6068.
+// give what there is of them, cut at that limit. Returns the length of the result and its bytes in
+// *output. Owns: the caller frees *output with __free. Fails: 0 for a null argument, data that are
+// not gzip or damaged or that expand further, and without memory, *output being null then if it was
+// memory for the result; 0 without a log line for data that expand to nothing. The log lines are of
+// module 6062, level 4, those about memory level 3, and that for the result of module 6068.
 SIPUTILITY_EXPORT unsigned int DeCompressGzipData(unsigned char* input, unsigned short length,
                                                   unsigned char** output);
 

@@ -194,11 +194,9 @@ void splitList(char* list, const char** elements, std::size_t count) {
 // element i, so that the last smaller element comes forward, not the smallest.
 void orderElements(const char** elements, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    std::size_t last = i;
-    for (std::size_t j = i + 1; j < count; ++j) {
-      if (std::strcmp(elements[i], elements[j]) > 0) {
-        last = j;
-      }
+    std::size_t last = count - 1;
+    while (last > i && std::strcmp(elements[i], elements[last]) <= 0) {
+      --last;
     }
     std::swap(elements[i], elements[last]);
   }

@@ -1,6 +1,7 @@
 // wySipHeader.cpp - one SIP header field: name, value and parameters.
 #include "wySipHeader.h"
 
+#include "internal/allocationWatch.h"
 #include "internal/checkedMath.h"
 #include "internal/equality.h"
 #include "internal/log.h"
@@ -123,11 +124,12 @@ VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& va
     logFailure(kSourceFile, "SipHeader::SipHeader | SipStrStream constructor failed");
     return VARN_RESOURCE_FAILURE;
   }
+  const AllocationWatch watch;
   SipHeaderMatchValue rule(params_.getHeaderType());
   const unsigned int length = rule.match(stream, 0);
   if (length == 0) {
     logFailure(kSourceFile, "SipHeader::SipHeader | value parsing failed");
-    return VARN_INVALID_INPUT;
+    return watch.refusal();
   }
   // The match may count past the end; what is there is taken.
   code = stream.get(length, value_);
@@ -136,7 +138,7 @@ VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& va
   }
   if (code == VARN_OK && !stream.done()) {
     logFailure(kSourceFile, "SipHeader::SipHeader | trailing characters in value");
-    return VARN_INVALID_INPUT;
+    return watch.refusal();
   }
   return code;
 }
@@ -188,6 +190,7 @@ VARN_EXCEPTION_CODES SipHeader::replaceValue(const SipString& value) {
     logFailure(kSourceFile, "SipHeader::setValue | stream constructor failed.");
     return VARN_RESOURCE_FAILURE;
   }
+  const AllocationWatch watch;
   SipHeaderMatchValue rule(params_.getHeaderType());
   SipString taken;
   const VARN_EXCEPTION_CODES code = stream.get(rule.match(stream, 0), taken);
@@ -197,7 +200,7 @@ VARN_EXCEPTION_CODES SipHeader::replaceValue(const SipString& value) {
   }
   if (taken.length() == 0 || !stream.done()) {
     logFailure(kSourceFile, "SipHeader::setValue | parsing failed");
-    return VARN_INVALID_INPUT;
+    return watch.refusal();
   }
   if (value_.reserve(taken.length()) != VARN_OK) {
     logFailure(kSourceFile, "SipHeader::setValue | assignment failed.");

@@ -1,12 +1,12 @@
 // wySipHeaderMatch.cpp - grammar matchers of header values.
 #include "wySipHeaderMatch.h"
 
-#include <new>
 #include <optional>
 
 #include "internal/checkedMath.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
+#include "internal/recorded.h"
 #include "internal/stringAccess.h"
 #include "wySipAddress.h"
 #include "wyTelAddress.h"
@@ -114,18 +114,15 @@ class ValueReader {
     SipStrStream& look = lookAt(0);
     const unsigned int length = checkedDifference(look.length(), look.pos());
     SipString text;
-    TelAddress* tel = nullptr;
+    Recorded<TelAddress> tel;
     if (length != 0 && look.get(length, text) == VARN_OK) {
-      tel = new (std::nothrow) TelAddress(text);
+      tel.reset(newRecorded<TelAddress>(kSourceFile, text));
     }
     if (tel == nullptr) {
       logFailure(kSourceFile, "SipHeaderMatchIHeaderChars::doMatch | Malloc failed");
       return 0;
     }
-    recordBlock(kSourceFile, tel, sizeof(TelAddress));
     const unsigned int count = uriLength(*tel);
-    forgetBlock(tel);
-    delete tel;
     if (count == 0) {
       logFailure(kSourceFile,
                  "SipHeaderMatchIHeaderChars::doMatch | Tel Match Failed , Match with Abs URI");

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 
+#include "internal/allocationWatch.h"
 #include "internal/charClass.h"
 #include "internal/checkedMath.h"
 #include "internal/log.h"
@@ -19,9 +20,11 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipString";
 char* newBuffer(unsigned int length) {
   const unsigned int size = checkedSum(length, 1);
   char* buffer = new (std::nothrow) char[size];
-  if (buffer != nullptr) {
-    recordBlock(kSourceFile, buffer, size);
+  if (buffer == nullptr) {
+    AllocationWatch::noteFailure();
+    return buffer;
   }
+  recordBlock(kSourceFile, buffer, size);
   return buffer;
 }
 

@@ -21,7 +21,6 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipUtils";
 
-constexpr std::string_view kScheme = "sip:";
 constexpr std::size_t kTransportLength = 3;  // UDP, TCP
 
 constexpr int kHostUnknown = 0;
@@ -126,12 +125,10 @@ PlatformText uriOfVia(const char* via, const ViaReading& reading) {
     logFailure(kSourceFile, reading.noTransport);
     return nullptr;
   }
-  PlatformText uri = newText(kScheme.size() + length);
+  PlatformText uri = joined("sip:", sentBy);
   if (uri == nullptr) {
     logFailure(kSourceFile, reading.noUri);
-    return nullptr;
   }
-  std::strcpy(std::copy(kScheme.begin(), kScheme.end(), uri.get()), sentBy);
   return uri;
 }
 
@@ -346,17 +343,16 @@ bool deflateInput(const ZlibStream& stream, unsigned int length) {
   return stream->total_in == length;
 }
 
-// Writes the rest of the stream, byte by byte. Returns whether it fits the length.
+// Writes the rest of the stream, byte by byte. Returns whether it fits the length: zlib tells the
+// end only when there is room behind it, so that a byte more than the length must be there.
 bool finishDeflate(const ZlibStream& stream, unsigned int length) {
   stream->avail_in = 0;
-  while (stream->total_out < length) {
+  int result = Z_OK;
+  while (result == Z_OK && stream->total_out <= length) {
     stream->avail_out = 1;
-    const int result = varnDeflate(stream.get(), Z_FINISH);
-    if (result != Z_OK) {
-      return result == Z_STREAM_END;
-    }
+    result = varnDeflate(stream.get(), Z_FINISH);
   }
-  return false;
+  return result == Z_STREAM_END && stream->total_out <= length;
 }
 
 // Expands the input up to its end or that of the stream. Returns whether nothing was wrong.
@@ -598,7 +594,7 @@ unsigned int compMessageWithDeflate(char* input, unsigned char** output, unsigne
     return 0;
   }
   const ZlibStream stream(kMemoryCategory, varnDeflateEnd);
-  const PlatformBlock<unsigned char> work = newZeroed<unsigned char>(length);
+  const PlatformBlock<unsigned char> work = newZeroed<unsigned char>(std::size_t{length} + 1);
   if (stream.get() == nullptr || work == nullptr) {
     logEvent(kTrace, kModuleDeflate, kSourceFile, __builtin_LINE(),
              "compMessageWithDeflate | calloc failed");

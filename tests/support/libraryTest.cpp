@@ -1,6 +1,8 @@
 // libraryTest.cpp - the fixture of every suite, and allocations that can be made to fail.
 #include "libraryTest.h"
 
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <new>
 
@@ -47,6 +49,13 @@ std::string severeLine(std::string_view source, std::string_view text) {
 
 std::string traceLine(std::string_view source, std::string_view text) {
   return logLine(3, 6054, source, text);
+}
+
+std::string addressText(const void* address) {
+  char text[2 * sizeof(unsigned int) + 1];
+  std::snprintf(text, sizeof(text), "%x",
+                static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(address)));
+  return text;
 }
 
 std::pair<std::string, std::string> sidesOf(const std::string& row) {

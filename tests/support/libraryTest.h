@@ -86,6 +86,9 @@ std::string failureLine(std::string_view source, std::string_view text);
 std::string severeLine(std::string_view source, std::string_view text);
 std::string traceLine(std::string_view source, std::string_view text);
 
+// Returns what the library's log shows of an address: 32 bits of it, hexadecimal.
+std::string addressText(const void* address);
+
 // Returns the two sides of a row `left => right`.
 std::pair<std::string, std::string> sidesOf(const std::string& row);
 

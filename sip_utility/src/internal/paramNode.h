@@ -10,8 +10,8 @@
 #include "wySipParam.h"
 
 // Returns a recorded node, first on the chain with this head; null without memory.
-inline SipParam* newParam(SipParam** head, const char* sourceFile) {
-  return newRecorded<SipParam>(sourceFile, head);
+inline SipParam* newParam(SipParam** head, Source source) {
+  return newRecorded<SipParam>(source, head);
 }
 
 // Tells a list that keeps an index over its nodes when one of them may have left the chain or

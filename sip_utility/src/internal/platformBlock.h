@@ -23,6 +23,7 @@ using PlatformText = PlatformBlock<char>;
 // Returns an array of elements that are all zero bytes; null without memory.
 template <typename Element>
 PlatformBlock<Element> newZeroed(std::size_t count) {
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): arrays of pointers are among them
   return PlatformBlock<Element>(static_cast<Element*>(__calloc(count, sizeof(Element))));
 }
 
@@ -31,14 +32,18 @@ inline PlatformText newText(std::size_t length) {
   return PlatformText(static_cast<char*>(__malloc(length + 1)));
 }
 
-// Returns a copy of a text, terminated; null without memory.
-inline PlatformText copyOf(std::string_view text) {
-  PlatformText copy = newText(text.size());
-  if (copy != nullptr) {
-    copy[text.copy(copy.get(), text.size())] = '\0';
+// Returns a copy of two texts in a row, terminated; null without memory.
+inline PlatformText joined(std::string_view front, std::string_view back) {
+  PlatformText text = newText(front.size() + back.size());
+  if (text != nullptr) {
+    char* const middle = text.get() + front.copy(text.get(), front.size());
+    middle[back.copy(middle, back.size())] = '\0';
   }
-  return copy;
+  return text;
 }
+
+// Returns a copy of a text, terminated; null without memory.
+inline PlatformText copyOf(std::string_view text) { return joined(text, {}); }
 
 // Frees a block and forgets it.
 template <typename Element>

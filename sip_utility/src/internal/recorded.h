@@ -6,15 +6,28 @@
 #include <new>
 #include <utility>
 
+#include "allocationWatch.h"
 #include "log.h"
 
-// Returns a recorded object made from the arguments; null without memory.
+// A place in the sources: a family, and the line where it is named.
+struct Source {
+  // NOLINTNEXTLINE(google-explicit-constructor): a family stands for the place
+  Source(const char* family, int lineOfCaller = __builtin_LINE())
+      : sourceFile(family), line(lineOfCaller) {}
+
+  const char* sourceFile;
+  int line;
+};
+
+// Returns an object made from the arguments and recorded for the place; null without memory.
 template <typename Object, typename... Arguments>
-Object* newRecorded(const char* sourceFile, Arguments&&... arguments) {
+Object* newRecorded(Source source, Arguments&&... arguments) {
   auto* object = new (std::nothrow) Object(std::forward<Arguments>(arguments)...);
-  if (object != nullptr) {
-    recordBlock(sourceFile, object, sizeof(Object));
+  if (object == nullptr) {
+    AllocationWatch::noteFailure();
+    return object;
   }
+  recordBlock(source.sourceFile, object, sizeof(Object), source.line);
   return object;
 }
 

@@ -1,0 +1,115 @@
+// wySipInit.cpp - start-up of the library, and the records of connections and credentials.
+#include "wySipInit.h"
+
+#include <cstddef>
+#include <cstring>
+#include <new>
+
+#include "imsvarn.h"
+#include "internal/log.h"
+#include "internal/platformBlock.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wySipInit";
+constexpr const char* kRecordSourceFile = "sip_utility/src/wySipCommon";
+constexpr const char* kFrameworkSourceFile = "framework/inc/singoConfig";
+
+constexpr signed char kSingoConfigId = 3;
+
+static_assert(offsetof(wySipConnParams, shortValue) == 300, "users know the layout");
+static_assert(offsetof(wySipConnParams, firstValue) == 304, "users know the layout");
+static_assert(offsetof(wySipConnParams, secondText) == 316, "users know the layout");
+static_assert(offsetof(wySipConnParams, thirdText) == 616, "users know the layout");
+static_assert(offsetof(wySipConnParams, fourthText) == 766, "users know the layout");
+static_assert(sizeof(wySipConnParams) == 868, "users know the layout");
+static_assert(offsetof(wyCredentialsStruct, value) == 3 * sizeof(char*), "users know the layout");
+static_assert(offsetof(wyCredentialsStruct, fourthString) == 4 * sizeof(char*),
+              "users know the layout");
+static_assert(sizeof(wyCredentialsStruct) == 9 * sizeof(char*), "users know the layout");
+
+// The thread's configuration object.
+struct SingoConfig_SO {
+  // Returns the object, made and registered at the first call; null, logged, without a registry,
+  // null without memory.
+  static SingoConfig* Instance() {
+    Globals* const globals = Globals::Instance();
+    if (!assertHolds(globals != nullptr, kFrameworkSourceFile)) {
+      logEvent(kSevere, kModuleFramework, kFrameworkSourceFile, __builtin_LINE(),
+               "Globals is NULL");
+      return nullptr;
+    }
+    if (WySingletonBaseClass* const registered = globals->GetSingObj(kSingoConfigId)) {
+      return static_cast<SingoConfig*>(registered);
+    }
+    auto* const config = new (std::nothrow) SingoConfig;
+    if (config != nullptr) {
+      globals->RegisterSingObj(kSingoConfigId, config);
+    }
+    return config;
+  }
+};
+
+// Overwrites a text whose object goes; no compiler may leave that out.
+template <std::size_t kSize>
+void wipe(char (&text)[kSize]) {
+  std::memset(text, 0, kSize);
+  __asm__ volatile("" : : "r"(text) : "memory");
+}
+
+}  // namespace
+
+void InitServiceModules() {
+  SingoConfig* const config = SingoConfig_SO::Instance();
+  if (config == nullptr) {
+    logSevere(kSourceFile, "InitServiceModules | SingoConfig is NULL");
+    return;
+  }
+  if (config->Init() != 0) {
+    logSevere(kSourceFile, "InitServiceModules | pSingoConfig->Init() Failed");
+  }
+}
+
+wySipConnParams::wySipConnParams()
+    : firstText(),
+      shortValue(0),
+      firstValue(0),
+      secondValue(3),  // the one value that does not begin with zero, and is meant not to
+      thirdValue(0),
+      secondText(),
+      thirdText(),
+      fourthText() {
+  logTrace(kRecordSourceFile, "wySipConnParams::wySipConnParams: %x", logArgument(this));
+}
+
+wySipConnParams::~wySipConnParams() {
+  logTrace(kRecordSourceFile, "wySipConnParams::~wySipConnParams: %x", logArgument(this));
+  wipe(firstText);
+  wipe(secondText);
+  wipe(fourthText);
+}
+
+wyCredentialsStruct::wyCredentialsStruct()
+    : firstString(nullptr),
+      secondString(nullptr),
+      thirdString(nullptr),
+      value(0),
+      fourthString(nullptr),
+      fifthString(nullptr),
+      sixthString(nullptr),
+      seventhString(nullptr),
+      eighthString(nullptr) {
+  logTrace(kRecordSourceFile, "wyCredentialsStruct::wyCredentialsStruct : %x", logArgument(this));
+}
+
+wyCredentialsStruct::~wyCredentialsStruct() {
+  logTrace(kRecordSourceFile, "wyCredentialsStruct::~wyCredentialsStruct : %x", logArgument(this));
+  releaseBlock(firstString);
+  releaseBlock(secondString);
+  releaseBlock(thirdString);
+  releaseBlock(fourthString);
+  releaseBlock(fifthString);
+  releaseBlock(sixthString);
+  releaseBlock(seventhString);
+  releaseBlock(eighthString);
+}

@@ -1,0 +1,434 @@
+// sipMultipartmessagebodyUtilityTest.cpp - what tree of parts a body becomes.
+#include "sipMultipartmessagebodyUtility.h"
+
+#include <cstdio>
+#include <set>
+
+#include "internal/platformBlock.h"
+#include "internal/recorded.h"
+#include "libraryTest.h"
+
+namespace {
+
+using std::string_literals::operator""s;
+using std::string_view_literals::operator""sv;
+
+using Node = SipMultipartMessageBody;
+using Utility = SipMultipartMessageBodyUtility;
+
+const std::string kSource = "sip_utility/src/sipMultipartmessagebodyUtility";
+constexpr const char* kMixed = "multipart/mixed;boundary=b";
+
+// Level and message of what goes wrong, or ends, a letter each.
+const std::map<std::string, char> kEvents = {
+    {"4 SipConnection::wySipGetMultiPartMessageBody | message content is null", '0'},
+    {"4 SipMultipartMessageBody::wySipGetMultiPartMessageBody | No content-type", '1'},
+    {"4 SipMultipartMessageBody::ParseAndStoreMsgHeaders| header parsing failed", '2'},
+    {"4 SipConnection::wySipGetMultiPartMessageBody | no boundary parameter", '3'},
+    {"4 SipConnection::wySipGetMultiPartMessageBody | failure in parsing Sip message", 'F'},
+    {"4 SC::wySipProcessMultipartMsgBody | api input parameter/m_pCurrentboundary is null", 'a'},
+    {"4 SipConnection::wySipProcessMultipartMsgBody | no CRLF found", 'b'},
+    {"4 SipConnection::wySipProcessMultipartMsgBody | open boundary failed", 'c'},
+    {"4 SipConnection::wySipProcessMultipartMsgBody | no body delimiter", 'd'},
+    {"4 SipConnection::wySipProcessMultipartMsgBody | message headers failed", 'e'},
+    {"4 SipConnection::wySipProcessMultipartMsgBody | error in validating close delimiter", 'f'},
+    {"4 SipConnection::wySipProcessMultipartMsgBody | did not found CRLF", 'E'},
+    {"4 SipConnection::Validateboundary | input parameter is null", 'h'},
+    {"4 SipMultipartMessageBody::Validateboundary |invalid dash boundary", 'i'},
+    {"4 SipConnection::Validateboundary | invalid dash boundary", 'j'},
+    {"4 SipConnection::Validateboundary | boundary dosent match", 'k'},
+    {"4 SipConnection::Validateboundary | wrong dash boundary", 'l'},
+    {"4 SipConnection::Storedashboundary | input parameter is null", 'm'},
+    {"4 SipConnection::wySipProcessMessageBody | input parameter is null", 'n'},
+    {"4 SipConnection::wySipProcessMessageBody |found dash boundary in the message body", 'o'},
+    {"4 SipConnection::ParseAndStoreMsgHeaders |input parameter is null", 'p'},
+    {"4 SipConnection::ParseAndStoreMsgHeaders | no Headers", 'q'},
+    {"4 SipConnection::ParseAndStoreMsgHeaders | AllocSipHeaders return false", 'r'},
+    {"4 SipConnection::ParseAndStoreMsgHeaders | illegal header", 's'},
+    {"4 SipConnection::ParseAndStoreMsgHeaders| no boundary", 't'},
+    {"4 SipConnection::ParseAndStoreMsgHeaders| empty boundary", 'u'},
+    {"4 SipConnection::ValidateCloseDelimiter | ValidateCloseDelimiter return error", 'v'},
+    {"4 SipMultipartMessageBody::ValidateCloseDelimiter | wrong dash boundary", 'w'},
+    {"4 SipConnection::ValidateCloseDelimiter | not a close delimiter", 'N'},
+    {"3 SipConnection::wySipGetMultiPartMessageBody : setmessagebody failed. Malloc failed", 'A'},
+    {"3 SipConnection::wySipGetMultiPartMessageBody | new failed", 'B'},
+    {"3 SipConnection::wySipProcessMultipartMsgBody | strdup failed", 'C'},
+    {"3 SipConnection::wySipProcessMultipartMsgBody | Calloc for Boundary failed", 'D'},
+    {"3 SipConnection::wySipProcessMultipartMsgBody | Preamble Calloc failed", 'G'},
+    {"3 SipConnection::ParseAndStoreMsgHeaders | sip header returns exception", 'H'},
+    {"3 SipMultipartMessageBody::Storedashboundary | new failed", 'I'},
+    {"3 SipConnection::Storedashboundary | strdup failed", 'J'},
+    {"3 SipConnection::Storedashboundary |  strdup failed", 'K'},
+    {"3 SipConnection::ValidateCloseDelimiter | end of the message body", 'L'},
+    {"3 SipConnection::wySipProcessMultipartMsgBody | not a Close delimiter", 'S'},
+    {"4 SipConnection::Validateboundary | invalid temp dash boundary", 'x'},
+    {"4 SipConnection::Validateboundary  | Storedashboundary return error", 'y'},
+};
+
+unsigned char* bytes(const char* text) {
+  return reinterpret_cast<unsigned char*>(const_cast<char*>(text));
+}
+
+// preamble|headers|free slots|content|epilogue(children) + siblings
+std::string dump(const Node* node, const Node* parent = nullptr) {
+  std::string text;
+  for (; node != nullptr; node = node->next) {
+    text += node->parent == parent ? "" : "!parent ";
+    text += (node->preamble == nullptr ? "-"s : node->preamble) + '|';
+    for (SipHeader** slot = node->headers; slot != nullptr && *slot != nullptr; ++slot) {
+      text += content((*slot)->toString()) + ',';
+    }
+    text += '|' + std::to_string(node->freeHeaderSlots) + '|';
+    text.append(node->body, node->body + node->bodyLength);
+    text += '|' + (node->epilogue == nullptr ? "-"s : node->epilogue);
+    text += node->child == nullptr ? "" : '(' + dump(node->child, node) + ')';
+    text += node->next == nullptr ? "" : " + ";
+  }
+  return text;
+}
+
+Node* parse(Utility& utility, std::string_view body, const char* contentType) {
+  std::vector<unsigned char> exact(body.begin(), body.end());
+  return utility.wySipGetMultiPartMessageBody(exact.data(), static_cast<unsigned int>(body.size()),
+                                              contentType);
+}
+
+class MultipartParserTest : public LibraryTest {
+ protected:
+  // Returns the parser's own lines since the last call, level and message.
+  Lines takeOwn() {
+    Lines own;
+    const std::string middle = " 6054 " + kSource + " | ";
+    for (const std::string& line : takeLog()) {
+      if (line.find(middle) == 1) {
+        own.push_back(line.substr(0, 2) + line.substr(1 + middle.size()));
+      }
+    }
+    return own;
+  }
+
+  // Returns the letters of the events since the last call, "?" for an unknown failure.
+  std::string takeEvents() {
+    std::string letters;
+    for (const std::string& line : takeOwn()) {
+      const auto event = kEvents.find(line);
+      letters += event != kEvents.end() ? std::string(1, event->second) : line[0] == '4' ? "?" : "";
+    }
+    return letters;
+  }
+};
+
+TEST_F(MultipartParserTest, TellsEveryStep) {
+  Utility utility;
+  EXPECT_EQ(Lines{"3 SipMultipartMessageBody::SipMultipartMessageBody | " + addressText(&utility)},
+            takeOwn());
+  const Node* root = parse(utility,
+                           "pre\r\namble\r\n--b  \r\nA :  <sip:h>  \r\nBad Name:\r\nX:y\r\n\r\n"
+                           "hi\0!\r\n--b\r\n\r\nho--b--\r\nepi\r\nlogue"sv,
+                           "multipart/mixed;boundary=\"b\"");
+  EXPECT_EQ("pre\r\namble|A: <sip:h>,X: y,|1|hi\0!\r\n|- + -||0|ho|epi\r\nlogue"s, dump(root));
+  EXPECT_EQ(2, utility.nodeCount);
+  EXPECT_EQ(root->next, utility.current);
+  const std::string makes =
+      "3 SipConnection::wySipConstructMultipartMessageStructure new SipMultipartMessageBody[";
+  EXPECT_EQ((Lines{"3 SipConnection::wySipGetMultiPartMessageBody | Decode App MsgBody",
+                   "3 SipConnection::wySipProcessMultipartMsgBody |Preamble of lenght 10 found",
+                   "3 SipConnection::wySipProcessMessageBody iContentLen:0 iLength:2",
+                   makes + addressText(root) + ']', "3 SipConnection::ParseAndStoreMsgHeaders",
+                   "3 ParseAndStoreMsgHeaders | header-name: A ",
+                   "3 ParseAndStoreMsgHeaders | header-value: <sip:h>",
+                   "3 ParseAndStoreMsgHeaders | header-name: Bad Name",
+                   "3 ParseAndStoreMsgHeaders | header-value: ",
+                   "3 SipConnection::ParseAndStoreMsgHeaders | sip header returns exception",
+                   "3 ParseAndStoreMsgHeaders | header-name: X",
+                   "3 ParseAndStoreMsgHeaders | header-value: y",
+                   "4 SipConnection::ValidateCloseDelimiter | not a close delimiter",
+                   "3 SipConnection::wySipProcessMultipartMsgBody | not a Close delimiter",
+                   "3 SipConnection::wySipProcessMessageBody iContentLen:0 iLength:19",
+                   makes + addressText(root->next) + ']'}),
+            takeOwn());
+}
+
+const struct {
+  std::string_view body;
+  std::string dump;    // of the parts that were made, those of a failure too
+  const char* events;  // F among them: no result
+  const char* type = kMixed;
+} kBodies[] = {
+    {"a\0c"sv, "-||0|a\0c|-"s, "", "text/plain"},
+    {"a\r\n--b", "-||0|a\r\n--b|-", "", "Multipart/mixed;boundary=b"},
+    {"abc", "-||0|abc|-", "1", nullptr},
+    {"a", "", "2", ";"},
+    {"", "", "0"},
+    {"a", "", "3", "multipart/mixed;boundary"},
+    // Delimiters.
+    {"--b", "", ""},
+    {"--b\r\nA: b/c\r\n\r\nhi\r\n--b--\r\n", "-|A: b/c,|0|hi\r\n|", "E"},
+    {"--b  \r\n\r\nhi--b", "-||0|hi|-", "NS"},
+    {"--bx\r\n\r\nhi--b", "", "lcF"},
+    {"--B\r\n\r\nhi--b", "", "kcF"},
+    {"-b\r\n--b\r\n\r\nhi--b", "-||0|hi|-", "NS"},
+    {"x-\r\nb\r\n--b\r\n", "", "icF"},  // no preamble, but one line to skip
+    {"x-\r\n", "", "bF"},
+    {"x\0\r\n--b\r\n\r\nhi--b"sv, "", ""},  // a zero byte ends the preamble
+    {"\r\n--b\r\n\r\nhi--b", "-||0|hi|-", "NS"},
+    {" \r\n--b\r\n\r\nhi--b", " ||0|hi|-", "NS"},
+    {"--b\r\n\r\n-\0--b"sv, "-||0|-\0|-"s, "NS"},
+    {"--b\r\n\r\na---b--b--\r\n", "-||0|a---b|", "E"},
+    {"--b\r\n\r\n--bx", "", "oeF"},
+    {"--b\r\n\r\nhi--", "", "eF"},
+    {"--b\r\n\r\n", "", "eF"},
+    {"pre\r\n--b\r\n\r\nhi", "", "eF"},
+    {"--b\r\n\r\nhi--b\r\n\r\nho", "-||0|hi|-", "NSeF"},
+    {"--b\r\n\r\nhi--b----\r\n", "-||0|hi|-", "LwfF"},
+    {"--b c \r\n\r\nhi--b c--", "-||0|hi|", "LE", "multipart/x;boundary=\"b c\""},
+    {"--\r\n\r\nhi----", "-||0|hi|", "LE", "multipart/x;boundary=\"\""},
+    // Epilogues: blanks in front count twice, a delimiter may follow, the last epilogue stays.
+    {"--b\r\n\r\nhi--b--  ", "-||0|hi|", "LE"},
+    {"--b\r\n\r\nhi--b--  \r\na", "-||0|hi|", "E"},
+    {"--b\r\n\r\nhi--b-- \r\nabc", "-||0|hi|bc", "E"},
+    {"--b\r\n\r\nhi--b--\r\ne\r\n--b\r\n\r\nho--b--", "-||0|hi|e\r\n--b\r\n\r\nho--b-- + -||0|ho|",
+     "NSLE"},
+    {"--b\r\n\r\nhi--b--\r\ne\r\n--b--\r\nf\r\n--b--g", "-||0|hi|g", "LE"},
+    {"--b\r\n\r\nhi--b--\r\n--b--\r\n--b\r\n\r\nho--b--", "-||0|hi|- + -||0|ho|", "NSLE"},
+    {"--b\r\n\r\nhi--b--\r\ne\r\nf\r\n", "-||0|hi|e\r\nf\r\n", "icF"},
+    // Headers.
+    {"--b\r\nA: b\r\nhi--b", "", "dF"},
+    {"--b\r\nA\0: b\r\n\r\nhi--b"sv, "", "dF"},
+    {"--b\r\nA: b\r\nC\r\nD: e\r\n\r\nhi--b", "-|A: b,|2|hi|-", "sNS"},
+    {"--b\r\nA: b\r\nC@: d\r\nD: e\r\n\r\nhi--b", "-|A: b,D: e,|1|hi|-", "HNS"},
+    {"--b\r\nA: b\r\nContent-Type: multipart/x;c\r\nD: e\r\n\r\nhi--b", "-|A: b,|2|hi|-", "tNS"},
+    {"--b\r\ncontent-TYPE: multipart/x;boundary\r\nD: e\r\n\r\nhi--b", "-||2|hi|-", "uNS"},
+    {"--b\r\nA: b\r\nContent-Type: multipart/x;boundary=c;boundary=b\r\n\r\nhi--b",
+     "-|A: b,|1|hi|-", "HNS"},
+    // A part that is multipart itself.
+    {"--b\r\nContent-Type: multipart/x;boundary=c\r\n\r\n--c\r\n\r\nhi--c----b--",
+     "-|Content-Type: multipart/x;boundary=c,|0|--c\r\n\r\nhi--c--|-", "wfF"},
+    {"--b\r\nContent-Type: multipart/x;boundary=b\r\n\r\nhi--b\r\n\r\nho--b--",
+     "-|Content-Type: multipart/x;boundary=b,|0|hi|- + -||0|ho|", "NSLE"},
+    {"--bc\r\nContent-Type: multipart/x;boundary=b\r\n\r\nhi--bc--\r\n",
+     "-|Content-Type: multipart/x;boundary=b,|0|hi|-", "NSlcF", "multipart/x;boundary=bc"},
+    {"--b--\r\nContent-Type: multipart/x;boundary=b\r\n\r\nhi--b--\r\ne\r\n--b--\r\n\r\nho--b--",
+     "-|Content-Type: multipart/x;boundary=b,|0|hi|e\r\n--b--\r\n\r\nho--b-- + -||0|ho|-", "NSNS",
+     "multipart/x;boundary=b--"},
+};
+
+TEST_F(MultipartParserTest, MakesATreeOfABody) {
+  for (const auto& c : kBodies) {
+    SCOPED_TRACE(testing::PrintToString(c.body));
+    Utility utility;
+    const Node* root = parse(utility, c.body, c.type);
+    EXPECT_EQ(c.events, takeEvents());
+    EXPECT_EQ(c.dump, dump(utility.m_pMultipartMsgHead));
+    const bool failed = std::string_view(c.events).find('F') != std::string_view::npos;
+    EXPECT_EQ(failed ? nullptr : utility.m_pMultipartMsgHead, root);
+  }
+}
+
+TEST_F(MultipartParserTest, TakesContentsHeadersAndEpiloguesOfAnyLengthWithinReason) {
+  for (const std::size_t count : {255U, 256U, 257U}) {
+    std::string body = "--b\r\n";
+    std::string headers;
+    for (std::size_t i = 0; i < count; ++i) {
+      body += "a: b\r\n";
+      headers += i < count % 256 ? "a: b," : "";
+    }
+    Utility utility;
+    const Node* root = parse(utility, body + "\r\n" + std::string(70000, 'x') + "--b--", kMixed);
+    EXPECT_EQ("-|" + headers + "|0|" + std::string(70000 % 65536, 'x') + '|', dump(root));
+    EXPECT_EQ(std::string(70000, 'x'), std::string(root->body, root->body + 70000));
+    EXPECT_EQ(count == 256 ? "qLE" : "LE", takeEvents());
+  }
+  for (const int count : {200, 5000}) {
+    std::string body;
+    for (int i = 0; i < count; ++i) {
+      body += "--b\r\n\r\nx--b--\r\n\r\n";  // each epilogue is the whole rest
+    }
+    Utility utility;
+    EXPECT_EQ(count == 200, parse(utility, body, kMixed) != nullptr);
+    EXPECT_EQ(count == 200 ? 'S' : 'F', takeEvents().back());
+  }
+}
+
+// The search in plain words: two hyphens are one step. Returns -1 for no delimiter.
+int naiveLength(std::string_view text, std::string_view boundary) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text.substr(i, 2) == "--") {
+      if (text.substr(i + 2, boundary.size()) == boundary) {
+        return static_cast<int>(i);
+      }
+      ++i;
+    }
+  }
+  return -1;
+}
+
+TEST_F(MultipartParserTest, FindsDelimitersAsTheNaiveSearchDoes) {
+  for (const char* boundary : {"b", "-", "--", "-b", "b-b", "b--b", "--b"}) {
+    Utility utility;
+    utility.m_pCurrentboundary = __strdup(boundary);
+    for (unsigned int bits = 1; bits < 1U << 11U; ++bits) {
+      std::string text;  // the bits below the highest one
+      for (unsigned int rest = bits; rest > 1; rest /= 2) {
+        text += rest % 2 == 0 ? '-' : 'b';
+      }
+      SCOPED_TRACE(text);
+      const PlatformText exact = copyOf(text);
+      utility.partContentLength = -1;
+      const int found = utility.wySipProcessMessageBody(bytes(exact.get()));
+      ASSERT_EQ(naiveLength(text, boundary), utility.partContentLength);
+      ASSERT_EQ(utility.partContentLength == -1 ? 0 : 1, found);
+    }
+  }
+}
+
+TEST_F(MultipartParserTest, RefusesStepsThatHaveNothingToWorkOn) {
+  Utility utility;
+  char* none = nullptr;
+  char text[] = "--b\r\n";
+  char* cursor = text;
+  EXPECT_EQ((std::vector<int>{0, 0, 0, 0, 0, 0, 0, 2, 1, 0}),
+            (std::vector<int>{
+                utility.wySipProcessMultipartMsgBody(nullptr),
+                utility.wySipProcessMultipartMsgBody(bytes(text)),
+                utility.Validateboundary(nullptr), utility.Validateboundary(text),
+                utility.wySipProcessMessageBody(nullptr), utility.ParseAndStoreMsgHeaders(nullptr),
+                utility.ParseAndStoreMsgHeaders(text), utility.ValidateCloseDelimiter(none),
+                utility.ValidateCloseDelimiter(cursor), utility.Storedashboundary(nullptr)}));
+  EXPECT_EQ("aahjnprvwm", takeEvents());
+}
+
+TEST_F(MultipartParserTest, MakesChildrenWhileTheBoundaryIsNotTheLastOne) {
+  Utility utility;
+  const auto adds = [&](std::string boundary) {
+    EXPECT_EQ(1, utility.Storedashboundary(boundary.data()));
+    EXPECT_EQ(1, utility.wySipConstructMultipartMessageStructure());
+    return utility.m_pCurrentboundary + " "s + utility.lastBoundary;
+  };
+  EXPECT_EQ("a a", adds(" a "));
+  EXPECT_EQ("b a", adds("b"));
+  EXPECT_EQ("b b", adds("b"));
+  EXPECT_EQ("c b", adds("c"));
+  EXPECT_EQ("-||0||-(-||0||- + -||0||-(-||0||-))", dump(utility.m_pMultipartMsgHead));
+  const struct {
+    const char* text;
+    int result;
+    unsigned int moved;  // by the cursor
+  } cases[] = {{"--c", 4, 0},          {"-", 1, 0},          {"", 1, 0},
+               {"--c-- \r", 3, 7},     {"--c--\r\nx", 3, 7}, {"--c--   \r\nabcd", 3, 13},
+               {"--c--     \r", 3, 11}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    const PlatformText exact = copyOf(c.text);
+    char* cursor = exact.get();
+    EXPECT_EQ(c.result, utility.ValidateCloseDelimiter(cursor));
+    EXPECT_EQ(c.moved, cursor - exact.get());
+    EXPECT_STREQ("c", utility.m_pCurrentboundary);  // the latest stored one
+    EXPECT_NE(nullptr, utility.dashBoundaryList);
+  }
+  EXPECT_EQ("NwwLL", takeEvents());
+  EXPECT_EQ("c c", adds("c"));
+  char closing[] = "--c--";
+  char* cursor = closing;
+  EXPECT_EQ(3, utility.ValidateCloseDelimiter(cursor));
+  EXPECT_EQ(nullptr, utility.dashBoundaryList);
+  EXPECT_EQ("d d", adds("d"));
+}
+
+TEST_F(MultipartParserTest, KeepsItsTreeAndTakesNewContent) {
+  Utility utility;
+  EXPECT_EQ(nullptr, parse(utility, "abc", ";"));
+  Node* const root = utility.wySipGetMultiPartMessageBody(nullptr, 0, "text/plain");
+  EXPECT_EQ("-||0|abc|-", dump(root));
+  takeLog();
+  EXPECT_EQ(root, parse(utility, "other", kMixed));
+  char address[20];
+  std::snprintf(address, sizeof(address), "%zx", reinterpret_cast<std::size_t>(root));
+  EXPECT_EQ("4 SipConnection::wySipGetMultiPartMessageBody | m_pMultipartMsgHead: "s + address,
+            takeOwn().back());
+  EXPECT_STREQ("other", utility.content);
+  EXPECT_EQ("-||0|abc|-", dump(root));
+  for (const unsigned int length : {0x80000000U, 0xFFFFFFFFU}) {
+    EXPECT_EQ(nullptr, utility.wySipGetMultiPartMessageBody(bytes("x"), length, "text/plain"));
+    EXPECT_EQ("A", takeEvents());
+    EXPECT_EQ(5U, utility.contentLength);
+  }
+}
+
+TEST_F(MultipartParserTest, InstanceIsANewObjectAtEveryCall) {
+  const std::string name = "3 SipMultipartMessageBodyUtility::";
+  Utility* const first = Utility::getInstance();
+  EXPECT_EQ(name + "creating new object " + addressText(first), takeOwn().back());
+  EXPECT_NE(nullptr, parse(*first, "abc", "text/plain"));
+  Utility* const second = initSipMultipartMessageBodyUtilityObj();
+  EXPECT_NE(first, second);
+  takeLog();
+  Utility::deleteInstance();
+  Utility::deleteInstance();
+  const std::string address = addressText(second);
+  EXPECT_EQ(
+      (Lines{name + "deleting object " + address,
+             name + "~SipMultipartMessageBodyUtility | " + address, name + "deleting object 0"}),
+      takeOwn());
+  deleteRecorded(first);
+}
+
+TEST_F(MultipartParserTest, FreesAlsoTheNodesThatNoNodeReaches) {
+  hostSetLogHandler(nullptr, nullptr);
+  Utility utility;
+  const auto makes = [] { return newRecorded<Node>(kSource.c_str()); };
+  Node* node = utility.m_pMultipartMsgHead = makes();
+  for (int i = 0; i < 100000; ++i) {  // children of siblings of children, and so on
+    node->child = makes();
+    node->next = makes();
+    node->next->child = makes();
+    node = i % 3 == 0 ? node->child : node->next->child;
+  }
+}
+
+TEST_F(MultipartParserTest, GivesAWholeTreeOrNoneWhereThereIsNoMemory) {
+  std::set<char> events;
+  const auto check = [&](bool whole, std::string_view tree, const Node* root) {
+    const unsigned long left = hostFailAllocation(0);  // a dump allocates
+    EXPECT_TRUE(!whole || tree == dump(root));
+    hostFailAllocation(left);
+    for (const char event : takeEvents()) {
+      events.insert(event);
+    }
+    return whole ? VARN_OK : VARN_RESOURCE_FAILURE;
+  };
+  sweepAllocations([&] {
+    Utility utility;
+    const Node* root = parse(utility, "abc", "text/plain");
+    return check(root != nullptr, "-||0|abc|-", root);
+  });
+  sweepAllocations([&] {
+    Utility utility;
+    const Node* root = parse(
+        utility,
+        "pre\r\n--b\r\nA: d;x=1\r\nB: <sip:h>\r\n\r\nhi\r\n--b\r\n\r\nho--b--\r\nepi\r\nlogue",
+        "multipart/mixed;boundary=\"b\"");
+    return check(root != nullptr, "pre|A: d;x=1,B: <sip:h>,|0|hi\r\n|- + -||0|ho|epi\r\nlogue",
+                 root);
+  });
+  sweepAllocations([&] {  // the inner boundary refuses the outer delimiter, also without memory
+    Utility utility;
+    const char* body = "--b\r\nContent-Type: multipart/x;boundary=c\r\n\r\nhi--b--";
+    EXPECT_EQ(nullptr, parse(utility, body, kMixed));
+    return check(false, "", nullptr), VARN_OK;
+  });
+  sweepAllocations([&] {
+    Utility utility;
+    std::string texts[] = {"a", "b", "b", "c"};
+    for (std::string& text : texts) {
+      if (utility.Storedashboundary(text.data()) == 0) {
+        return check(false, "", nullptr);
+      }
+      EXPECT_EQ(text, utility.m_pCurrentboundary);
+    }
+    return VARN_OK;
+  });
+  EXPECT_EQ("2ABCDFGHIJKNScefrwxy", std::string(events.begin(), events.end()));
+}
+
+}  // namespace
