@@ -20,6 +20,9 @@ if(SIPUTILITY_SANITIZE)
                                      -fno-omit-frame-pointer)
   target_link_options(siputility_build_flags INTERFACE -fsanitize=${SIPUTILITY_SANITIZE})
 endif()
+if(SIPUTILITY_LIBFUZZER)
+  target_compile_options(siputility_build_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # siputility_library_flags: besides, those of the shared libraries. Under sanitizers their
 # runtime is found in the program only, so nothing can be said about undefined symbols.

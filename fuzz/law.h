@@ -16,7 +16,7 @@
 #include "hostControl.h"
 #include "imsdpl.h"
 
-// Longer inputs find nothing that these do not, and the quadratic targets crawl on them.
+// Longer inputs find nothing that these do not, and fewer of them are tried in the same time.
 constexpr std::size_t kLongestInput = 4096;
 
 // A zero-terminated text in a block of exactly its size, so that one byte too far is seen.
