@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 
 namespace {
 
@@ -101,6 +103,20 @@ int forEachText(const Options& options,
     }
   }
   return status;
+}
+
+bool readFile(const std::string& name, std::string& text) {
+  std::ifstream file;
+  if (name != "-") {
+    file.open(name, std::ios::binary);
+  }
+  std::istream& in = name == "-" ? std::cin : file;
+  try {
+    text.assign(std::istreambuf_iterator<char>(in), {});
+  } catch (const std::ios_base::failure&) {
+    return false;  // a directory, for one
+  }
+  return name == "-" || file.is_open();
 }
 
 bool colourWanted() { return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr; }

@@ -52,6 +52,9 @@ void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::s
 int forEachText(const Options& options,
                 const std::function<int(const std::string& text, unsigned long line)>& run);
 
+// Reads a file, or standard input for `-`; false when it cannot be read.
+bool readFile(const std::string& name, std::string& text);
+
 // Returns whether standard output is a terminal on which colours are welcome.
 bool colourWanted();
 
@@ -67,6 +70,9 @@ std::function<int()> prepareTel(CLI::App& parser);
 std::function<int()> prepareHeader(CLI::App& parser);
 std::function<int()> prepareMessage(CLI::App& parser);
 std::function<int()> prepareVia(CLI::App& parser);
+std::function<int()> prepareBody(CLI::App& parser);
+std::function<int()> prepareGzip(CLI::App& parser);
+std::function<int()> prepareGunzip(CLI::App& parser);
 
 // For each of the commands compare, feature-tag, host, imei, max-q, quote and sort.
 std::function<int()> preparePlainText(CLI::App& parser);

@@ -72,8 +72,15 @@ void Diagnostics::install() {
   current = this;
   hostSetLogHandler(
       [](void* self, const HostLogLine& line) {
-        static_cast<Diagnostics*>(self)->lines_.push_back(
+        static_cast<Diagnostics*>(self)->add(
             {line.level, line.moduleId, line.sourceFile, line.text});
       },
       this);
+}
+
+void Diagnostics::add(Line line) {
+  if (lineFunction_) {
+    lineFunction_(line.text);
+  }
+  lines_.push_back(std::move(line));
 }

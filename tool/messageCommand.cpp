@@ -1,11 +1,10 @@
 // messageCommand.cpp - siputil message: shows whole SIP messages and what is wrong with them.
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 
+#include "body.h"
 #include "command.h"
 #include "diagnostics.h"
 #include "dump.h"
@@ -37,22 +36,6 @@ bool isWanted(const Field& field, const std::vector<std::string>& only) {
            const FieldKind* kind = findField(name);
            return sameIgnoringCase(trimmed(field.name), kind != nullptr ? kind->name : name);
          });
-}
-
-std::string base64(std::string_view data) {
-  constexpr std::string_view kDigits =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  for (std::size_t i = 0; i < data.size(); i += 3) {
-    unsigned int bits = 0;
-    for (std::size_t k = 0; k < 3; ++k) {
-      bits = bits << 8 | (i + k < data.size() ? static_cast<unsigned char>(data[i + k]) : 0U);
-    }
-    for (std::size_t k = 0; k < 4; ++k) {
-      text += i + k > data.size() ? '=' : kDigits[bits >> (18 - 6 * k) & 0x3FU];
-    }
-  }
-  return text;
 }
 
 // Shows one text with messages. Each field is read, counted and shown once.
@@ -87,6 +70,43 @@ class MessagePrinter {
     std::string sentBy;  // of a Via; "" where it cannot be reduced
   };
 
+  // The body as the library sees it: inflated, and taken apart.
+  struct ReadBody {
+    explicit ReadBody(const Message& message) : bytes(message.body) {
+      std::string type;
+      bool gzip = false;
+      for (const Field& field : message.fields) {
+        const std::string_view name = trimmed(field.name);
+        type = sameIgnoringCase(name, "Content-Type") && type.empty() ? field.value : type;
+        gzip = gzip || (sameIgnoringCase(name, "Content-Encoding") &&
+                        sameIgnoringCase(field.value, "gzip"));
+      }
+      Diagnostics diagnostics;
+      if (gzip) {
+        inflate(diagnostics);
+      }
+      if (faults.empty() && isMultipartType(type) && !bytes.empty()) {
+        tree = std::make_unique<BodyTree>(bytes, type, diagnostics);
+        faults = tree->accepted() ? faults : diagnostics.reasons(VARN_INVALID_INPUT);
+      }
+    }
+
+    void inflate(const Diagnostics& diagnostics) {
+      std::optional<std::string> inflatedBytes = inflated(bytes);
+      if (inflatedBytes) {
+        title = "body, " + std::to_string(bytes.size()) + " bytes of gzip";
+        bytes = std::move(*inflatedBytes);
+      } else {
+        faults = diagnostics.reasons(VARN_INVALID_INPUT);
+      }
+    }
+
+    std::string bytes;
+    std::string title = "body";
+    std::unique_ptr<BodyTree> tree;  // of a multipart body
+    std::vector<std::string> faults;
+  };
+
   void count(const ReadField& read) {
     ++counts_.fields;
     counts_.refused += read.code == VARN_OK ? 0 : 1;
@@ -103,22 +123,29 @@ class MessagePrinter {
       ReadField read(field);
       count(read);
       if (isWanted(field, options_.only)) {
-        nlohmann::ordered_json header = toJson(read.header, read.code);
-        if (read.isVia) {
-          header["sentBy"] = read.sentBy.empty() ? nullptr : nlohmann::ordered_json(read.sentBy);
-        }
-        header["diagnostics"] = read.diagnostics.toJson();
-        object["headers"].push_back(header);
+        object["headers"].push_back(fieldJson(read));
       }
     }
-    object["body"]["length"] = message.body.size();
-    if (isPlainText(message.body)) {
-      object["body"]["text"] = message.body;
-    } else {
-      object["body"]["base64"] = base64(message.body);
+    const ReadBody body(message);
+    counts_.refused += body.faults.size();
+    addContent(object["body"], body.bytes);
+    if (body.tree != nullptr) {
+      object["body"]["parts"] = toJson(body.tree->parts());
     }
     object["faults"] = message.faults;
+    for (const std::string& fault : body.faults) {
+      object["faults"].push_back(fault);
+    }
     std::cout << jsonLine(object) << '\n';
+  }
+
+  static nlohmann::ordered_json fieldJson(ReadField& read) {
+    nlohmann::ordered_json header = toJson(read.header, read.code);
+    if (read.isVia) {
+      header["sentBy"] = read.sentBy.empty() ? nullptr : nlohmann::ordered_json(read.sentBy);
+    }
+    header["diagnostics"] = read.diagnostics.toJson();
+    return header;
   }
 
   void printTree(const Message& message) {
@@ -138,11 +165,9 @@ class MessagePrinter {
       }
     }
     if (options_.only.empty()) {
-      printBody(message.body);
+      printBody(message);
     }
-    for (const std::string& fault : message.faults) {
-      std::cout << "  ! " << printable(fault) << '\n';
-    }
+    printFaults(message.faults);
   }
 
   void printField(const Field& field, const ReadField& read, std::size_t width) {
@@ -165,31 +190,33 @@ class MessagePrinter {
                 << (param->getValue().length() == 0 ? "" : "=")
                 << printable(bytes(param->getValue())) << '\n';
     }
-    printIndented(aligned(addressPieces(header), false), indent);
+    std::cout << indented(aligned(addressPieces(header), false), indent.size());
     if (!read.sentBy.empty()) {
       std::cout << indent << "sent by  " << printable(read.sentBy) << '\n';
     }
   }
 
-  static void printBody(std::string_view body) {
-    if (body.empty()) {
+  void printBody(const Message& message) {
+    if (message.body.empty()) {
       return;
     }
-    std::cout << std::string(kIndent, ' ') << "body, " << body.size() << " bytes"
-              << (isPlainText(body) ? "\n" : ", not text\n");
-    if (!isPlainText(body)) {
-      return;
+    const ReadBody body(message);
+    counts_.refused += body.faults.size();
+    if (body.tree == nullptr) {
+      std::cout << indented(contentLines(body.title, body.bytes), kIndent);
+    } else {
+      std::cout << indented(body.title + ", " + std::to_string(body.bytes.size()) + " bytes",
+                            kIndent);
+      for (const Part& part : body.tree->parts()) {
+        std::cout << indented(partLines(part), 2 * kIndent);
+      }
     }
-    std::string text(body);
-    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
-    printIndented(text, std::string(2 * kIndent, ' '));
+    printFaults(body.faults);
   }
 
-  static void printIndented(std::string_view text, const std::string& indent) {
-    while (!text.empty()) {
-      const std::size_t end = std::min(text.find('\n'), text.size());
-      std::cout << indent << text.substr(0, end) << '\n';
-      text.remove_prefix(std::min(end + 1, text.size()));
+  static void printFaults(const std::vector<std::string>& faults) {
+    for (const std::string& fault : faults) {
+      std::cout << "  ! " << printable(fault) << '\n';
     }
   }
 
@@ -201,21 +228,6 @@ class MessagePrinter {
   Counts& counts_;
   bool bold_;
 };
-
-// Reads a file, or standard input for `-`; false when it cannot be read.
-bool readFile(const std::string& name, std::string& text) {
-  std::ifstream file;
-  if (name != "-") {
-    file.open(name, std::ios::binary);
-  }
-  std::istream& in = name == "-" ? std::cin : file;
-  try {
-    text.assign(std::istreambuf_iterator<char>(in), {});
-  } catch (const std::ios_base::failure&) {
-    return false;  // a directory, for one
-  }
-  return name == "-" || file.is_open();
-}
 
 int run(const MessageOptions& options) {
   Counts counts;

@@ -1,0 +1,62 @@
+// body.h - the body of a message: inflated where it is gzip, taken apart where it is multipart.
+#ifndef TOOL_BODY_H
+#define TOOL_BODY_H
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "diagnostics.h"
+#include "sipMultipartmessagebodyUtility.h"
+
+// One part, in the order in which parts are made; numbers begin with 1.
+struct Part {
+  unsigned long number;
+  unsigned long parent;  // the number of the part that it is nested in; 0 for none
+  unsigned int depth;    // 0 for a part that is not nested
+  const SipMultipartMessageBody* node;
+  std::string_view content;  // all of it, also what the node's 16-bit length does not tell
+};
+
+// The parts of a body under a Content-Type value.
+class BodyTree {
+ public:
+  // What the library logs meanwhile goes to the diagnostics.
+  BodyTree(std::string_view body, const std::string& contentType, Diagnostics& diagnostics);
+
+  // Returns whether the body was accepted; the parts in front of a fault are there all the same.
+  bool accepted() const { return accepted_; }
+
+  const std::vector<Part>& parts() const { return parts_; }
+
+ private:
+  SipMultipartMessageBodyUtility utility_;
+  std::vector<Part> parts_;
+  bool accepted_;
+};
+
+// Returns whether a Content-Type value is that of a multipart body.
+bool isMultipartType(std::string_view contentType);
+
+// Each returns what the library makes of the bytes; nothing when it refuses.
+std::optional<std::string> deflated(std::string bytes);
+std::optional<std::string> inflated(std::string bytes);
+
+// Returns the bytes below a title line: as text, or in hexadecimal and text when they are none.
+std::string contentLines(const std::string& title, std::string_view bytes);
+
+// Returns a part below a title line.
+std::string partLines(const Part& part);
+
+// Adds `length` and `text` or `base64` to an object.
+void addContent(nlohmann::ordered_json& object, std::string_view bytes);
+
+// Returns the parts as a list, each with the number of its parent.
+nlohmann::ordered_json toJson(const std::vector<Part>& parts);
+
+// Returns the text with these blanks in front of each of its lines that is not empty.
+std::string indented(std::string_view text, std::size_t blanks);
+
+#endif  // TOOL_BODY_H

@@ -1,0 +1,118 @@
+// bodyCommand.cpp - siputil body, gzip and gunzip: bodies of messages by themselves.
+#include <algorithm>
+#include <iostream>
+#include <iterator>
+#include <memory>
+
+#include "body.h"
+#include "command.h"
+#include "dump.h"
+
+namespace {
+
+struct BodyOptions {
+  std::string file = "-";
+  std::string type;
+  unsigned long part = 0;  // 0 for all
+  bool raw = false;
+  bool json = false;
+  bool verbose = false;
+};
+
+int complain(const std::string& what, int status) {
+  std::cerr << "siputil: " << what << '\n';
+  return status;
+}
+
+std::vector<Part> selected(const BodyOptions& options, const std::vector<Part>& parts) {
+  std::vector<Part> wanted;
+  std::copy_if(
+      parts.begin(), parts.end(), std::back_inserter(wanted),
+      [&options](const Part& part) { return options.part == 0 || options.part == part.number; });
+  return wanted;
+}
+
+int runBody(const BodyOptions& options) {
+  std::string body;
+  if (!readFile(options.file, body)) {
+    return complain(options.file + " cannot be read", kWrongUsage);
+  }
+  Diagnostics diagnostics;
+  const BodyTree tree(body, options.type, diagnostics);
+  const std::vector<Part> parts = selected(options, tree.parts());
+  if (options.json) {
+    nlohmann::ordered_json object;
+    object["ok"] = tree.accepted();
+    object["parts"] = toJson(parts);
+    object["diagnostics"] = diagnostics.toJson();
+    std::cout << jsonLine(object) << '\n';
+  } else {
+    for (const Part& part : parts) {
+      std::cout << (options.raw ? std::string(part.content) : partLines(part));
+    }
+  }
+  if (options.verbose) {
+    diagnostics.printAll("");
+  } else if (!tree.accepted()) {
+    diagnostics.printReasons("", VARN_INVALID_INPUT);
+  }
+  if (options.part != 0 && parts.empty()) {
+    return complain("there is no part " + std::to_string(options.part), kRefused);
+  }
+  return tree.accepted() ? kAccepted : kRefused;
+}
+
+// Writes what the conversion makes of a file; refusal says why there is nothing.
+int runConversion(const std::string& file, std::optional<std::string> (*convert)(std::string),
+                  const char* refusal) {
+  std::string bytes;
+  if (!readFile(file, bytes)) {
+    return complain(file + " cannot be read", kWrongUsage);
+  }
+  Diagnostics diagnostics;
+  const std::optional<std::string> converted = convert(std::move(bytes));
+  if (!converted) {
+    return diagnostics.hasFailure() ? (diagnostics.printReasons("", 0), kRefused)
+                                    : complain(refusal, kRefused);
+  }
+  std::cout << *converted;
+  return kAccepted;
+}
+
+void addFile(CLI::App& parser, std::string& file) {
+  parser.add_option("FILE", file, "The file; - or none is standard input")->type_name("");
+}
+
+}  // namespace
+
+std::function<int()> prepareBody(CLI::App& parser) {
+  const auto options = std::make_shared<BodyOptions>();
+  addFile(parser, options->file);
+  parser.add_option("--type", options->type, "The Content-Type value of the body")
+      ->type_name("CONTENT-TYPE")
+      ->required();
+  CLI::Option* part = parser.add_option("--part", options->part, "Show this part alone")
+                          ->type_name("N")
+                          ->check(CLI::PositiveNumber);
+  parser.add_flag("--raw", options->raw, "Write the bytes of the part, nothing else")->needs(part);
+  addOutputOptions(parser, options->json, options->verbose);
+  parser.footer("Example: siputil body --type 'multipart/mixed;boundary=b' body.bin");
+  return [options] { return runBody(*options); };
+}
+
+std::function<int()> prepareGzip(CLI::App& parser) {
+  const auto file = std::make_shared<std::string>("-");
+  addFile(parser, *file);
+  parser.footer("Example: siputil gzip message.sip >message.gz");
+  return
+      [file] { return runConversion(*file, deflated, "the result would be longer than the text"); };
+}
+
+std::function<int()> prepareGunzip(CLI::App& parser) {
+  const auto file = std::make_shared<std::string>("-");
+  addFile(parser, *file);
+  parser.footer("Example: siputil gunzip message.gz");
+  return [file] {
+    return runConversion(*file, inflated, "no data, or more than the 65535 bytes that are read");
+  };
+}
