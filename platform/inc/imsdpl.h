@@ -19,7 +19,8 @@
 // NOLINTBEGIN(bugprone-reserved-identifier): the handset's names.
 extern "C" {
 
-// Allocates size bytes, uninitialised; also 0 bytes give a block. Returns null on failure. Owns: the caller, until __free.
+// Allocates size bytes, uninitialised; also 0 bytes give a block. Returns null on failure.
+// Owns: the caller, until __free.
 void* __malloc(size_t size);
 
 // Allocates count elements of size bytes each, all zero; also 0 bytes give a block. Returns null
