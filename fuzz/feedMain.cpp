@@ -1,12 +1,15 @@
-// generateMain.cpp - feeds a fuzz target generated inputs, the same ones at every run.
+// feedMain.cpp - feeds a fuzz target what libFuzzer would not be there to feed: the inputs of its
+// corpus, those that once failed, and generated ones, the same at every run.
 //
-// Usage: PROGRAM COUNT DICTIONARY
-// The inputs are put together from the pieces of a dictionary in the format of libFuzzer.
-// The last line tells that all inputs were fed: a run that ends early has none.
+// Usage: PROGRAM COUNT DICTIONARY [DIRECTORY...]
+// The generated inputs are put together from the pieces of a dictionary in libFuzzer's format. The
+// last line tells that all inputs were fed: a run that ends early has none.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
 #include <string_view>
@@ -57,23 +60,41 @@ std::string nextInput(std::mt19937_64& random, const std::vector<std::string>& p
   return input;
 }
 
+void feed(const std::string& input) {
+  LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(input.data()), input.size());
+}
+
+// Feeds the files of a directory. Returns their number; a directory that is not there has none.
+unsigned long feedFiles(const char* directory) {
+  unsigned long count = 0;
+  std::error_code none;
+  for (const auto& entry : std::filesystem::directory_iterator(directory, none)) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    feed(std::string(std::istreambuf_iterator<char>(file), {}));
+    ++count;
+  }
+  return count;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const std::vector<std::string> pieces =
-      argc == 3 ? readDictionary(argv[2]) : std::vector<std::string>();
+      argc >= 3 ? readDictionary(argv[2]) : std::vector<std::string>();
   if (pieces.empty()) {
-    static_cast<void>(std::fprintf(stderr, "usage: %s COUNT DICTIONARY\n", argv[0]));
+    static_cast<void>(std::fprintf(stderr, "usage: %s COUNT DICTIONARY [DIRECTORY...]\n", argv[0]));
     return 2;
   }
-  const std::string_view path(argv[0]);
-  const std::string name(path.substr(path.rfind('/') + 1));
+  unsigned long files = 0;
+  for (int i = 3; i < argc; ++i) {
+    files += feedFiles(argv[i]);
+  }
   const unsigned long count = std::strtoul(argv[1], nullptr, 10);
   std::mt19937_64 random;  // its default seed, so that a finding can be found again
   for (unsigned long i = 0; i < count; ++i) {
-    const std::string input = nextInput(random, pieces);
-    LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(input.data()), input.size());
+    feed(nextInput(random, pieces));
   }
-  std::printf("%s: %lu inputs, 0 findings\n", name.c_str(), count);
+  const std::string name = std::filesystem::path(argv[0]).filename();
+  std::printf("%s: %lu files, %lu inputs, 0 findings\n", name.c_str(), files, count);
   return 0;
 }
