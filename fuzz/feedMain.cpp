@@ -55,7 +55,7 @@ std::string nextInput(std::mt19937_64& random, const std::vector<std::string>& p
   const std::uint64_t first = bits % pieces.size();
   const std::uint64_t width = (bits >> 32U) % 2 == 0 ? 7 : pieces.size();
   for (std::uint64_t count = 1 + (bits >> 40U) % 16; count != 0; --count) {
-    input.append(pieces[(first + random() % width) % pieces.size()]);
+    input.append(pieces[static_cast<std::size_t>((first + random() % width) % pieces.size())]);
   }
   return input;
 }
