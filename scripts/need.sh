@@ -6,13 +6,16 @@ set -euo pipefail
 
 package_of() {
   case $1 in
-    g++ | cmake | clang-format | clang-tidy | shellcheck) echo "$1" ;;
+    g++ | cmake | clang-format | clang-tidy | gcovr | shellcheck | valgrind) echo "$1" ;;
     clang++) echo clang ;;
     ninja) echo ninja-build ;;
     CLI/CLI.hpp) echo libcli11-dev ;;
     nlohmann/json.hpp) echo nlohmann-json3-dev ;;
     gtest/gtest.h) echo libgtest-dev ;;
     zlib.h) echo zlib1g-dev ;;
+    *-linux-gnu*-g++) echo "g++-${1%-g++}" ;;
+    qemu-*) echo qemu-user ;;
+    googletest) echo googletest ;;
     sanitizer/asan_interface.h) echo libclang-rt-dev ;;
     *)
       echo "need.sh: unknown probe $1" >&2
@@ -24,6 +27,7 @@ package_of() {
 present() {
   case $1 in
     sanitizer/*) echo "#include <$1>" | clang++ -E -x c++ - ;;
+    googletest) [ -d /usr/src/googletest ] ;;
     *.h | */*) echo "#include <$1>" | g++ -E -x c++ - ;;
     *) command -v "$1" ;;
   esac >/dev/null 2>&1

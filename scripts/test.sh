@@ -9,7 +9,7 @@ preset=${1-dev}
 probes=(g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h)
 case $preset in
   clang) probes+=(clang++) ;;
-  sanitize) probes+=(clang++ sanitizer/asan_interface.h) ;;
+  sanitize | thread) probes+=(clang++ sanitizer/asan_interface.h) ;;
 esac
 scripts/need.sh "${probes[@]}"
 set -x

@@ -93,7 +93,8 @@ TEST_F(SipMatchTest, ReportsOffsetsBehindTheEndAtEachLevel) {
 TEST_F(SipMatchDeathTest, OffsetsThatWrapEndTheProcess) {
   SipStrStream stream(SipString("123"));
   stream.discard(1);
-  EXPECT_EXIT(SipMatchDigit().match(stream, 0xFFFFFFFFU), testing::KilledBySignal(SIGABRT), "^$");
+  EXPECT_EXIT(SipMatchDigit().match(stream, 0xFFFFFFFFU), testing::KilledBySignal(SIGABRT),
+              kSilence);
 }
 
 TEST_F(SipMatchTest, AsksTheSubclassForMembersAndQuotes) {

@@ -80,6 +80,9 @@ class LibraryTest : public testing::Test {
   std::map<const void*, int> recorded_;
 };
 
+// What a process prints that ends without a word; an emulator adds a line of its own.
+constexpr const char* kSilence = "^(qemu: [^\n]*\n)?$";
+
 // Returns the line of a failure (level 4), of one for want of memory (level 5) or of a trace
 // (level 3) of the library, as takeLog() does.
 std::string failureLine(std::string_view source, std::string_view text);

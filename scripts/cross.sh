@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Usage: cross.sh arm64|armhf|s390x|i386 [CTEST_ARGUMENT...]
+# Builds the library, the tool and the tests for another processor with Debian's cross compiler and
+# runs the tests under qemu-user. zlib comes from that processor's Debian packages, GoogleTest from
+# its Debian sources.
+set -euo pipefail
+
+cd "$(dirname "$0")/.."
+case ${1-} in
+  arm64) compiler=aarch64-linux-gnu-g++ emulator=qemu-aarch64 ;;
+  armhf) compiler=arm-linux-gnueabihf-g++ emulator=qemu-arm ;;
+  s390x) compiler=s390x-linux-gnu-g++ emulator=qemu-s390x ;;
+  i386) compiler=i686-linux-gnu-g++ emulator=qemu-i386 ;;
+  *)
+    sed -n '2s/^# //p' "$0" >&2
+    exit 2
+    ;;
+esac
+processor=$1
+shift
+scripts/need.sh $compiler $emulator cmake ninja CLI/CLI.hpp nlohmann/json.hpp googletest
+
+sysroot=$PWD/build/sysroot-$processor
+if [ ! -d "$sysroot" ]; then
+  as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  if ! dpkg --print-foreign-architectures | grep -qx "$processor"; then
+    "${as_root[@]}" dpkg --add-architecture "$processor"
+    "${as_root[@]}" apt-get update
+  fi
+  packages=$(mktemp -d)
+  (cd "$packages" && apt-get download "zlib1g-dev:$processor")
+  dpkg -x "$packages"/*.deb "$sysroot"
+  rm -r "$packages"
+fi
+set -x
+cmake -G Ninja -S . -B "build/$processor" -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/cross.cmake" \
+  -DSIPUTILITY_CROSS="$processor" -DSIPUTILITY_SYSROOT="$sysroot" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DSIPUTILITY_WERROR=ON
+cmake --build "build/$processor"
+ctest --test-dir "build/$processor" --output-on-failure -j "$(nproc)" "$@"
