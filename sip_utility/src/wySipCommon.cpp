@@ -10,6 +10,7 @@
 #include "internal/charClass.h"
 #include "internal/log.h"
 #include "internal/platformBlock.h"
+#include "internal/textWriter.h"
 #include "wySipString.h"
 
 namespace {
@@ -137,38 +138,36 @@ std::size_t elementLength(std::string_view list) {
   return length;
 }
 
-// Appends an element, rewritten where it can be.
-VARN_EXCEPTION_CODES appendQuoted(SipString& list, std::string_view element) {
+// Writes an element, rewritten where it can be.
+void writeQuoted(TextWriter& writer, std::string_view element) {
   char* quoted = nullptr;
   if (quoteUserInfo(element, &quoted) != 0) {
     const PlatformText owner(quoted);
-    return list.append(quoted);
+    writer.write(std::string_view(quoted));
+  } else {
+    writer.write(element);
   }
-  return list.append(element.data(), static_cast<unsigned int>(element.size()));
 }
 
 // Writes all elements of a list; null without memory.
 PlatformText quotedList(std::string_view uris) {
-  // A string grows to exactly what is asked for: room for all elements, of which no byte becomes
-  // longer than an escape, keeps the appending linear.
-  SipString list;
-  if (uris.size() > UINT_MAX / kEscapeLength - 1 ||
-      list.reserve(static_cast<unsigned int>(kEscapeLength * uris.size())) != VARN_OK) {
+  if (uris.size() > UINT_MAX / kEscapeLength - 1) {
     return nullptr;
   }
+  // A string grows to exactly what is asked for: room for all elements, of which no byte becomes
+  // longer than an escape, keeps the writing linear.
+  SipString list;
+  TextWriter writer(list, static_cast<unsigned int>(kEscapeLength * uris.size()));
   for (;;) {
     const std::size_t length = elementLength(uris);
-    if (appendQuoted(list, uris.substr(0, length)) != VARN_OK) {
-      return nullptr;
-    }
+    writeQuoted(writer, uris.substr(0, length));
     if (length == uris.size()) {
-      return copyOf({list.c_str(), list.length()});
+      break;
     }
-    if (list.append(',') != VARN_OK) {
-      return nullptr;
-    }
+    writer.write(',');
     uris.remove_prefix(length + 1);
   }
+  return writer.code() == VARN_OK ? copyOf({list.c_str(), list.length()}) : nullptr;
 }
 
 // Returns the value of a digit of the base 36; the value before it for any other character.

@@ -2,6 +2,9 @@
 #ifndef SIPUTILITY_INTERNAL_TEXT_WRITER_H
 #define SIPUTILITY_INTERNAL_TEXT_WRITER_H
 
+#include <string_view>
+
+#include "checkedMath.h"
 #include "wySipString.h"
 
 // Appends to a string that it reserves room in once; after a failed step it does nothing more.
@@ -15,6 +18,14 @@ class TextWriter {
   TextWriter& write(const Piece& piece) {
     if (code_ == VARN_OK) {
       code_ = text_.append(piece);
+    }
+    return *this;
+  }
+
+  // Appends bytes.
+  TextWriter& write(std::string_view piece) {
+    if (code_ == VARN_OK) {
+      code_ = text_.append(piece.data(), checkedLength(piece.size()));
     }
     return *this;
   }
