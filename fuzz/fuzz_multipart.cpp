@@ -37,8 +37,7 @@ void checkTree(const SipMultipartMessageBody* root, std::string_view body, unsig
 }
 
 void check(const char* contentType, std::string_view body) {
-  const std::unique_ptr<char[]> copy(new char[body.size()]);  // no byte more
-  body.copy(copy.get(), body.size());
+  const Text copy = blockOf(body);
   auto* const data = reinterpret_cast<unsigned char*>(copy.get());
   SipMultipartMessageBodyUtility utility;
   const auto* const root = utility.wySipGetMultiPartMessageBody(

@@ -30,6 +30,13 @@ inline Text copyOf(std::string_view text) {
   return copy;
 }
 
+// Returns a copy of bytes, zero bytes among them, in a block of exactly their size.
+inline Text blockOf(std::string_view bytes) {
+  Text block(new char[bytes.size()]);
+  bytes.copy(block.get(), bytes.size());
+  return block;
+}
+
 // Returns the arguments that an input holds, one a line; at least two, "" for those it has not.
 inline std::vector<Text> argumentsOf(const uint8_t* data, std::size_t size) {
   std::string_view rest(reinterpret_cast<const char*>(data), std::min(size, kLongestInput));

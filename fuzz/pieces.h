@@ -1,0 +1,209 @@
+// pieces.h - addresses taken apart and put together again in the plainest way, for the address
+// targets to hold the library against.
+#ifndef FUZZ_PIECES_H
+#define FUZZ_PIECES_H
+
+#include <strings.h>
+
+#include <cctype>
+
+#include "law.h"
+#include "wyTelAddress.h"
+
+// What an address is made of; behind a fixed number of pieces its parameters, each as written.
+using Pieces = std::vector<std::string>;
+
+// Display name, scheme, user, host, port ("0" for none).
+constexpr unsigned int kSipParams = 5;
+
+// Display name, number, isub, ext, phone context, "<" for brackets in the text it was read from.
+constexpr unsigned int kTelBracket = 5;
+constexpr unsigned int kTelParams = 6;
+constexpr const char* kTelNames[kTelBracket] = {"", "", "isub", "ext", "phone-context"};
+
+// The setters of the first pieces, in their order.
+constexpr VARN_EXCEPTION_CODES (SipAddress::*kSipSetters[])(const SipString&) = {
+    &SipAddress::setDisplayName, &SipAddress::setScheme, &SipAddress::setUser,
+    &SipAddress::setHost};
+constexpr VARN_EXCEPTION_CODES (TelAddress::*kTelSetters[])(const SipString&) = {
+    &TelAddress::setDisplayName, &TelAddress::setPhoneNumber, &TelAddress::setISDNSubAddr,
+    &TelAddress::setExtension, &TelAddress::setContext};
+
+// The laws of a target: on the texts of an address, and on its changes by a value and another.
+void checkTexts(SipAddress& address);
+void checkTexts(TelAddress& tel);
+void checkEdits(SipAddress& address, const SipString& value, const SipString& other);
+void checkEdits(TelAddress& tel, const SipString& value, const SipString& other);
+
+inline std::string bytesOf(const SipString& text) { return {text.c_str(), text.length()}; }
+
+// Returns a text without the blanks and tabs around it.
+inline std::string trimmedBytes(const SipString& text) {
+  const std::string bytes = bytesOf(text);
+  const std::size_t first = std::min(bytes.find_first_not_of(" \t"), bytes.size());
+  return bytes.substr(first, bytes.find_last_not_of(" \t") + 1 - first);
+}
+
+inline std::string paramText(const std::string& name, const std::string& value) {
+  return ";" + name + (value.empty() ? "" : "=" + value);
+}
+
+// Returns the given pieces and the parameters of the address they are from.
+template <typename Address>
+Pieces withParams(Pieces pieces, const Address& address) {
+  for (const SipParam* p = address.firstParam(); p != nullptr; p = address.nextParam(p)) {
+    pieces.push_back(paramText(bytesOf(p->getName()), bytesOf(p->getValue())));
+  }
+  return pieces;
+}
+
+inline Pieces piecesOf(const SipAddress& sip) {
+  return withParams(
+      {bytesOf(sip.getDisplayName()), bytesOf(sip.getScheme()), bytesOf(sip.getUser()),
+       bytesOf(sip.getHost()), std::to_string(sip.getStoredPort())},
+      sip);
+}
+
+inline Pieces piecesOf(const TelAddress& tel) {
+  return withParams(
+      {bytesOf(tel.getDisplayName()), bytesOf(tel.getPhoneNumber()), bytesOf(tel.getISDNSubAddr()),
+       bytesOf(tel.getExtension()), bytesOf(tel.getContext()), tel.isBracketed() ? "<" : ""},
+      tel);
+}
+
+// Returns the pieces from the first on, one behind the other.
+inline std::string joined(const Pieces& pieces, unsigned int first) {
+  std::string text;
+  std::for_each(pieces.begin() + first, pieces.end(), [&text](auto& piece) { text += piece; });
+  return text;
+}
+
+// Returns a display name and brackets, where wanted, around a URI.
+inline std::string nameAddr(const std::string& displayName, const std::string& uri,
+                            bool bracketed) {
+  const std::string text = bracketed || !displayName.empty() ? "<" + uri + ">" : uri;
+  return displayName.empty() ? text : displayName + " " + text;
+}
+
+// Returns the name of a parameter as it is written.
+inline std::string nameOf(const std::string& param) { return param.substr(1, param.find('=') - 1); }
+
+inline bool isLessByName(const std::string& param, const std::string& other) {
+  return strcasecmp(nameOf(param).c_str(), nameOf(other).c_str()) < 0;
+}
+
+// Takes the parameter of this name away, letter case ignored.
+inline void eraseParam(Pieces& pieces, unsigned int first, const std::string& name) {
+  const auto isIt = [&name](auto& param) {
+    return strcasecmp(nameOf(param).c_str(), name.c_str()) == 0;
+  };
+  pieces.erase(std::remove_if(pieces.begin() + first, pieces.end(), isIt), pieces.end());
+}
+
+// Returns whether the parameters of a SIP address can be read again: a setter has one rule for all
+// values, but reading has none for those of "tag" and "branch".
+inline bool areReadable(const Pieces& pieces, unsigned int first) {
+  return std::none_of(pieces.begin() + first, pieces.end(), [](auto& param) {
+    return param.compare(0, 5, ";tag=") == 0 || param.compare(0, 8, ";branch=") == 0;
+  });
+}
+
+// Returns whether those of a tel address can, too: the name of one with a place of its own comes
+// to the list by way of white space around it, which is dropped there.
+inline bool areTelReadable(const Pieces& pieces) {
+  return areReadable(pieces, kTelParams) &&
+         std::none_of(pieces.begin() + kTelParams, pieces.end(), [](auto& param) {
+           return std::find(kTelNames + 2, std::end(kTelNames), nameOf(param)) !=
+                  std::end(kTelNames);
+         });
+}
+
+// Returns which piece a parameter of this name is; kTelParams for one of the list.
+inline unsigned int telPieceOf(const SipString& name) {
+  unsigned int piece = 2;
+  while (piece < kTelBracket && strcasecmp(kTelNames[piece], name.c_str()) != 0) {
+    ++piece;
+  }
+  return piece == kTelBracket ? kTelParams : piece;
+}
+
+// Takes away, or sets, what a tel address calls its parameter of this name. A setter drops the
+// white space around it.
+inline void eraseTelParam(Pieces& pieces, const SipString& name) {
+  if (telPieceOf(name) == kTelParams) {
+    eraseParam(pieces, kTelParams, bytesOf(name));
+  } else {
+    pieces[telPieceOf(name)].clear();
+  }
+}
+inline void setTelParam(Pieces& pieces, const SipString& name, const SipString& value) {
+  if (telPieceOf(name) != kTelParams) {
+    pieces[telPieceOf(name)] = trimmedBytes(value);
+    return;
+  }
+  eraseParam(pieces, kTelParams, trimmedBytes(name));
+  const std::string param = paramText(trimmedBytes(name), trimmedBytes(value));
+  pieces.insert(std::upper_bound(pieces.begin() + kTelParams, pieces.end(), param, isLessByName),
+                param);
+}
+
+// Returns a text without its escapes; the letters that were none are made small, where wanted.
+inline std::string unescaped(std::string text, bool folded) {
+  const auto isHex = [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; };
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '%' && i + 2 < text.size() && isHex(text[i + 1]) && isHex(text[i + 2])) {
+      text.replace(i, 3, 1, static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)));
+    } else if (folded && 'A' <= text[i] && text[i] <= 'Z') {
+      text[i] = static_cast<char>(text[i] | 0x20);
+    }
+  }
+  return text;
+}
+
+// Returns how many names an address gives for its parameters.
+template <typename Address>
+std::size_t countNames(Address& address) {
+  const SipString** const names = address.getParameterNames();
+  std::size_t count = 0;
+  while (names != nullptr && names[count] != nullptr) {
+    require(names[count]->length() != 0, "a parameter has a name", "", "");
+    ++count;
+  }
+  return count;
+}
+
+inline bool isFixed(const SipAddress& address) { return address.isWildcard(); }
+inline bool isFixed(const TelAddress& /*tel*/) { return false; }
+
+// Calls change(pieces), which changes the pieces of an address, and the address, and returns the
+// outcome of the latter: a change that fails must leave the address as it was.
+template <typename Address, typename Change>
+void checkChange(Address& address, Change change) {
+  const std::string text = bytesOf(address.toString());
+  const Pieces before = piecesOf(address);
+  Pieces expected = before;
+  const VARN_EXCEPTION_CODES code = change(expected);
+  require(code == address.GetLastErrorCode(), "the outcome is stored", text, "");
+  const bool done = code == VARN_OK && !isFixed(address);
+  const Pieces after = piecesOf(address);
+  require(after == (done ? expected : before), "a change", text, joined(after, 0));
+  if (done) {
+    checkTexts(address);
+  } else {
+    require(bytesOf(address.toString()) == text, "no change", text, address.toString().c_str());
+  }
+}
+
+// Longer sequences of edits find nothing that these do not.
+constexpr std::size_t kMostEdits = 8;
+
+// Edits the address that the first argument is by each argument behind it and the one behind that.
+template <typename Address>
+void editFirst(const std::vector<Text>& arguments) {
+  Address address{SipString(arguments[0].get())};
+  for (std::size_t i = 1; i < std::min(arguments.size(), kMostEdits); ++i) {
+    checkEdits(address, arguments[i].get(), arguments[(i + 1) % arguments.size()].get());
+  }
+}
+
+#endif  // FUZZ_PIECES_H
