@@ -41,7 +41,7 @@ void checkMessage(const Message& message, std::string_view text) {
   require(message.body.data() == header.data() + header.size(), "the body ends it", text, header);
   std::string bare = squeezed(message.startLine);
   const bool sound = message.faults.empty();
-  bool literal = sound;   // no field may be a list or have a compact name
+  bool literal = sound && header.find(',') == std::string_view::npos;  // else a value may vanish
   bool readable = sound;  // no line is indented: behind others it would continue them
   for (const Field& field : message.fields) {
     checkField(field);
@@ -49,7 +49,7 @@ void checkMessage(const Message& message, std::string_view text) {
     const FieldKind* const kind = findField(trimmed(field.name));
     const bool single = kind == nullptr || !kind->list || splitList(field.value).size() == 1;
     require(single, "one value of a list", field.name, field.value);
-    literal = literal && kind == nullptr;
+    literal = literal && kind == nullptr;  // may have a compact name
     readable = readable && field.name.find_first_of(" \t") != 0;
     const bool length = sound && kind != nullptr && kind->compact == 'l';
     require(!length || std::stoull(field.value) == message.body.size(), "its length", text, bare);
