@@ -172,6 +172,21 @@ std::size_t countNames(Address& address) {
   return count;
 }
 
+inline const auto& settersOf(const SipAddress& /*sip*/) { return kSipSetters; }
+inline const auto& settersOf(const TelAddress& /*tel*/) { return kTelSetters; }
+
+// Sets each piece that an address has to what it is.
+template <typename Address>
+void checkOwnPieces(Address& address) {
+  const Pieces pieces = piecesOf(address);
+  const auto& setters = settersOf(address);
+  for (std::size_t i = 0; i < std::size(setters); ++i) {
+    const SipString piece(pieces[i].data(), static_cast<unsigned int>(pieces[i].size()));
+    const bool taken = pieces[i].empty() || (address.*setters[i])(piece) == VARN_OK;
+    require(taken && piecesOf(address) == pieces, "its own piece", joined(pieces, 0), pieces[i]);
+  }
+}
+
 inline bool isFixed(const SipAddress& address) { return address.isWildcard(); }
 inline bool isFixed(const TelAddress& /*tel*/) { return false; }
 
@@ -197,10 +212,12 @@ void checkChange(Address& address, Change change) {
 // Longer sequences of edits find nothing that these do not.
 constexpr std::size_t kMostEdits = 8;
 
-// Edits the address that the first argument is by each argument behind it and the one behind that.
+// Edits the address that the first argument is: by its own pieces, then by each argument behind it
+// and the one behind that.
 template <typename Address>
 void editFirst(const std::vector<Text>& arguments) {
   Address address{SipString(arguments[0].get())};
+  checkOwnPieces(address);
   for (std::size_t i = 1; i < std::min(arguments.size(), kMostEdits); ++i) {
     checkEdits(address, arguments[i].get(), arguments[(i + 1) % arguments.size()].get());
   }
