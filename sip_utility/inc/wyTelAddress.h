@@ -55,8 +55,9 @@ class SIPUTILITY_EXPORT TelAddress {
   //   tel-uri = "tel:" number [ ";isub=" 1*paramchar / ";ext=" 1*phonedigit ]
   //             [ ";phone-context=" descriptor ] *( ";" param )
   //
-  // isub, ext and phone-context have this place and no other: met later they are refused as
-  // duplicates. After a failure the pieces in front of the failing one are set.
+  // isub, ext and phone-context have this place and no other: met later, in small letters, they
+  // are refused as duplicates; in capitals they become parameters of the list, which no operation
+  // by name reaches. After a failure the pieces in front of the failing one are set.
   explicit TelAddress(const SipString& address);
 
   TelAddress(const TelAddress&) = delete;
@@ -105,8 +106,8 @@ class SIPUTILITY_EXPORT TelAddress {
   // ignored; null for no such parameter.
   const SipString* getParameter(const SipString& name) const;
 
-  // Replaces or adds a parameter; isub, ext and phone-context go to their setters and take no
-  // empty value. Releases the array of getParameterNames(), also when it fails.
+  // Replaces or adds a parameter; isub, ext and phone-context, in any letter case but without
+  // white space around them, go to their setters and take no empty value. Releases the array of getParameterNames(), also when it fails.
   VARN_EXCEPTION_CODES setParameter(const SipString& name, const SipString& value);
 
   // Takes a parameter away, if it is there. Empties the array of getParameterNames().
