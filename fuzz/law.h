@@ -11,10 +11,14 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include "hostControl.h"
 #include "imsdpl.h"
+#include "wySipParam.h"
+#include "wySipString.h"
 
 // Longer inputs find nothing that these do not, and fewer of them are tried in the same time.
 constexpr std::size_t kLongestInput = 4096;
@@ -49,6 +53,66 @@ inline std::vector<Text> argumentsOf(const uint8_t* data, std::size_t size) {
   return arguments;
 }
 
+// Returns the lines of an input, zero bytes kept. A CRLF belongs to its line: that is a fold.
+inline std::vector<std::string_view> linesOf(const uint8_t* data, std::size_t size) {
+  const std::string_view input(reinterpret_cast<const char*>(data), std::min(size, kLongestInput));
+  std::vector<std::string_view> lines;
+  std::size_t begin = 0;
+  for (std::size_t end = 0; end <= input.size(); ++end) {
+    const bool fold = end != begin && input[end - 1] == '\r';
+    if (end == input.size() || (input[end] == '\n' && !fold)) {
+      lines.push_back(input.substr(begin, end - begin));
+      begin = end + 1;
+    }
+  }
+  return lines;
+}
+
+inline SipString sipString(std::string_view text) {
+  return {text.data(), static_cast<unsigned int>(text.size())};
+}
+
+// Returns what a string holds; lives as the pointer of c_str() does.
+inline std::string_view viewOf(const SipString& text) { return {text.c_str(), text.length()}; }
+
+// Returns a text without the white space around it.
+inline std::string trimmed(std::string_view text) {
+  constexpr std::string_view kSpace = " \t\r\n";
+  const std::size_t begin = std::min(text.find_first_not_of(kSpace), text.size());
+  return std::string(text.substr(begin, text.find_last_not_of(kSpace) + 1 - begin));
+}
+
+// Returns a text with its ASCII letters in lower case.
+inline std::string lowerCase(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return lower;
+}
+
+// Parameters in the order in which they are written, names and values.
+using Params = std::vector<std::pair<std::string, std::string>>;
+
+// Returns the parameters of a header, an address or a list.
+template <typename Owner>
+Params paramsOf(const Owner& owner) {
+  Params params;
+  for (const SipParam* p = owner.firstParam(); p != nullptr; p = owner.nextParam(p)) {
+    params.emplace_back(viewOf(p->getName()), viewOf(p->getValue()));
+  }
+  return params;
+}
+
+// Returns whether a list reads these parameters when it has written them: "tag" and "branch" may
+// have been set to what only other names may have.
+inline bool readsAgain(const SipParamList& list, const Params& params) {
+  return std::all_of(params.begin(), params.end(), [&](const auto& param) {
+    const bool special = param.first == "tag" || param.first == "branch";
+    const SipStrStream value(sipString(param.second));
+    return !special || list.matchTagParamValue(value, 0) == param.second.size();
+  });
+}
+
 // Ends the process, both texts printed, where a law does not hold.
 inline void require(bool holds, const char* law, std::string_view a, std::string_view b) {
   if (!holds) {
@@ -71,6 +135,36 @@ inline std::string taken(char* given, const std::string& other) {
   const GivenText owner(given);
   return given == nullptr ? other : given;
 }
+
+// Ends the process where the library reports a failed assertion.
+inline void forbidAssertions() {
+  hostSetAssertionHandler(
+      [](void*, const HostAssertion& assertion) {
+        require(false, "no assertion fails", assertion.sourceFile, std::to_string(assertion.line));
+      },
+      nullptr);
+}
+
+// Counts the entries of the memory log while it lives; at its end none may be left.
+class MemoryLogWatch {
+ public:
+  MemoryLogWatch() {
+    hostSetMemoryHandler(
+        [](void* context, const HostMemoryEvent& event) {
+          *static_cast<long*>(context) += event.added ? 1 : -1;
+        },
+        &entries_);
+  }
+  MemoryLogWatch(const MemoryLogWatch&) = delete;
+  MemoryLogWatch& operator=(const MemoryLogWatch&) = delete;
+  ~MemoryLogWatch() {
+    hostSetMemoryHandler(nullptr, nullptr);
+    require(entries_ == 0, "each entry is removed", std::to_string(entries_), "");
+  }
+
+ private:
+  long entries_ = 0;
+};
 
 // Calls check(text, next) for each argument and the one behind it, then checkAll(arguments).
 // Nothing may be left behind.
