@@ -1,5 +1,4 @@
-// fuzz_string.cpp - strings against a standard twin: the first byte of a line is an operation, 'a'
-// the first, the rest its text, which the result is then compared with.
+// fuzz_string.cpp - strings against a twin: each line is an operation, 'a' to 'f', and its text.
 #include "law.h"
 
 namespace {
@@ -43,7 +42,7 @@ VARN_EXCEPTION_CODES apply(SipString& string, std::string& twin, int operation,
       return copyPiece(string, twin, length, at);
     case 'f':
       string = sipString(twin = text);
-      return (string = *&string).append(nullptr, 0);
+      return string.append(nullptr, 0);
     default:
       return string.append(sipString(twin.append(text).substr(twin.size() - length)));
   }
