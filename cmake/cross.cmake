@@ -1,5 +1,6 @@
 # cross.cmake - toolchain for SIPUTILITY_CROSS (arm64, armhf, s390x, i386): Debian's cross compiler,
-# and qemu-user to run what it makes. SIPUTILITY_SYSROOT holds the libraries of that processor.
+# and qemu-user to run what it makes; i386 runs by itself, for qemu-i386 hangs where a program with
+# threads forks. SIPUTILITY_SYSROOT holds the libraries of that processor.
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES SIPUTILITY_CROSS SIPUTILITY_SYSROOT)
 set(triplet_arm64 aarch64-linux-gnu)
 set(triplet_armhf arm-linux-gnueabihf)
@@ -8,7 +9,7 @@ set(triplet_i386 i686-linux-gnu)
 set(processor_arm64 aarch64)
 set(processor_armhf arm)
 set(processor_s390x s390x)
-set(processor_i386 i386)
+set(processor_i386 i686)
 set(triplet ${triplet_${SIPUTILITY_CROSS}})
 set(processor ${processor_${SIPUTILITY_CROSS}})
 
@@ -16,12 +17,15 @@ set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR ${processor})
 set(CMAKE_CXX_COMPILER ${triplet}-g++)
 set(CMAKE_C_COMPILER ${triplet}-gcc)
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-${processor};-L;/usr/${triplet})
 
-# Debian's multiarch folder of the libraries; only i386 has another name for it.
-set(folder ${triplet})
+# folder is Debian's multiarch folder of the libraries; only i386 has another name for it.
 if(SIPUTILITY_CROSS STREQUAL "i386")
   set(folder i386-linux-gnu)
+  set(libraries /usr/${triplet}/lib)
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${libraries}/ld-linux.so.2;--library-path;${libraries})
+else()
+  set(folder ${triplet})
+  set(CMAKE_CROSSCOMPILING_EMULATOR qemu-${processor};-L;/usr/${triplet})
 endif()
 set(ZLIB_INCLUDE_DIR ${SIPUTILITY_SYSROOT}/usr/include CACHE PATH "")
 set(ZLIB_LIBRARY ${SIPUTILITY_SYSROOT}/usr/lib/${folder}/libz.a CACHE FILEPATH "")

@@ -1,6 +1,6 @@
 // fuzz_header.cpp - headers: the first line is the name, the second the value; the others are
 // edits, `:name`, `=value`, `+name=value` and `-name`.
-#include "law.h"
+#include "params.h"
 #include "wySipHeader.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // fuzz_match.cpp - matchers at every offset of the input: its first byte, '0' to '3', chooses the
 // family, the rest is the text.
-#include "law.h"
+#include "params.h"
 #include "wySipHeaderMatch.h"
 #include "wySipMatch.h"
 #include "wyTelAddressMatch.h"

@@ -1,6 +1,6 @@
 // fuzz_param.cpp - parameter lists: the first line is the text of a list, in each dialect in turn;
 // the others are edits, `+name=value` and `-name`.
-#include "law.h"
+#include "params.h"
 
 namespace {
 

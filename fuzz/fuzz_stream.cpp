@@ -1,5 +1,5 @@
 // fuzz_stream.cpp - read cursors: the input is read in steps of its lines' lengths.
-#include "law.h"
+#include "params.h"
 #include "wySipMatch.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // fuzz_string.cpp - strings against a twin: each line is an operation, 'a' to 'f', and its text.
-#include "law.h"
+#include "params.h"
 
 namespace {
 

@@ -12,13 +12,10 @@
 #include <string>
 #include <string_view>
 #include <typeinfo>
-#include <utility>
 #include <vector>
 
 #include "hostControl.h"
 #include "imsdpl.h"
-#include "wySipParam.h"
-#include "wySipString.h"
 
 // Longer inputs find nothing that these do not, and fewer of them are tried in the same time.
 constexpr std::size_t kLongestInput = 4096;
@@ -66,51 +63,6 @@ inline std::vector<std::string_view> linesOf(const uint8_t* data, std::size_t si
     }
   }
   return lines;
-}
-
-inline SipString sipString(std::string_view text) {
-  return {text.data(), static_cast<unsigned int>(text.size())};
-}
-
-// Returns what a string holds; lives as the pointer of c_str() does.
-inline std::string_view viewOf(const SipString& text) { return {text.c_str(), text.length()}; }
-
-// Returns a text without the white space around it.
-inline std::string trimmed(std::string_view text) {
-  constexpr std::string_view kSpace = " \t\r\n";
-  const std::size_t begin = std::min(text.find_first_not_of(kSpace), text.size());
-  return std::string(text.substr(begin, text.find_last_not_of(kSpace) + 1 - begin));
-}
-
-// Returns a text with its ASCII letters in lower case.
-inline std::string lowerCase(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return lower;
-}
-
-// Parameters in the order in which they are written, names and values.
-using Params = std::vector<std::pair<std::string, std::string>>;
-
-// Returns the parameters of a header, an address or a list.
-template <typename Owner>
-Params paramsOf(const Owner& owner) {
-  Params params;
-  for (const SipParam* p = owner.firstParam(); p != nullptr; p = owner.nextParam(p)) {
-    params.emplace_back(viewOf(p->getName()), viewOf(p->getValue()));
-  }
-  return params;
-}
-
-// Returns whether a list reads these parameters when it has written them: "tag" and "branch" may
-// have been set to what only other names may have.
-inline bool readsAgain(const SipParamList& list, const Params& params) {
-  return std::all_of(params.begin(), params.end(), [&](const auto& param) {
-    const bool special = param.first == "tag" || param.first == "branch";
-    const SipStrStream value(sipString(param.second));
-    return !special || list.matchTagParamValue(value, 0) == param.second.size();
-  });
 }
 
 // Ends the process, both texts printed, where a law does not hold.

@@ -72,7 +72,7 @@ inline Pieces piecesOf(const TelAddress& tel) {
 }
 
 // Returns the pieces from the first on, one behind the other.
-inline std::string joined(const Pieces& pieces, unsigned int first) {
+inline std::string joined(const Pieces& pieces, std::ptrdiff_t first) {
   std::string text;
   std::for_each(pieces.begin() + first, pieces.end(), [&text](auto& piece) { text += piece; });
   return text;
@@ -93,7 +93,7 @@ inline bool isLessByName(const std::string& param, const std::string& other) {
 }
 
 // Takes the parameter of this name away, letter case ignored.
-inline void eraseParam(Pieces& pieces, unsigned int first, const std::string& name) {
+inline void eraseParam(Pieces& pieces, std::ptrdiff_t first, const std::string& name) {
   const auto isIt = [&name](auto& param) {
     return strcasecmp(nameOf(param).c_str(), name.c_str()) == 0;
   };
@@ -102,7 +102,7 @@ inline void eraseParam(Pieces& pieces, unsigned int first, const std::string& na
 
 // Returns whether the parameters of a SIP address can be read again: a setter has one rule for all
 // values, but reading has none for those of "tag" and "branch".
-inline bool areReadable(const Pieces& pieces, unsigned int first) {
+inline bool areReadable(const Pieces& pieces, std::ptrdiff_t first) {
   return std::none_of(pieces.begin() + first, pieces.end(), [](auto& param) {
     return param.compare(0, 5, ";tag=") == 0 || param.compare(0, 8, ";branch=") == 0;
   });

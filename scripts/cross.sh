@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
 # Usage: cross.sh arm64|armhf|s390x|i386 [CTEST_ARGUMENT...]
 # Builds the library, the tool and the tests for another processor with Debian's cross compiler and
-# runs the tests under qemu-user. zlib comes from that processor's Debian packages, GoogleTest from
+# runs the tests under qemu-user, those for i386 by themselves. zlib comes from that processor's Debian packages, GoogleTest from
 # its Debian sources.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
 case ${1-} in
-  arm64) compiler=aarch64-linux-gnu-g++ emulator=qemu-aarch64 ;;
-  armhf) compiler=arm-linux-gnueabihf-g++ emulator=qemu-arm ;;
-  s390x) compiler=s390x-linux-gnu-g++ emulator=qemu-s390x ;;
-  i386) compiler=i686-linux-gnu-g++ emulator=qemu-i386 ;;
+  arm64) tools=(aarch64-linux-gnu-g++ qemu-aarch64) ;;
+  armhf) tools=(arm-linux-gnueabihf-g++ qemu-arm) ;;
+  s390x) tools=(s390x-linux-gnu-g++ qemu-s390x) ;;
+  i386) tools=(i686-linux-gnu-g++) ;;
   *)
     sed -n '2s/^# //p' "$0" >&2
     exit 2
@@ -18,7 +18,7 @@ case ${1-} in
 esac
 processor=$1
 shift
-scripts/need.sh $compiler $emulator cmake ninja CLI/CLI.hpp nlohmann/json.hpp googletest
+scripts/need.sh "${tools[@]}" cmake ninja CLI/CLI.hpp nlohmann/json.hpp googletest
 
 sysroot=$PWD/build/sysroot-$processor
 if [ ! -d "$sysroot" ]; then

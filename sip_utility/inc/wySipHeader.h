@@ -48,8 +48,9 @@ class SIPUTILITY_EXPORT SipHeader {
   // ordinary.
   WY_SIP_SIPHEADER_TYPE lookUpHeaderType(const SipString& name) const;
 
-  // Replaces the name by another of the same kind; white space around it is dropped. After a
-  // failure nothing has changed.
+  // Replaces the name by another of the same kind; white space around it is dropped. A header
+  // without a name takes any: a text of parameters that getHeaderValue() gave before stays as it
+  // was written then. After a failure nothing has changed.
   // Fails: VARN_INVALID_INPUT, VARN_RESOURCE_FAILURE, or the code of the stream.
   VARN_EXCEPTION_CODES setName(const SipString& name);
 

@@ -107,7 +107,8 @@ class SIPUTILITY_EXPORT TelAddress {
   const SipString* getParameter(const SipString& name) const;
 
   // Replaces or adds a parameter; isub, ext and phone-context, in any letter case but without
-  // white space around them, go to their setters and take no empty value. Releases the array of getParameterNames(), also when it fails.
+  // white space around them, go to their setters and take no empty value. Releases the array of
+  // getParameterNames(), also when it fails.
   VARN_EXCEPTION_CODES setParameter(const SipString& name, const SipString& value);
 
   // Takes a parameter away, if it is there. Empties the array of getParameterNames().
