@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Usage: fuzz.sh [TARGET|all] [SECONDS]
 # Runs a fuzz target (a name without fuzz_, all unless named) under libFuzzer with address,
-# undefined-behaviour and unsigned-overflow checks, each for SECONDS (60 unless given), as many at
-# once as there are processors. Shows where each stands every 10 seconds. New inputs are kept in
-# build/fuzz/work, findings in build/fuzz/findings.
+# undefined-behaviour and unsigned-overflow checks, each for SECONDS (60 unless given), JOBS at once
+# (as many as there are processors unless set). Shows where each stands every 10 seconds. New inputs
+# are kept in build/fuzz/work, findings in build/fuzz/findings.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
@@ -40,10 +40,11 @@ run() { # NAME DICTIONARY
 }
 
 progress() { # NAME
-  printf '%-10s %s\n' "$1" "$(grep -o 'cov: [0-9]*\|exec/s: [0-9]*\|^#[0-9]*' "$build/logs/$1.log" |
-    tail -3 | tr '\n' ' ')"
+  printf '%-10s %s\n' "$1" "$(grep 'cov:' "$build/logs/$1.log" | tail -1 |
+    sed 's/^\(#[0-9]*\).*\(cov: [0-9]*\).*\(exec\/s: [0-9]*\).*/\1 \2 \3/')"
 }
 
 export -f run progress
 export build seconds
-printf '%s\n' "${targets[@]}" | xargs -P "$(nproc)" -L 1 bash -euo pipefail -c 'run "$@"' run
+export ASAN_OPTIONS=malloc_context_size=2 # short stacks, quick runs; a kept input gives long ones
+printf '%s\n' "${targets[@]}" | xargs -P "${JOBS:-$(nproc)}" -L 1 bash -euo pipefail -c 'run "$@"' run
