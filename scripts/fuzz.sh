@@ -31,16 +31,16 @@ run() { # NAME DICTIONARY
   while sleep 10 && kill -0 $fuzzer 2>/dev/null; do progress "$1"; done
   wait $fuzzer || status=$?
   # A fail-stop ends with status 0: only the closing line tells of a whole run.
-  if [ $status -ne 0 ] || ! grep -q '^Done [0-9]* runs in' "$log"; then
+  if [ $status -ne 0 ] || ! grep -aq '^Done [0-9]* runs in' "$log"; then
     printf '%-10s FINDING, see %s and %s\n' "$1" "$log" "$build/findings" >&2
     return 1
   fi
   progress "$1"
-  printf '%-10s %s\n' "$1" "$(grep '^Done' "$log")"
+  printf '%-10s %s\n' "$1" "$(grep -a '^Done' "$log")"
 }
 
 progress() { # NAME
-  printf '%-10s %s\n' "$1" "$(grep 'cov:' "$build/logs/$1.log" | tail -1 |
+  printf '%-10s %s\n' "$1" "$(grep -a 'cov:' "$build/logs/$1.log" | tail -1 |
     sed 's/^\(#[0-9]*\).*\(cov: [0-9]*\).*\(exec\/s: [0-9]*\).*/\1 \2 \3/')"
 }
 
