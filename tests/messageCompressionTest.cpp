@@ -1,6 +1,9 @@
 // messageCompressionTest.cpp - gzip data made and read, against zlib's own writer and reader.
 #include <zlib.h>
 
+#include <algorithm>
+#include <memory>
+
 #include "imsdpl.h"
 #include "libraryTest.h"
 #include "wySipUtils.h"
@@ -67,10 +70,10 @@ std::string compressed(std::string text) {
 }
 
 std::string expanded(std::string_view data) {
-  std::vector<unsigned char> input(data.begin(), data.end());  // exactly as long
-  input.reserve(1);                                            // not null
+  const auto input = std::make_unique<unsigned char[]>(data.size());  // exactly as long, not null
+  std::copy(data.begin(), data.end(), input.get());
   return resultOf([&](unsigned char** output) {
-    return DeCompressGzipData(input.data(), static_cast<unsigned short>(input.size()), output);
+    return DeCompressGzipData(input.get(), static_cast<unsigned short>(data.size()), output);
   });
 }
 

@@ -249,9 +249,9 @@ TEST_F(SipHeaderTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
   std::set<std::string> expected;
   for (const char* message :
        {"SipHeader | SipStrStream constructor failed", "setName | SipStrStream constructor failed.",
-        "setName | Stream.get failed with error 1", "setName | assignment failed.",
-        "setValue | stream constructor failed.", "setValue | Stream.get failed with error 1",
-        "setValue | assignment failed.", "toString - getHeaderValue failed"}) {
+        "setName | assignment failed.", "setValue | stream constructor failed.",
+        "setValue | Stream.get failed with error 1", "setValue | assignment failed.",
+        "toString - getHeaderValue failed"}) {
     expected.insert(fails(message));
   }
   EXPECT_EQ(expected, log);

@@ -92,6 +92,7 @@ class SIPUTILITY_EXPORT SipHeader {
  private:
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& name, const SipString& value);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES replaceName(const SipString& name);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES takeName(SipStrStream& stream);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES replaceValue(const SipString& value);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeCode(VARN_EXCEPTION_CODES code);
   SIPUTILITY_HIDDEN void dropTexts();

@@ -11,8 +11,6 @@
 #include "wySipExport.h"
 #include "wySipString.h"
 
-class ParamNameIndex;
-
 // One parameter: a name and a value, empty for a parameter without one. A node knows the pointer
 // that points at it, so that deleting it takes it off its chain.
 class SIPUTILITY_EXPORT SipParam {
@@ -160,10 +158,6 @@ class SIPUTILITY_EXPORT SipParamList {
   // text is read, nothing is stored.
   // Fails: as parseParamList().
   VARN_EXCEPTION_CODES parseParam(SipParam* param, SipStrStream& stream) const;
-
-  // As above, one of many in a row: the index answers for the names on the list.
-  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseParam(SipParam* param, SipStrStream& stream,
-                                                    ParamNameIndex& names) const;
 
  private:
   SipParam* head_;

@@ -16,6 +16,7 @@
 #include "wySipString.h"
 #include "wyTelAddressMatch.h"
 
+class ParamNameIndex;
 class ParamOrder;
 
 // The parameters of a tel URI but isub, ext and phone-context: as URI parameters, with names of

@@ -1,13 +1,17 @@
 // wySipAddress.cpp - one SIP address: a wildcard, an addr-spec or a name-addr.
 #include "wySipAddress.h"
 
+#include "internal/borrowed.h"
 #include "internal/checkedMath.h"
 #include "internal/equality.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
+#include "internal/paramReader.h"
 #include "internal/pieceSetter.h"
 #include "internal/stringAccess.h"
 #include "internal/textWriter.h"
+#include "internal/unread.h"
 #include "wySipMatch.h"
 
 namespace {
@@ -54,58 +58,114 @@ VARN_EXCEPTION_CODES replaceBy(SipString& piece, const SipString& value,
   return replacePiece(piece, value, rule, messages, kSourceFile, line);
 }
 
+// Where the pieces of an addr-spec go; null for a piece that is only passed.
+struct Pieces {
+  SipString* scheme;
+  SipString* user;
+  SipString* host;
+  SipPort* port;
+  SipAddrParamList* params;
+};
+
+VARN_EXCEPTION_CODES take(SipStrStream& stream, unsigned int length, SipString* piece) {
+  return piece == nullptr ? stream.discard(length) : stream.get(length, *piece);
+}
+
+// Takes a piece and passes the delimiter behind it.
+VARN_EXCEPTION_CODES takeDelimited(SipStrStream& stream, unsigned int length, SipString* piece) {
+  const VARN_EXCEPTION_CODES code = take(stream, length, piece);
+  return code == VARN_OK ? stream.discard(1) : code;
+}
+
 // scheme ":"
-VARN_EXCEPTION_CODES takeScheme(SipStrStream& stream, SipString& scheme) {
-  const unsigned int length = matchOf<SipAddressMatchScheme>(stream, 0);
+VARN_EXCEPTION_CODES takeScheme(SipStrStream& stream, SipString* scheme) {
+  const unsigned int length = matchOf<grammar::scheme>(stream);
   if (length == 0) {
     logFailure(kSourceFile, "SipAddress::parseURI - couldn't find scheme");
     return VARN_INVALID_INPUT;
   }
-  if (!byteIs(stream, length, ':')) {
+  if (!unread(stream).has(length, ':')) {
     logFailure(kSourceFile, "SipAddress::parseURI missing ':' after scheme");
     return VARN_INVALID_INPUT;
   }
-  const VARN_EXCEPTION_CODES code = stream.get(length, scheme);
-  return code == VARN_OK ? stream.discard(1) : code;
+  return takeDelimited(stream, length, scheme);
 }
 
 // [ userinfo "@" ]: without the "@" the same bytes are the host's
-VARN_EXCEPTION_CODES takeUserInfo(SipStrStream& stream, SipString& user) {
-  const unsigned int length = matchOf<SipAddressMatchUserInfo>(stream, 0);
-  if (length == 0 || !byteIs(stream, length, '@')) {
+VARN_EXCEPTION_CODES takeUserInfo(SipStrStream& stream, SipString* user) {
+  const unsigned int length = matchOf<grammar::userInfo>(stream);
+  if (length == 0 || !unread(stream).has(length, '@')) {
     return VARN_OK;
   }
-  const VARN_EXCEPTION_CODES code = stream.get(length, user);
-  return code == VARN_OK ? stream.discard(1) : code;
+  return takeDelimited(stream, length, user);
 }
 
-VARN_EXCEPTION_CODES takeHost(SipStrStream& stream, SipString& host) {
-  const unsigned int length = matchOf<SipMatchHost>(stream, 0);
+VARN_EXCEPTION_CODES takeHost(SipStrStream& stream, SipString* host) {
+  const unsigned int length = matchOf<grammar::host>(stream);
   if (length == 0) {
     logFailure(kSourceFile, "SipAddress::parseURI couldn't find host");
     return VARN_INVALID_INPUT;
   }
-  return stream.get(length, host);
+  return take(stream, length, host);
 }
 
 // [ ":" port ]
-VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort& port) {
-  if (!byteIs(stream, 0, ':')) {
+VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort* port) {
+  if (!unread(stream).has(0, ':')) {
     return VARN_OK;
   }
   const VARN_EXCEPTION_CODES code = stream.discard(1);
-  return code == VARN_OK ? port.set(stream) : code;
+  SipPort passed;
+  return code == VARN_OK ? (port == nullptr ? passed : *port).set(stream) : code;
+}
+
+VARN_EXCEPTION_CODES takeParams(SipStrStream& stream, SipAddrParamList* params) {
+  return params == nullptr ? passParams(SipAddrParamList(), stream)
+                           : params->parseParamList(stream);
+}
+
+// scheme ":" [ userinfo "@" ] host [ ":" port ] params [ headers ]
+VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, const Pieces& pieces) {
+  VARN_EXCEPTION_CODES code = takeScheme(stream, pieces.scheme);
+  if (code == VARN_OK) {
+    code = takeUserInfo(stream, pieces.user);
+  }
+  if (code == VARN_OK) {
+    code = takeHost(stream, pieces.host);
+  }
+  if (code == VARN_OK) {
+    code = takePort(stream, pieces.port);
+  }
+  if (code == VARN_OK) {
+    code = takeParams(stream, pieces.params);
+  }
+  if (code == VARN_OK) {
+    stream.discard(matchOf<grammar::uriHeaders>(stream));
+  }
+  return code;
+}
+
+VARN_EXCEPTION_CODES passOpening(SipStrStream& stream) {
+  return unread(stream).has(0, '<') ? stream.discard(1) : VARN_INVALID_INPUT;
+}
+
+VARN_EXCEPTION_CODES passClosing(SipStrStream& stream) {
+  if (!unread(stream).has(0, '>')) {
+    logFailure(kSourceFile, "SipAddress::parseURI missing '>'");
+    return VARN_INVALID_INPUT;
+  }
+  return stream.discard(1);
 }
 
 // display-name LWS
 VARN_EXCEPTION_CODES takeDisplayName(SipStrStream& stream, SipString& displayName) {
-  const unsigned int length = matchOf<SipAddressMatchDisplayName>(stream, 0);
+  const unsigned int length = matchOf<grammar::displayName>(stream);
   if (length == 0) {
     logFailure(kSourceFile, "SipAddress::parseNameAddr | invalid display name");
     return VARN_INVALID_INPUT;
   }
   const VARN_EXCEPTION_CODES code = stream.get(length, displayName);
-  stream.discard(matchOf<SipMatchLWS>(stream, 0));
+  stream.discard(matchOf<grammar::lws>(stream));
   return code;
 }
 
@@ -299,7 +359,7 @@ VARN_EXCEPTION_CODES SipAddress::parseNameAddr(SipStrStream& stream, SipString* 
   if (displayName == nullptr) {
     return VARN_INVALID_INPUT;
   }
-  if (!byteIs(stream, 0, '<')) {
+  if (!unread(stream).has(0, '<')) {
     const VARN_EXCEPTION_CODES code = takeDisplayName(stream, *displayName);
     if (code != VARN_OK) {
       return code;
@@ -311,25 +371,17 @@ VARN_EXCEPTION_CODES SipAddress::parseNameAddr(SipStrStream& stream, SipString* 
 VARN_EXCEPTION_CODES SipAddress::parseURI(SipStrStream& stream, SipString* scheme, SipString* user,
                                           SipString* host, SipPort* port,
                                           SipAddrParamList* params) {
-  if (!byteIs(stream, 0, '<')) {
-    return VARN_INVALID_INPUT;
+  VARN_EXCEPTION_CODES code = passOpening(stream);
+  if (code == VARN_OK) {
+    code = parseAddrSpec(stream, scheme, user, host, port, params);
   }
-  stream.discard(1);
-  const VARN_EXCEPTION_CODES code = parseAddrSpec(stream, scheme, user, host, port, params);
-  if (code != VARN_OK) {
-    return code;
-  }
-  if (!byteIs(stream, 0, '>')) {
-    logFailure(kSourceFile, "SipAddress::parseURI missing '>'");
-    return VARN_INVALID_INPUT;
-  }
-  return stream.discard(1);
+  return code == VARN_OK ? passClosing(stream) : code;
 }
 
 VARN_EXCEPTION_CODES SipAddress::parseAnyURI(SipStrStream& stream, SipString* scheme,
                                              SipString* user, SipString* host, SipPort* port,
                                              SipAddrParamList* params) {
-  if (byteIs(stream, 0, '<')) {
+  if (unread(stream).has(0, '<')) {
     return parseURI(stream, scheme, user, host, port, params);
   }
   const VARN_EXCEPTION_CODES code = parseAddrSpec(stream, scheme, user, host, port, params);
@@ -347,23 +399,20 @@ VARN_EXCEPTION_CODES SipAddress::parseAddrSpec(SipStrStream& stream, SipString* 
     logFailure(kSourceFile, "SipAddress::parseAddrSpec | Input Parameter NULL");
     return VARN_INVALID_INPUT;
   }
-  VARN_EXCEPTION_CODES code = takeScheme(stream, *scheme);
+  return takeAddrSpec(stream, {scheme, user, host, port, params});
+}
+
+// "<" addr-spec ">"
+unsigned int grammar::bracketedAddrSpec(Unread text, unsigned int offset) {
+  BorrowedStream stream(text.from(offset));
+  VARN_EXCEPTION_CODES code = passOpening(stream);
   if (code == VARN_OK) {
-    code = takeUserInfo(stream, *user);
+    code = takeAddrSpec(stream, {});
   }
   if (code == VARN_OK) {
-    code = takeHost(stream, *host);
+    code = passClosing(stream);
   }
-  if (code == VARN_OK) {
-    code = takePort(stream, *port);
-  }
-  if (code == VARN_OK) {
-    code = params->parseParamList(stream);
-  }
-  if (code == VARN_OK) {
-    stream.discard(matchOf<SipAddressMatchHeaders>(stream, 0));
-  }
-  return code;
+  return code == VARN_OK ? stream.pos() : 0;
 }
 
 VARN_EXCEPTION_CODES SipAddress::parse(const SipString& address) {
@@ -371,18 +420,17 @@ VARN_EXCEPTION_CODES SipAddress::parse(const SipString& address) {
     logFailure(kSourceFile, "SipAddress::SipAddress | NULL or empty address");
     return VARN_INVALID_INPUT;
   }
-  SipLWSStrStream stream(address);
-  if (!stream.valid()) {
-    logFailure(kSourceFile, "SipAddress::SipAddress | SipStrStream constructor failed");
-    return VARN_RESOURCE_FAILURE;
-  }
-  SipMatchLWSChar star('*');
-  const unsigned int wildcard = star.match(stream, 0);
-  if (wildcard != 0 && wildcard == checkedDifference(stream.length(), stream.pos())) {
+  BorrowedLWSStream stream(view(address));
+  const unsigned int wildcard = grammar::separated('*', unread(stream), 0);
+  if (wildcard != 0 && wildcard == unread(stream).length) {
     return becomeWildcard();
   }
-  const unsigned int scheme = matchOf<SipAddressMatchScheme>(stream, 0);
-  if (scheme == 0 || !byteIs(stream, scheme, ':')) {
+  return reported(parseText(stream), "SipAddress::SipAddress | SipStrStream constructor failed");
+}
+
+VARN_EXCEPTION_CODES SipAddress::parseText(SipStrStream& stream) {
+  const unsigned int scheme = matchOf<grammar::scheme>(stream);
+  if (scheme == 0 || !unread(stream).has(scheme, ':')) {
     // Whatever follows the ">" is not looked at, other than behind an addr-spec.
     return parseNameAddr(stream, &displayName_, &scheme_, &user_, &host_, &port_, &params_);
   }
@@ -400,12 +448,9 @@ VARN_EXCEPTION_CODES SipAddress::parse(const SipString& displayName, const SipSt
   if (code != VARN_OK) {
     return code;
   }
-  SipLWSStrStream stream(uri);
-  if (!stream.valid()) {
-    logFailure(kSourceFile, "SipAddress::SipAddress | SipString constructor failed");
-    return VARN_RESOURCE_FAILURE;
-  }
-  return parseAnyURI(stream, &scheme_, &user_, &host_, &port_, &params_);
+  BorrowedLWSStream stream(view(uri));
+  return reported(parseAnyURI(stream, &scheme_, &user_, &host_, &port_, &params_),
+                  "SipAddress::SipAddress | SipString constructor failed");
 }
 
 VARN_EXCEPTION_CODES SipAddress::parse(SipStrStream& stream) {
@@ -413,8 +458,17 @@ VARN_EXCEPTION_CODES SipAddress::parse(SipStrStream& stream) {
     logFailure(kSourceFile, "SipAddress::SipAddress | invalid SipStrStream argument");
     return VARN_INVALID_INPUT;
   }
-  stream.discard(matchOf<SipMatchLWS>(stream, 0));
+  stream.discard(matchOf<grammar::lws>(stream));
   return parseNameAddr(stream, &displayName_, &scheme_, &user_, &host_, &port_, &params_);
+}
+
+// Logs the message where there was no memory for the first piece already.
+VARN_EXCEPTION_CODES SipAddress::reported(VARN_EXCEPTION_CODES code, const char* noMemory,
+                                          int line) const {
+  if (code == VARN_RESOURCE_FAILURE && displayName_.length() == 0 && scheme_.length() == 0) {
+    logFailure(kSourceFile, noMemory, 0, 0, line);
+  }
+  return code;
 }
 
 VARN_EXCEPTION_CODES SipAddress::becomeWildcard() {

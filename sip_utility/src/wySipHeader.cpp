@@ -2,13 +2,14 @@
 #include "wySipHeader.h"
 
 #include "internal/allocationWatch.h"
+#include "internal/borrowed.h"
 #include "internal/checkedMath.h"
 #include "internal/equality.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
 #include "internal/textWriter.h"
 #include "wySipHeaderMatch.h"
-#include "wySipMatch.h"
 
 namespace {
 
@@ -115,15 +116,12 @@ SipString& SipHeader::toString() {
 }
 
 VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& value) {
-  VARN_EXCEPTION_CODES code = setName(name);
+  BorrowedLWSStream nameStream(view(name));
+  VARN_EXCEPTION_CODES code = takeName(nameStream);
   if (code != VARN_OK || value.length() == 0) {
     return code;
   }
-  SipLWSStrStream stream(value);
-  if (!stream.valid()) {
-    logFailure(kSourceFile, "SipHeader::SipHeader | SipStrStream constructor failed");
-    return VARN_RESOURCE_FAILURE;
-  }
+  BorrowedLWSStream stream(view(value));
   const AllocationWatch watch;
   SipHeaderMatchValue rule(params_.getHeaderType());
   const unsigned int length = rule.match(stream, 0);
@@ -133,7 +131,11 @@ VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& va
   }
   // The match may count past the end; what is there is taken.
   code = stream.get(length, value_);
-  if (code == VARN_OK && !stream.done()) {
+  if (code != VARN_OK) {
+    logFailure(kSourceFile, "SipHeader::SipHeader | SipStrStream constructor failed");
+    return code;
+  }
+  if (!stream.done()) {
     code = params_.parseParamList(stream);
   }
   if (code == VARN_OK && !stream.done()) {
@@ -144,37 +146,38 @@ VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& va
 }
 
 VARN_EXCEPTION_CODES SipHeader::replaceName(const SipString& name) {
-  if (name.length() == 0) {
-    logFailure(kSourceFile, "SipHeader::setName | name was NULL or empty");
-    return VARN_INVALID_INPUT;
-  }
   SipLWSStrStream stream(name);
   if (!stream.valid()) {
     logFailure(kSourceFile, "SipHeader::setName | SipStrStream constructor failed.");
     return VARN_RESOURCE_FAILURE;
   }
-  SipString token;
-  const VARN_EXCEPTION_CODES code = stream.get(matchOf<SipMatchToken>(stream, 0), token);
-  if (code != VARN_OK) {
-    logFailure(kSourceFile, "SipHeader::setName | Stream.get failed with error %d", code);
-    return code;
+  return takeName(stream);
+}
+
+VARN_EXCEPTION_CODES SipHeader::takeName(SipStrStream& stream) {
+  if (stream.length() == 0) {
+    logFailure(kSourceFile, "SipHeader::setName | name was NULL or empty");
+    return VARN_INVALID_INPUT;
   }
-  if (token.length() == 0 || !stream.done()) {
+  const unsigned int length = matchOf<grammar::token>(stream);
+  const BorrowedString token(SipStringAccess::rest(stream).substr(0, length));
+  stream.discard(length);
+  if (length == 0 || !stream.done()) {
     logFailure(kSourceFile, "SipHeader::setName | parsing failed");
     return VARN_INVALID_INPUT;
   }
-  const WY_SIP_SIPHEADER_TYPE type = lookUpHeaderType(token);
+  const WY_SIP_SIPHEADER_TYPE type = lookUpHeaderType(*token);
   if (getHeaderType() != WY_SIP_HEADER_TYPE_NONE && getHeaderType() != type) {
     logFailure(kSourceFile, "SipHeader::setName | cannot switch between auth and non-auth");
     return VARN_INVALID_INPUT;
   }
   // With the room there, the assignment cannot fail and take the old name with it.
-  if (name_.reserve(token.length()) != VARN_OK) {
+  if (name_.reserve(length) != VARN_OK) {
     logFailure(kSourceFile, "SipHeader::setName | assignment failed.");
     return VARN_RESOURCE_FAILURE;
   }
   params_.setHeaderType(type);
-  name_ = token;
+  name_ = *token;
   headerText_.clear();  // the name is no part of the other text
   return VARN_OK;
 }

@@ -3,42 +3,56 @@
 
 #include <optional>
 
+#include "internal/borrowed.h"
+#include "internal/charClass.h"
 #include "internal/checkedMath.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
 #include "internal/recorded.h"
-#include "internal/stringAccess.h"
-#include "wySipAddress.h"
+#include "internal/unread.h"
 #include "wyTelAddress.h"
 
 namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipHeaderMatch";
 
-constexpr int kFirstVisible = 0x20;
-constexpr int kLastVisible = 0x7E;
 constexpr unsigned int kTelFrame = 6;  // "<tel:" and ">"
 
-// Reads the runs of one value. Its brackets are looked into through one copy of the stream, and
-// the tel URI, which is the same text for every "<", is tried once.
+// Reads the runs of one value. The tel URI, which is the same text for every "<", is tried once.
 class ValueReader {
  public:
-  explicit ValueReader(const SipStrStream& stream) : stream_(stream) {}
+  explicit ValueReader(Unread text) : text_(text) {}
+
+  // *( run LWS ) run: stops in front of white space that no run follows.
+  unsigned int valueLength(unsigned int offset) {
+    unsigned int count = run(offset);
+    for (unsigned int more = count; more != 0;) {
+      const unsigned int space = matchOf<grammar::lws>(text_, checkedSum(offset, count));
+      if (space == 0) {
+        return count;
+      }
+      more = run(checkedSum(offset, count, space));
+      count = more == 0 ? count : checkedSum(count, space, more);
+    }
+    return count;
+  }
 
   unsigned int runLength(unsigned int offset) {
     unsigned int count = 0;
     for (;;) {
+      count = checkedSum(count, text_.run(checkedSum(offset, count), kValuePlain));
       const unsigned int next = checkedSum(offset, count);
-      const int c = stream_.peek(next);
+      const int c = text_.peek(next);
       if (c == -1 || c == '\t' || c == '\n' || c == '\r' || c == ' ' || c == ';') {
         return count;
       }
-      if (c == '>' || c < kFirstVisible || c > kLastVisible) {
+      if (c != '"' && c != '<') {
         logTrace(kSourceFile, "SipHeaderMatchIHeaderChars::doMatch - bad character 0x%02x",
                  static_cast<unsigned int>(c));
         return 0;
       }
-      const Piece piece = pieceAt(next, c);
+      const Piece piece = c == '"' ? quoted(next) : bracketed(next);
       count = checkedSum(count, piece.length);
       if (piece.last) {
         return count;
@@ -52,49 +66,36 @@ class ValueReader {
     bool last;  // the run ends with it
   };
 
-  Piece pieceAt(unsigned int offset, int c) {
-    if (c == '"') {
-      const unsigned int quoted = matchOf<SipMatchQuotedString>(stream_, offset);
-      return {quoted, quoted == 0};
-    }
-    return c == '<' ? bracketed(offset) : Piece{1, false};
+  unsigned int run(unsigned int offset) {
+    assertWithin(offset, text_);
+    const unsigned int count = runLength(offset);
+    assertWithin(checkedSum(offset, count), text_);
+    return count;
+  }
+
+  Piece quoted(unsigned int offset) {
+    const unsigned int length = matchOf<grammar::quotedString>(text_, offset);
+    return {length, length == 0};
   }
 
   Piece bracketed(unsigned int offset) {
-    const unsigned int address = addressLength(offset);
+    const unsigned int address = grammar::bracketedAddrSpec(text_, offset);
     if (address != 0) {
       return {address, false};
     }
     const unsigned int uriOffset = checkedSum(offset, 1);
-    if (literalIs(stream_, uriOffset, "tel:")) {
+    if (text_.has(uriOffset, "tel:")) {
       const unsigned int tel = telLength();
       if (tel != 0) {
         return {tel, true};
       }
     }
-    const unsigned int uri = matchOf<SipHeaderMatchAbsoluteURI>(stream_, uriOffset);
-    if (uri == 0 || literalIs(stream_, uriOffset, "sip:") ||
-        literalIs(stream_, uriOffset, "sips:") ||
-        !byteIs(stream_, checkedSum(uriOffset, uri), '>')) {
+    const unsigned int uri = matchOf<grammar::absoluteUri>(text_, uriOffset);
+    if (uri == 0 || text_.has(uriOffset, "sip:") || text_.has(uriOffset, "sips:") ||
+        !text_.has(checkedSum(uriOffset, uri), '>')) {
       return {0, true};
     }
     return {checkedSum(uri, 2), false};
-  }
-
-  // Returns the copy of the stream, at the offset behind the stream's position.
-  SipStrStream& lookAt(unsigned int offset) {
-    if (!look_) {
-      look_.emplace(stream_);
-    }
-    SipStringAccess::moveTo(*look_, checkedSum(stream_.pos(), offset));
-    return *look_;
-  }
-
-  unsigned int addressLength(unsigned int offset) {
-    SipStrStream& look = lookAt(offset);
-    const unsigned int start = look.pos();
-    const SipAddress address(look);
-    return address.GetLastErrorCode() == VARN_OK ? checkedDifference(look.pos(), start) : 0;
   }
 
   // Returns what a tel URI at the stream's position counts. That is not worked out again for the
@@ -111,13 +112,8 @@ class ValueReader {
   }
 
   unsigned int tryTel() {
-    SipStrStream& look = lookAt(0);
-    const unsigned int length = checkedDifference(look.length(), look.pos());
-    SipString text;
-    Recorded<TelAddress> tel;
-    if (length != 0 && look.get(length, text) == VARN_OK) {
-      tel.reset(newRecorded<TelAddress>(kSourceFile, text));
-    }
+    const BorrowedString uri({text_.bytes, text_.length});
+    const Recorded<TelAddress> tel(newRecorded<TelAddress>(kSourceFile, *uri));
     if (tel == nullptr) {
       logFailure(kSourceFile, "SipHeaderMatchIHeaderChars::doMatch | Malloc failed");
       return 0;
@@ -137,23 +133,9 @@ class ValueReader {
     return whole ? checkedSum(uri.length(), kTelFrame) : 0;
   }
 
-  const SipStrStream& stream_;
-  std::optional<SipStrStream> look_;
+  Unread text_;
   LogTape telLog_;
   std::optional<unsigned int> telLength_;
-};
-
-// One run of a value whose reader the runs share.
-class ValueRun : public SipMatch {
- public:
-  explicit ValueRun(ValueReader& reader) : reader_(reader) {}
-
-  unsigned int doMatch(const SipStrStream& /*stream*/, unsigned int offset) override {
-    return reader_.runLength(offset);
-  }
-
- private:
-  ValueReader& reader_;
 };
 
 }  // namespace
@@ -164,42 +146,39 @@ SipHeaderMatchValue::SipHeaderMatchValue(WY_SIP_SIPHEADER_TYPE headerType)
 unsigned int SipHeaderMatchValue::doMatch(const SipStrStream& stream, unsigned int offset) {
   switch (headerType_) {
     case WY_SIP_HEADER_TYPE_NON_AUTH:
-      return matchOf<SipNonAuthHeaderMatchValue>(stream, offset);
+      return matchOf<grammar::nonAuthHeaderValue>(unread(stream), offset);
     case WY_SIP_HEADER_TYPE_AUTH:
-      return matchOf<SipMatchToken>(stream, offset);
+      return matchOf<grammar::token>(unread(stream), offset);
     default:
       return 0;
   }
 }
 
+unsigned int grammar::nonAuthHeaderValue(Unread text, unsigned int offset) {
+  return ValueReader(text).valueLength(offset);
+}
+
 unsigned int SipNonAuthHeaderMatchValue::doMatch(const SipStrStream& stream, unsigned int offset) {
-  ValueReader reader(stream);
-  ValueRun run(reader);
-  unsigned int count = run.match(stream, offset);
-  for (unsigned int more = count; more != 0;) {
-    const unsigned int space = matchOf<SipMatchLWS>(stream, checkedSum(offset, count));
-    if (space == 0) {
-      return count;
-    }
-    more = run.match(stream, checkedSum(offset, count, space));
-    count = more == 0 ? count : checkedSum(count, space, more);
-  }
-  return count;
+  return grammar::nonAuthHeaderValue(unread(stream), offset);
 }
 
 unsigned int SipHeaderMatchIHeaderChars::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return ValueReader(stream).runLength(offset);
+  return ValueReader(unread(stream)).runLength(offset);
+}
+
+unsigned int grammar::absoluteUri(Unread text, unsigned int offset) {
+  const unsigned int schemeCount = matchOf<scheme>(text, offset);
+  if (schemeCount == 0 || !text.has(checkedSum(offset, schemeCount), ':')) {
+    return 0;
+  }
+  const unsigned int opaque = checkedSum(offset, schemeCount, 1);
+  if (text.has(opaque, '/')) {
+    return 0;
+  }
+  const unsigned int uricCount = matchOf<uric>(text, opaque);
+  return uricCount == 0 ? 0 : checkedSum(schemeCount, 1, uricCount);
 }
 
 unsigned int SipHeaderMatchAbsoluteURI::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int scheme = matchOf<SipAddressMatchScheme>(stream, offset);
-  if (scheme == 0 || !byteIs(stream, checkedSum(offset, scheme), ':')) {
-    return 0;
-  }
-  const unsigned int opaque = checkedSum(offset, scheme, 1);
-  if (byteIs(stream, opaque, '/')) {
-    return 0;
-  }
-  const unsigned int uric = matchOf<SipMatchUric>(stream, opaque);
-  return uric == 0 ? 0 : checkedSum(scheme, 1, uric);
+  return grammar::absoluteUri(unread(stream), offset);
 }

@@ -3,8 +3,11 @@
 
 #include "internal/charClass.h"
 #include "internal/checkedMath.h"
+#include "internal/equality.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
+#include "internal/unread.h"
 
 namespace {
 
@@ -15,19 +18,9 @@ constexpr unsigned int kIpv4TailGroups = 2;
 constexpr unsigned int kFirstNonAscii = 0x80;
 constexpr int kDelete = 0x7F;
 
-bool byteIsIn(const SipStrStream& stream, unsigned int offset, CharClass charClass) {
-  return isIn(charClass, stream.peek(offset));
-}
-
-// escaped = "%" HEXDIG HEXDIG
-bool escapeAt(const SipStrStream& stream, unsigned int offset) {
-  return byteIs(stream, offset, '%') && byteIsIn(stream, checkedSum(offset, 1), kHexDigit) &&
-         byteIsIn(stream, checkedSum(offset, 2), kHexDigit);
-}
-
 // LWS inside quotes
-unsigned int quotedWhiteSpaceLength(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int count = matchOf<SipMatchLWS>(stream, offset);
+unsigned int quotedWhiteSpaceLength(Unread text, unsigned int offset) {
+  const unsigned int count = matchOf<grammar::lws>(text, offset);
   if (count == 0) {
     logTrace(kSourceFile, "SipMatchQuotedString::doMatch - invalid LWS");
   }
@@ -35,8 +28,8 @@ unsigned int quotedWhiteSpaceLength(const SipStrStream& stream, unsigned int off
 }
 
 // quoted-pair = "\" any byte but CR and LF
-unsigned int quotedPairLength(const SipStrStream& stream, unsigned int offset) {
-  const int escaped = stream.peek(checkedSum(offset, 1));
+unsigned int quotedPairLength(Unread text, unsigned int offset) {
+  const int escaped = text.peek(checkedSum(offset, 1));
   if (escaped == '\r' || escaped == '\n') {
     logTrace(kSourceFile, "SipMatchQuotedString::doMatch - cannot escape CR or LF");
     return 0;
@@ -44,8 +37,8 @@ unsigned int quotedPairLength(const SipStrStream& stream, unsigned int offset) {
   return 2;
 }
 
-unsigned int quotedNonAsciiLength(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int count = matchOf<SipMatchUTF8NonASCII>(stream, offset);
+unsigned int quotedNonAsciiLength(Unread text, unsigned int offset) {
+  const unsigned int count = matchOf<grammar::utf8NonAscii>(text, offset);
   if (count == 0) {
     logTrace(kSourceFile, "SipMatchQuotedString::doMatch - invalid UTF8 non-ascii");
   }
@@ -53,31 +46,50 @@ unsigned int quotedNonAsciiLength(const SipStrStream& stream, unsigned int offse
 }
 
 // One piece between the quotes: LWS / quoted-pair / UTF8-NONASCII / a visible ASCII character
-unsigned int quotedPieceLength(const SipStrStream& stream, unsigned int offset) {
-  const int c = stream.peek(offset);
+unsigned int quotedPieceLength(Unread text, unsigned int offset) {
+  const int c = text.peek(offset);
   switch (c) {
     case ' ':
     case '\t':
     case '\r':
     case '\n':
-      return quotedWhiteSpaceLength(stream, offset);
+      return quotedWhiteSpaceLength(text, offset);
     case -1:
       logTrace(kSourceFile, "SipMatchQuotedString::doMatch - end of string without end quote");
       return 0;
     case '\\':
-      return quotedPairLength(stream, offset);
+      return quotedPairLength(text, offset);
     default:
       break;
   }
   const auto code = static_cast<unsigned int>(c);
   if (code >= kFirstNonAscii) {
-    return quotedNonAsciiLength(stream, offset);
+    return quotedNonAsciiLength(text, offset);
   }
   if (c < ' ' || c == kDelete) {
     logTrace(kSourceFile, "SipMatchQuotedString::doMatch - bad character 0x%02x", code);
     return 0;
   }
   return 1;
+}
+
+// DQUOTE *( piece ) DQUOTE, by what quoteAt() takes for a quote. Where that is the double quote
+// alone, runs of plain characters are passed as a whole.
+template <bool passesRuns, typename QuoteAt>
+unsigned int quotedLength(Unread text, unsigned int offset, QuoteAt quoteAt) {
+  unsigned int count = quoteAt(offset);
+  while (count != 0) {
+    if (passesRuns) {
+      count = checkedSum(count, text.run(checkedSum(offset, count), kQuotedPlain));
+    }
+    const unsigned int next = checkedSum(offset, count);
+    if (const unsigned int closing = quoteAt(next); closing != 0) {
+      return checkedSum(count, closing);
+    }
+    const unsigned int piece = quotedPieceLength(text, next);
+    count = piece == 0 ? 0 : checkedSum(count, piece);
+  }
+  return 0;
 }
 
 // Returns how many continuation bytes a lead byte of UTF8-NONASCII asks for; 0 for no lead byte.
@@ -105,24 +117,31 @@ bool octetOfThree(int first, int second, int third) {
   return first == '2' && (second <= '4' || (second == '5' && third <= '5'));
 }
 
-// One header of a URI behind its "?" or "&": 1*hnv-char "=" *hnv-char
-unsigned int uriHeaderLength(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int name = matchOf<SipAddressMatchHNameValue>(stream, offset);
-  if (name == 0 || !byteIs(stream, checkedSum(offset, name), '=')) {
+// A run of label characters that begins or ends with "-" is none.
+unsigned int labelLength(Unread text, unsigned int offset, unsigned int run) {
+  if (run == 0 || text.has(offset, '-') ||
+      text.has(checkedSum(offset, checkedDifference(run, 1)), '-')) {
     return 0;
   }
-  const unsigned int value =
-      matchOf<SipAddressMatchHNameValue>(stream, checkedSum(offset, name, 1));
-  return checkedSum(name, 1, value);
+  return run;
+}
+
+// One header of a URI behind its "?" or "&": 1*hnv-char "=" *hnv-char
+unsigned int uriHeaderLength(Unread text, unsigned int offset) {
+  const unsigned int name = matchOf<grammar::headerChars>(text, offset);
+  if (name == 0 || !text.has(checkedSum(offset, name), '=')) {
+    return 0;
+  }
+  return checkedSum(name, 1, matchOf<grammar::headerChars>(text, checkedSum(offset, name, 1)));
 }
 
 // The walk over the groups of an IPv6 address.
 class Ipv6Walk {
  public:
-  Ipv6Walk(const SipStrStream& stream, unsigned int offset)
-      : stream_(stream),
+  Ipv6Walk(Unread text, unsigned int offset)
+      : text_(text),
         offset_(offset),
-        count_(matchOf<SipMatchIIPV6H16>(stream, offset)),
+        count_(matchOf<grammar::h16>(text, offset)),
         groupsLeft_(count_ == 0 ? kIpv6Groups : kIpv6Groups - 1),
         compressed_(false),
         ended_(false) {}
@@ -144,7 +163,7 @@ class Ipv6Walk {
   void step() {
     if (groupsLeft_ == 0) {
       end(count_);
-    } else if (!byteIs(stream_, checkedSum(offset_, count_), ':')) {
+    } else if (!text_.has(checkedSum(offset_, count_), ':')) {
       end(compressed_ ? count_ : 0);
     } else if (const unsigned int start = passColons(); start == 0 || groupsLeft_ == 0) {
       end(start);
@@ -160,7 +179,7 @@ class Ipv6Walk {
     if (compressed_) {
       return start;
     }
-    if (byteIs(stream_, checkedSum(offset_, start), ':')) {
+    if (text_.has(checkedSum(offset_, start), ':')) {
       compressed_ = true;
       groupsLeft_ = checkedDifference(groupsLeft_, 1);
       return checkedSum(start, 1);
@@ -173,7 +192,7 @@ class Ipv6Walk {
     if (groupsLeft_ < kIpv4TailGroups) {
       return false;
     }
-    const unsigned int count = matchOf<SipMatchIIPV4Address>(stream_, checkedSum(offset_, start));
+    const unsigned int count = matchOf<grammar::ipv4Address>(text_, checkedSum(offset_, start));
     if (count == 0) {
       return false;
     }
@@ -182,7 +201,7 @@ class Ipv6Walk {
   }
 
   void group(unsigned int start) {
-    const unsigned int count = matchOf<SipMatchIIPV6H16>(stream_, checkedSum(offset_, start));
+    const unsigned int count = matchOf<grammar::h16>(text_, checkedSum(offset_, start));
     if (count == 0) {
       end(compressed_ ? start : 0);
       return;
@@ -191,7 +210,7 @@ class Ipv6Walk {
     count_ = checkedSum(start, count);
   }
 
-  const SipStrStream& stream_;
+  Unread text_;
   unsigned int offset_;
   unsigned int count_;
   unsigned int groupsLeft_;
@@ -226,33 +245,28 @@ unsigned int SipMatch::match(const SipStrStream& stream, unsigned int offset) {
 }
 
 unsigned int SipMatchCharSet::doMatch(const SipStrStream& stream, unsigned int offset) {
-  unsigned int count = 0;
-  for (;;) {
-    const int c = stream.peek(checkedSum(offset, count));
-    if (c == -1 || !matchChar(static_cast<char>(c))) {
-      return count;
-    }
-    count = checkedSum(count, 1);
+  const Unread text = unread(stream);
+  unsigned int end = offset;
+  while (end < text.length && matchChar(text.bytes[end])) {
+    ++end;
   }
+  return end - offset;
 }
 
 unsigned int SipMatchEscapedCharSet::doMatch(const SipStrStream& stream, unsigned int offset) {
   assertHolds(!matchChar('%'), kSourceFile);
-  unsigned int count = 0;
-  for (;;) {
-    const unsigned int next = checkedSum(offset, count);
-    const int c = stream.peek(next);
-    if (c == -1) {
-      return count;
-    }
-    if (matchChar(static_cast<char>(c))) {
-      count = checkedSum(count, 1);
-    } else if (escapeAt(stream, next)) {
-      count = checkedSum(count, 3);
+  const Unread text = unread(stream);
+  unsigned int end = offset;
+  while (end < text.length) {
+    if (matchChar(text.bytes[end])) {
+      ++end;
+    } else if (grammar::escapeAt(text, end)) {
+      end = checkedSum(end, 3);
     } else {
-      return count;
+      break;
     }
   }
+  return end - offset;
 }
 
 bool SipMatchToken::matchChar(char byte) { return isIn(kToken, byte); }
@@ -267,54 +281,52 @@ bool SipMatchUric::matchChar(char byte) { return isIn(kUric, byte); }
 
 bool SipMatchOtherParam::matchChar(char byte) { return isIn(kParamChar, byte); }
 
-unsigned int SipMatchLWS::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int leading = whiteSpaceLength(stream, offset);
+unsigned int grammar::lws(Unread text, unsigned int offset) {
+  const unsigned int leading = text.run(offset, kWhiteSpace);
   const unsigned int fold = checkedSum(offset, leading);
-  if (!byteIs(stream, fold, '\r')) {
+  if (!text.has(fold, '\r')) {
     return leading;
   }
-  if (!byteIs(stream, checkedSum(fold, 1), '\n')) {
+  if (!text.has(checkedSum(fold, 1), '\n')) {
     return 0;
   }
-  const unsigned int trailing = whiteSpaceLength(stream, checkedSum(fold, 2));
-  if (trailing == 0 || byteIs(stream, checkedSum(fold, 2, trailing), '\r')) {
+  const unsigned int trailing = text.run(checkedSum(fold, 2), kWhiteSpace);
+  if (trailing == 0 || text.has(checkedSum(fold, 2, trailing), '\r')) {
     return 0;
   }
   return checkedSum(leading, 2, trailing);
 }
 
+unsigned int SipMatchLWS::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::lws(unread(stream), offset);
+}
+
+unsigned int grammar::separated(char separator, Unread text, unsigned int offset) {
+  const unsigned int leading = matchOf<lws>(text, offset);
+  if (!text.has(checkedSum(offset, leading), separator)) {
+    return 0;
+  }
+  return checkedSum(leading, 1, matchOf<lws>(text, checkedSum(offset, leading, 1)));
+}
+
 SipMatchLWSChar::SipMatchLWSChar(char separator) : separator_(separator) {}
 
 unsigned int SipMatchLWSChar::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int leading = matchOf<SipMatchLWS>(stream, offset);
-  if (!byteIs(stream, checkedSum(offset, leading), separator_)) {
-    return 0;
-  }
-  const unsigned int trailing = matchOf<SipMatchLWS>(stream, checkedSum(offset, leading, 1));
-  return checkedSum(leading, 1, trailing);
+  return grammar::separated(separator_, unread(stream), offset);
+}
+
+unsigned int grammar::quotedString(Unread text, unsigned int offset) {
+  const auto quoteAt = [text](unsigned int at) { return text.has(at, '"') ? 1U : 0U; };
+  return quotedLength<true>(text, offset, quoteAt);
 }
 
 unsigned int SipMatchQuotedString::doMatch(const SipStrStream& stream, unsigned int offset) {
-  unsigned int count = matchQuote(stream, offset);
-  if (count == 0) {
-    return 0;
-  }
-  for (;;) {
-    const unsigned int next = checkedSum(offset, count);
-    const unsigned int closing = matchQuote(stream, next);
-    if (closing != 0) {
-      return checkedSum(count, closing);
-    }
-    const unsigned int piece = quotedPieceLength(stream, next);
-    if (piece == 0) {
-      return 0;
-    }
-    count = checkedSum(count, piece);
-  }
+  const auto quoteAt = [this, &stream](unsigned int at) { return matchQuote(stream, at); };
+  return quotedLength<false>(unread(stream), offset, quoteAt);
 }
 
 unsigned int SipMatchQuotedString::matchQuote(const SipStrStream& stream, unsigned int offset) {
-  return byteIs(stream, offset, '"') ? 1 : 0;
+  return unread(stream).has(offset, '"') ? 1 : 0;
 }
 
 SipMatchSpecificString::SipMatchSpecificString(const SipString& literal) : literal_(literal) {}
@@ -322,18 +334,13 @@ SipMatchSpecificString::SipMatchSpecificString(const SipString& literal) : liter
 SipMatchSpecificString::~SipMatchSpecificString() = default;
 
 unsigned int SipMatchSpecificString::doMatch(const SipStrStream& stream, unsigned int offset) {
-  for (unsigned int i = 0; i < literal_.length(); ++i) {
-    if (!byteIs(stream, checkedSum(offset, i), literal_.c_str()[i])) {
-      return 0;
-    }
-  }
-  return literal_.length();
+  return unread(stream).has(offset, view(literal_)) ? literal_.length() : 0;
 }
 
-unsigned int SipMatchUTF8NonASCII::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int continuations = continuationCount(stream.peek(offset));
+unsigned int grammar::utf8NonAscii(Unread text, unsigned int offset) {
+  const unsigned int continuations = continuationCount(text.peek(offset));
   for (unsigned int i = 1; i <= continuations; ++i) {
-    const int c = stream.peek(checkedSum(offset, i));
+    const int c = text.peek(checkedSum(offset, i));
     if (c < 0x80 || c > 0xBF) {
       return 0;
     }
@@ -341,29 +348,32 @@ unsigned int SipMatchUTF8NonASCII::doMatch(const SipStrStream& stream, unsigned 
   return continuations == 0 ? 0 : checkedSum(continuations, 1);
 }
 
+unsigned int SipMatchUTF8NonASCII::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::utf8NonAscii(unread(stream), offset);
+}
+
+unsigned int grammar::label(Unread text, unsigned int offset) {
+  return labelLength(text, offset, text.run(offset, kLabel));
+}
+
 unsigned int SipMatchILabel::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int count = SipMatchCharSet::doMatch(stream, offset);
-  if (count == 0 || byteIs(stream, offset, '-') ||
-      byteIs(stream, checkedSum(offset, checkedDifference(count, 1)), '-')) {
-    return 0;
-  }
-  return count;
+  return labelLength(unread(stream), offset, SipMatchCharSet::doMatch(stream, offset));
 }
 
 bool SipMatchILabel::matchChar(char byte) { return isIn(kLabel, byte); }
 
-unsigned int SipMatchHostname::doMatch(const SipStrStream& stream, unsigned int offset) {
+unsigned int grammar::hostname(Unread text, unsigned int offset) {
   unsigned int count = 0;
   bool lastBeginsWithLetter = false;
   for (;;) {
     const unsigned int start = checkedSum(offset, count);
-    const unsigned int label = matchOf<SipMatchILabel>(stream, start);
-    if (label == 0) {
+    const unsigned int labelCount = matchOf<label>(text, start);
+    if (labelCount == 0) {
       break;
     }
-    lastBeginsWithLetter = byteIsIn(stream, start, kAlpha);
-    count = checkedSum(count, label);
-    if (!byteIs(stream, checkedSum(offset, count), '.')) {
+    lastBeginsWithLetter = text.has(start, kAlpha);
+    count = checkedSum(count, labelCount);
+    if (!text.has(checkedSum(offset, count), '.')) {
       break;
     }
     count = checkedSum(count, 1);
@@ -371,17 +381,20 @@ unsigned int SipMatchHostname::doMatch(const SipStrStream& stream, unsigned int 
   return lastBeginsWithLetter ? count : 0;
 }
 
-unsigned int SipMatchIIPV4DecOctet::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int count = matchOf<SipMatchDigit>(stream, offset);
-  const int first = stream.peek(offset);
+unsigned int SipMatchHostname::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::hostname(unread(stream), offset);
+}
+
+unsigned int grammar::decOctet(Unread text, unsigned int offset) {
+  const unsigned int count = matchOf<digits>(text, offset);
+  const int first = text.peek(offset);
   switch (count) {
     case 1:
       return 1;
     case 2:
       return first != '0' ? 2 : 0;
     case 3:
-      return octetOfThree(first, stream.peek(checkedSum(offset, 1)),
-                          stream.peek(checkedSum(offset, 2)))
+      return octetOfThree(first, text.peek(checkedSum(offset, 1)), text.peek(checkedSum(offset, 2)))
                  ? 3
                  : 0;
     default:
@@ -389,17 +402,21 @@ unsigned int SipMatchIIPV4DecOctet::doMatch(const SipStrStream& stream, unsigned
   }
 }
 
-unsigned int SipMatchIIPV4Address::doMatch(const SipStrStream& stream, unsigned int offset) {
-  unsigned int count = matchOf<SipMatchIIPV4DecOctet>(stream, offset);
+unsigned int SipMatchIIPV4DecOctet::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::decOctet(unread(stream), offset);
+}
+
+unsigned int grammar::ipv4Address(Unread text, unsigned int offset) {
+  unsigned int count = matchOf<decOctet>(text, offset);
   if (count == 0) {
     return 0;
   }
   for (int dots = 0; dots < 3; ++dots) {
-    if (!byteIs(stream, checkedSum(offset, count), '.')) {
+    if (!text.has(checkedSum(offset, count), '.')) {
       return 0;
     }
     const unsigned int tried = checkedSum(offset, count, 1);
-    const unsigned int octet = matchOf<SipMatchIIPV4DecOctet>(stream, tried);
+    const unsigned int octet = matchOf<decOctet>(text, tried);
     if (octet == 0) {
       logTrace(kSourceFile, "MatchIPV4Address pos %lu did not match dec-octet", tried);
       return 0;
@@ -409,41 +426,61 @@ unsigned int SipMatchIIPV4Address::doMatch(const SipStrStream& stream, unsigned 
   return count;
 }
 
-unsigned int SipMatchIIPV6H16::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int count = matchOf<SipMatchHexDigit>(stream, offset);
+unsigned int SipMatchIIPV4Address::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::ipv4Address(unread(stream), offset);
+}
+
+unsigned int grammar::h16(Unread text, unsigned int offset) {
+  const unsigned int count = matchOf<hexDigits>(text, offset);
   return count <= 4 ? count : 0;
 }
 
-unsigned int SipMatchIIPV6Address::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return Ipv6Walk(stream, offset).length();
+unsigned int SipMatchIIPV6H16::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::h16(unread(stream), offset);
 }
 
-unsigned int SipMatchHost::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const int c = stream.peek(offset);
+unsigned int grammar::ipv6Address(Unread text, unsigned int offset) {
+  return Ipv6Walk(text, offset).length();
+}
+
+unsigned int SipMatchIIPV6Address::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::ipv6Address(unread(stream), offset);
+}
+
+unsigned int grammar::host(Unread text, unsigned int offset) {
+  const int c = text.peek(offset);
   if (c == '[') {
-    const unsigned int address = matchOf<SipMatchIIPV6Address>(stream, checkedSum(offset, 1));
+    const unsigned int address = matchOf<ipv6Address>(text, checkedSum(offset, 1));
     if (address == 0) {
       return 1;  // the bracket alone; the caller fails on what follows
     }
-    if (!byteIs(stream, checkedSum(offset, 1, address), ']')) {
+    if (!text.has(checkedSum(offset, 1, address), ']')) {
       logTrace(kSourceFile, "SipMatchHost ']' missing");
       return 0;
     }
     return checkedSum(address, 2);
   }
   if (isIn(kAlnum, c)) {
-    const unsigned int name = matchOf<SipMatchHostname>(stream, offset);
-    return name != 0 ? name : matchOf<SipMatchIIPV4Address>(stream, offset);
+    const unsigned int name = matchOf<hostname>(text, offset);
+    return name != 0 ? name : matchOf<ipv4Address>(text, offset);
   }
   logTrace(kSourceFile, "SipMatchHost invalid character 0x%02x", static_cast<unsigned char>(c));
   return 0;
 }
 
-unsigned int SipAddressMatchScheme::doMatch(const SipStrStream& stream, unsigned int offset) {
-  if (!byteIsIn(stream, offset, kAlpha)) {
+unsigned int SipMatchHost::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::host(unread(stream), offset);
+}
+
+unsigned int grammar::scheme(Unread text, unsigned int offset) {
+  if (!text.has(offset, kAlpha)) {
     return 0;
   }
-  return checkedSum(1, matchOf<SipAddressMatchSchemeTrailing>(stream, checkedSum(offset, 1)));
+  return checkedSum(1, matchOf<charSet<kSchemeTrailing>>(text, checkedSum(offset, 1)));
+}
+
+unsigned int SipAddressMatchScheme::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::scheme(unread(stream), offset);
 }
 
 bool SipAddressMatchSchemeTrailing::matchChar(char byte) { return isIn(kSchemeTrailing, byte); }
@@ -452,49 +489,59 @@ bool SipAddressMatchUser::matchChar(char byte) { return isIn(kUser, byte); }
 
 bool SipAddressMatchPassword::matchChar(char byte) { return isIn(kPassword, byte); }
 
-unsigned int SipAddressMatchUserInfo::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const unsigned int user = matchOf<SipAddressMatchUser>(stream, offset);
-  if (user == 0 || !byteIs(stream, checkedSum(offset, user), ':')) {
-    return user;
+unsigned int grammar::userInfo(Unread text, unsigned int offset) {
+  const unsigned int userCount = matchOf<user>(text, offset);
+  if (userCount == 0 || !text.has(checkedSum(offset, userCount), ':')) {
+    return userCount;
   }
-  const unsigned int password =
-      matchOf<SipAddressMatchPassword>(stream, checkedSum(offset, user, 1));
-  return checkedSum(user, 1, password);
+  return checkedSum(userCount, 1, matchOf<password>(text, checkedSum(offset, userCount, 1)));
 }
 
-unsigned int SipAddressMatchDisplayName::doMatch(const SipStrStream& stream, unsigned int offset) {
-  unsigned int count = matchOf<SipMatchToken>(stream, offset);
+unsigned int SipAddressMatchUserInfo::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::userInfo(unread(stream), offset);
+}
+
+unsigned int grammar::displayName(Unread text, unsigned int offset) {
+  unsigned int count = matchOf<token>(text, offset);
   if (count == 0) {
-    return matchOf<SipMatchQuotedString>(stream, offset);
+    return matchOf<quotedString>(text, offset);
   }
   for (;;) {
-    const unsigned int space = matchOf<SipMatchLWS>(stream, checkedSum(offset, count));
+    const unsigned int space = matchOf<lws>(text, checkedSum(offset, count));
     if (space == 0) {
       return count;
     }
-    const unsigned int token = matchOf<SipMatchToken>(stream, checkedSum(offset, count, space));
-    if (token == 0) {
+    const unsigned int next = matchOf<token>(text, checkedSum(offset, count, space));
+    if (next == 0) {
       return count;
     }
-    count = checkedSum(count, space, token);
+    count = checkedSum(count, space, next);
   }
+}
+
+unsigned int SipAddressMatchDisplayName::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::displayName(unread(stream), offset);
 }
 
 bool SipAddressMatchParamChar::matchChar(char byte) { return isIn(kParamChar, byte); }
 
 bool SipAddressMatchHNameValue::matchChar(char byte) { return isIn(kHNameValue, byte); }
 
-unsigned int SipAddressMatchHeaders::doMatch(const SipStrStream& stream, unsigned int offset) {
-  if (!byteIs(stream, offset, '?')) {
+unsigned int grammar::uriHeaders(Unread text, unsigned int offset) {
+  if (!text.has(offset, '?')) {
     return 0;
   }
   unsigned int count = 0;
   do {
-    const unsigned int header = uriHeaderLength(stream, checkedSum(offset, count, 1));
+    const unsigned int header = uriHeaderLength(text, checkedSum(offset, count, 1));
     if (header == 0) {
       return 0;
     }
     count = checkedSum(count, 1, header);
-  } while (byteIs(stream, checkedSum(offset, count), '&'));
+  } while (text.has(checkedSum(offset, count), '&'));
   return count;
+}
+
+unsigned int SipAddressMatchHeaders::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::uriHeaders(unread(stream), offset);
 }

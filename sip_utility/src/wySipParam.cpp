@@ -4,29 +4,33 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <string_view>
 
+#include "internal/borrowed.h"
 #include "internal/checkedMath.h"
 #include "internal/equality.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
 #include "internal/paramNameIndex.h"
 #include "internal/paramNode.h"
+#include "internal/paramReader.h"
 #include "internal/stringAccess.h"
 #include "internal/textWriter.h"
-#include "wySipMatch.h"
+#include "internal/unread.h"
 
 namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 
 // The value behind an "=", by the rule that the name chooses.
-unsigned int valueLength(const SipParamList& grammar, const SipString& name,
+unsigned int valueLength(const SipParamList& grammar, std::string_view name,
                          const SipStrStream& stream) {
-  if (equal(name, "tag") || equal(name, "branch")) {
+  if (name == "tag" || name == "branch") {
     return grammar.matchTagParamValue(stream, 0);
   }
   const unsigned int length = grammar.matchValue(stream, 0);
-  if (length != 0 || !byteIs(stream, 0, '"')) {
+  if (length != 0 || !unread(stream).has(0, '"')) {
     return length;
   }
   logTrace(kSourceFile, "SipParamList::parseParamList - Quoted Feature tag");
@@ -34,7 +38,7 @@ unsigned int valueLength(const SipParamList& grammar, const SipString& name,
 }
 
 // Reads `[=value]` behind a name into a node; without one only the text is looked at.
-VARN_EXCEPTION_CODES takeValue(const SipParamList& grammar, const SipString& name, SipParam* param,
+VARN_EXCEPTION_CODES takeValue(const SipParamList& grammar, std::string_view name, SipParam* param,
                                SipStrStream& stream) {
   const unsigned int equalLength = grammar.matchEqual(stream, 0);
   if (equalLength == 0) {
@@ -49,22 +53,19 @@ VARN_EXCEPTION_CODES takeValue(const SipParamList& grammar, const SipString& nam
   return param == nullptr ? stream.discard(length) : param->setValue(length, stream);
 }
 
-// Takes the piece that the rule covers out of a text with nothing else but white space around it.
+// Takes what the rule covers out of a text with nothing else but white space around it.
 VARN_EXCEPTION_CODES takeWhole(const SipParamList& grammar, const SipString& text,
                                unsigned int (SipParamList::*rule)(const SipStrStream&, unsigned int)
                                    const,
-                               const char* message, SipString& piece) {
-  SipLWSStrStream stream(text);
-  if (!stream.valid()) {
-    logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
-    return VARN_RESOURCE_FAILURE;
-  }
-  const VARN_EXCEPTION_CODES code = stream.get((grammar.*rule)(stream, 0), piece);
-  if (code == VARN_OK && !stream.done()) {
+                               const char* message, std::string_view& piece) {
+  BorrowedLWSStream stream(view(text));
+  piece = SipStringAccess::rest(stream).substr(0, (grammar.*rule)(stream, 0));
+  stream.discard(static_cast<unsigned int>(piece.size()));
+  if (!stream.done()) {
     logFailure(kSourceFile, message);
     return VARN_INVALID_INPUT;
   }
-  return code;
+  return VARN_OK;
 }
 
 // Names and fills a new node.
@@ -78,9 +79,36 @@ VARN_EXCEPTION_CODES fill(SipParam& param, const SipString& name, const SipStrin
   return param.getValue().length() == value.length() ? VARN_OK : VARN_RESOURCE_FAILURE;
 }
 
-unsigned int matchSeparator(char separator, const SipStrStream& stream, unsigned int offset) {
-  SipMatchLWSChar rule(separator);
-  return rule.match(stream, offset);
+// Without memory for the index the list itself is asked, only more slowly.
+bool isOnList(const SipParamList& list, std::string_view name, const ParamNameIndex& names) {
+  return names.contains(name) || (!names.complete() && list.find(*BorrowedString(name)) != nullptr);
+}
+
+// Names a node of the list; without one the index alone knows the name, and must not lose it.
+VARN_EXCEPTION_CODES keepName(const SipParamList& list, std::string_view name, SipParam* param,
+                              ParamNameIndex& names) {
+  if (param == nullptr) {
+    names.add(name);
+    return names.complete() ? VARN_OK : VARN_RESOURCE_FAILURE;
+  }
+  const ParamListChange change(&list);
+  const VARN_EXCEPTION_CODES code = param->setName(*BorrowedString(name));
+  if (code == VARN_OK) {
+    names.add(name);
+  }
+  return code;
+}
+
+// Moves behind a separator.
+VARN_EXCEPTION_CODES passSeparator(const SipParamList& grammar, SipStrStream& stream, int first) {
+  const unsigned int length = grammar.matchSep(stream, 0, first);
+  return length == 0 ? VARN_INVALID_INPUT : stream.discard(length);
+}
+
+unsigned int separated(char separator, const SipStrStream& stream, unsigned int offset) {
+  const Unread text = unread(stream);
+  assertWithin(offset, text);
+  return grammar::separated(separator, text, offset);
 }
 
 }  // namespace
@@ -151,13 +179,13 @@ SipParamList::~SipParamList() {
 }
 
 VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
-  ParamNameIndex names(*this);
+  ParamNameIndex names(head_);
   for (int first = 1; parseSep(stream, first) == VARN_OK; first = 0) {
     SipParam* param = newParam(&head_, kSourceFile);
     if (param == nullptr) {
       return VARN_RESOURCE_FAILURE;
     }
-    const VARN_EXCEPTION_CODES code = parseParam(param, stream, names);
+    const VARN_EXCEPTION_CODES code = readParam(*this, param, stream, names);
     if (code != VARN_OK) {
       deleteParam(param, this);
       return code;
@@ -229,8 +257,8 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
     logFailure(kSourceFile, "SipParameterList::setParameter name is empty");
     return VARN_INVALID_INPUT;
   }
-  SipString newName;
-  SipString newValue;
+  std::string_view newName;
+  std::string_view newValue;
   VARN_EXCEPTION_CODES code = takeWhole(*this, name, &SipParamList::matchName,
                                         "SipParameterList::setParameter invalid name", newName);
   if (code == VARN_OK && value.length() != 0) {
@@ -244,15 +272,16 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
   SipParam* aside = nullptr;
   SipParam* param = newParam(&aside, kSourceFile);
   if (param == nullptr) {
+    logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
     return VARN_RESOURCE_FAILURE;
   }
   const ParamListChange change(this);
-  code = fill(*param, newName, newValue);
+  code = fill(*param, *BorrowedString(newName), *BorrowedString(newValue));
   if (code != VARN_OK) {
     deleteParam(param, this);
     return code;
   }
-  removeParameter(newName);
+  removeParameter(param->getName());
   param->remove();
   param->insert(&head_);
   clearParamNames();
@@ -311,41 +340,40 @@ SipParam* SipParamList::chain() const { return head_; }
 SipParam** SipParamList::head() { return &head_; }
 
 VARN_EXCEPTION_CODES SipParamList::parseSep(SipStrStream& stream, int first) const {
-  const unsigned int length = matchSep(stream, 0, first);
-  return length == 0 ? VARN_INVALID_INPUT : stream.discard(length);
+  return passSeparator(*this, stream, first);
 }
 
 VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& stream) const {
-  ParamNameIndex names(*this);
-  return parseParam(param, stream, names);
+  ParamNameIndex names(head_);
+  assertHolds(param != nullptr, kSourceFile);
+  return readParam(*this, param, stream, names);
 }
 
-VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& stream,
-                                              ParamNameIndex& names) const {
-  assertHolds(param != nullptr, kSourceFile);
-  const unsigned int nameLength = matchName(stream, 0);
+VARN_EXCEPTION_CODES readParam(const SipParamList& list, SipParam* param, SipStrStream& stream,
+                               ParamNameIndex& names) {
+  const unsigned int nameLength = list.matchName(stream, 0);
   if (nameLength == 0) {
     logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter name");
     return VARN_INVALID_INPUT;
   }
-  SipString name;
-  VARN_EXCEPTION_CODES code = stream.get(nameLength, name);
-  if (code != VARN_OK) {
-    return code;
-  }
-  if (names.contains(name)) {
+  const std::string_view name = SipStringAccess::rest(stream).substr(0, nameLength);
+  stream.discard(static_cast<unsigned int>(name.size()));
+  if (isOnList(list, name, names)) {
     logFailure(kSourceFile, "SipParamList::parseParamList - duplicate parameter name");
     return VARN_INVALID_INPUT;
   }
-  if (param != nullptr) {
-    const ParamListChange change(this);
-    code = param->setName(name);
-    if (code != VARN_OK) {
-      return code;
-    }
-    names.add(*param);
+  const VARN_EXCEPTION_CODES code = keepName(list, name, param, names);
+  return code == VARN_OK ? takeValue(list, name, param, stream) : code;
+}
+
+VARN_EXCEPTION_CODES passParams(const SipParamList& grammar, SipStrStream& stream) {
+  ParamNameIndex names(nullptr);
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  for (int first = 1; code == VARN_OK && passSeparator(grammar, stream, first) == VARN_OK;
+       first = 0) {
+    code = readParam(grammar, nullptr, stream, names);
   }
-  return takeValue(*this, name, param, stream);
+  return code;
 }
 
 SipHdrParamList::SipHdrParamList() : headerType_(WY_SIP_HEADER_TYPE_NONE) {}
@@ -357,33 +385,35 @@ WY_SIP_SIPHEADER_TYPE SipHdrParamList::getHeaderType() const { return headerType
 unsigned int SipHdrParamList::matchSep(const SipStrStream& stream, unsigned int offset,
                                        int first) const {
   if (headerType_ == WY_SIP_HEADER_TYPE_NON_AUTH) {
-    return matchSeparator(';', stream, offset);
+    return separated(';', stream, offset);
   }
-  return first == 1 ? matchOf<SipMatchLWS>(stream, offset) : matchSeparator(',', stream, offset);
+  return first == 1 ? matchOf<grammar::lws>(unread(stream), offset)
+                    : separated(',', stream, offset);
 }
 
 unsigned int SipHdrParamList::matchValue(const SipStrStream& stream, unsigned int offset) const {
-  unsigned int length = matchOf<SipMatchQuotedString>(stream, offset);
+  const Unread text = unread(stream);
+  unsigned int length = matchOf<grammar::quotedString>(text, offset);
   if (length == 0) {
-    length = matchOf<SipMatchIIPV6Address>(stream, offset);
+    length = matchOf<grammar::ipv6Address>(text, offset);
   }
   if (length == 0) {
-    length = matchOf<SipMatchHost>(stream, offset);
+    length = matchOf<grammar::host>(text, offset);
   }
-  return std::max(length, matchOf<SipMatchToken>(stream, offset));
+  return std::max(length, matchOf<grammar::token>(text, offset));
 }
 
 unsigned int SipHdrParamList::matchTagParamValue(const SipStrStream& stream,
                                                  unsigned int offset) const {
-  return matchOf<SipMatchToken>(stream, offset);
+  return matchOf<grammar::token>(unread(stream), offset);
 }
 
 unsigned int SipHdrParamList::matchEqual(const SipStrStream& stream, unsigned int offset) const {
-  return matchSeparator('=', stream, offset);
+  return separated('=', stream, offset);
 }
 
 unsigned int SipHdrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {
-  return matchOf<SipMatchToken>(stream, offset);
+  return matchOf<grammar::token>(unread(stream), offset);
 }
 
 const char* SipHdrParamList::getSep(int first) const {
@@ -395,17 +425,17 @@ const char* SipHdrParamList::getSep(int first) const {
 
 unsigned int SipHdrParamList::MatchQuotedTagValue(const SipStrStream& stream,
                                                   unsigned int offset) const {
-  return matchOf<SipMatchQuotedString>(stream, offset);
+  return matchOf<grammar::quotedString>(unread(stream), offset);
 }
 
 unsigned int SipAddrParamList::matchSep(const SipStrStream& stream, unsigned int offset,
                                         int /*first*/) const {
-  return byteIs(stream, offset, ';') ? 1 : 0;
+  return unread(stream).has(offset, ';') ? 1 : 0;
 }
 
 // The paramchar rule, also for a derived list that has other names.
 unsigned int SipAddrParamList::matchValue(const SipStrStream& stream, unsigned int offset) const {
-  return matchOf<SipAddressMatchParamChar>(stream, offset);
+  return matchOf<grammar::paramChars>(unread(stream), offset);
 }
 
 unsigned int SipAddrParamList::matchTagParamValue(const SipStrStream& /*stream*/,
@@ -414,16 +444,16 @@ unsigned int SipAddrParamList::matchTagParamValue(const SipStrStream& /*stream*/
 }
 
 unsigned int SipAddrParamList::matchEqual(const SipStrStream& stream, unsigned int offset) const {
-  return byteIs(stream, offset, '=') ? 1 : 0;
+  return unread(stream).has(offset, '=') ? 1 : 0;
 }
 
 unsigned int SipAddrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {
-  return matchOf<SipAddressMatchParamChar>(stream, offset);
+  return matchOf<grammar::paramChars>(unread(stream), offset);
 }
 
 const char* SipAddrParamList::getSep(int /*first*/) const { return ";"; }
 
 unsigned int SipAddrParamList::MatchQuotedTagValue(const SipStrStream& stream,
                                                    unsigned int offset) const {
-  return matchOf<SipMatchQuotedString>(stream, offset);
+  return matchOf<grammar::quotedString>(unread(stream), offset);
 }

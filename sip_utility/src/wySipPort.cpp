@@ -2,9 +2,9 @@
 #include "wySipPort.h"
 
 #include "imsdpl.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
-#include "wySipMatch.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ SipPort& SipPort::operator=(const SipPort& other) = default;
 SipPort::~SipPort() = default;
 
 VARN_EXCEPTION_CODES SipPort::set(SipStrStream& stream) {
-  const unsigned int count = matchOf<SipMatchDigit>(stream, 0);
+  const unsigned int count = matchOf<grammar::digits>(stream);
   if (count == 0 || count > kMostDigits) {
     // No digit at all is reported in the same words, with a count of 0.
     logFailure(kSourceFile, "SipPort::set | too many digits (%lu)", count);

@@ -8,9 +8,9 @@
 #include "internal/allocationWatch.h"
 #include "internal/charClass.h"
 #include "internal/checkedMath.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
-#include "wySipMatch.h"
 
 namespace {
 
@@ -261,11 +261,11 @@ VARN_EXCEPTION_CODES SipStrStream::discard(unsigned int length) {
 }
 
 SipLWSStrStream::SipLWSStrStream(const SipString& text) : SipStrStream(text) {
-  discard(matchOf<SipMatchLWS>(*this, 0));
+  discard(matchOf<grammar::lws>(*this));
 }
 
 SipLWSStrStream::~SipLWSStrStream() = default;
 
 bool SipLWSStrStream::done() const {
-  return matchOf<SipMatchLWS>(*this, 0) == checkedDifference(length(), pos());
+  return matchOf<grammar::lws>(*this) == checkedDifference(length(), pos());
 }

@@ -10,12 +10,13 @@
 #include "internal/charClass.h"
 #include "internal/checkedMath.h"
 #include "internal/equality.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
 #include "internal/platformBlock.h"
 #include "internal/recorded.h"
+#include "internal/unread.h"
 #include "wySipCommon.h"
-#include "wySipMatch.h"
 
 namespace {
 
@@ -208,10 +209,10 @@ bool isSameUserAndPort(const SipAddress& remote, const SipAddress& local) {
 }
 
 // Returns whether a rule covers a text that is not empty, all of it.
-template <typename Rule>
-bool coversAll(const SipStrStream& text) {
-  const unsigned int count = matchOf<Rule>(text, 0);
-  return count != 0 && count == text.length();
+template <Rule* rule>
+bool coversAll(Unread text) {
+  const unsigned int count = matchOf<rule>(text, 0);
+  return count != 0 && count == text.length;
 }
 
 // Returns the text inside brackets, whatever the closing one is; other texts as they are.
@@ -451,17 +452,18 @@ int GetHostType(const char* host) {
     logFailure(kSourceFile, "GetHostType | Invalid Arg");
     return kHostUnknown;
   }
-  const PlatformText copy = copyOf(withoutBrackets(host));
-  const SipStrStream text{SipString(copy.get())};
-  if (copy == nullptr || text.length() != std::strlen(copy.get())) {
+  const std::string_view bare = withoutBrackets(host);
+  const PlatformText copy = copyOf(bare);
+  if (copy == nullptr) {
     logTrace(kSourceFile, "wyDplMalloc: Fatal Error Malloc failed - UNKNOWN_IP_TYPE");
     return kHostUnknown;
   }
-  if (coversAll<SipMatchIIPV6Address>(text)) {
+  const Unread text{bare.data(), checkedLength(bare.size())};
+  if (coversAll<grammar::ipv6Address>(text)) {
     logTrace(kSourceFile, "GetHostType | IPv6 = %s %s", logArgument(copy.get()), logArgument(host));
     return kHostIpv6;
   }
-  if (coversAll<SipMatchIIPV4Address>(text)) {
+  if (coversAll<grammar::ipv4Address>(text)) {
     logTrace(kSourceFile, "GetHostType | IPv4 = %s %s", logArgument(copy.get()), logArgument(host));
     return kHostIpv4;
   }

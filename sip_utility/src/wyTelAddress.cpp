@@ -7,16 +7,20 @@
 #include <new>
 #include <string_view>
 
+#include "internal/borrowed.h"
 #include "internal/charClass.h"
 #include "internal/checkedMath.h"
 #include "internal/equality.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
 #include "internal/paramNameIndex.h"
 #include "internal/paramNode.h"
 #include "internal/paramOrder.h"
+#include "internal/paramReader.h"
 #include "internal/pieceSetter.h"
 #include "internal/textWriter.h"
+#include "internal/unread.h"
 #include "wySipMatch.h"
 
 namespace {
@@ -72,14 +76,13 @@ constexpr PieceMessages kContextMessages = {
 
 // Moves behind a literal; false, with nothing read, where another text stands.
 bool skipLiteral(SipStrStream& stream, std::string_view literal) {
-  return literalIs(stream, 0, literal) &&
+  return unread(stream).has(0, literal) &&
          stream.discard(static_cast<unsigned int>(literal.size())) == VARN_OK;
 }
 
-// Takes what the rule covers; logs the message where that is nothing.
-VARN_EXCEPTION_CODES takeMatch(SipStrStream& stream, SipMatch& rule, const char* message,
+// Takes what a rule covers; logs the message where that is nothing.
+VARN_EXCEPTION_CODES takeMatch(SipStrStream& stream, unsigned int length, const char* message,
                                SipString& piece) {
-  const unsigned int length = rule.match(stream, 0);
   if (length == 0) {
     logFailure(kSourceFile, message);
     return VARN_INVALID_INPUT;
@@ -90,14 +93,12 @@ VARN_EXCEPTION_CODES takeMatch(SipStrStream& stream, SipMatch& rule, const char*
 // [ ";isub=" 1*paramchar / ";ext=" 1*phonedigit ]
 VARN_EXCEPTION_CODES takeSubAddress(SipStrStream& stream, SipString& isub, SipString& ext) {
   if (skipLiteral(stream, ";isub=")) {
-    SipAddressMatchParamChar rule;
-    return takeMatch(stream, rule, "TelAddress::parseTelNameAddr could not match isub param value",
-                     isub);
+    return takeMatch(stream, matchOf<grammar::paramChars>(stream),
+                     "TelAddress::parseTelNameAddr could not match isub param value", isub);
   }
   if (skipLiteral(stream, ";ext=")) {
-    TelAddressMatchPhoneDigit rule;
-    return takeMatch(stream, rule, "TelAddress::parseTelNameAddr could not match ext param value",
-                     ext);
+    return takeMatch(stream, matchOf<grammar::phoneDigits>(stream),
+                     "TelAddress::parseTelNameAddr could not match ext param value", ext);
   }
   return VARN_OK;
 }
@@ -107,9 +108,8 @@ VARN_EXCEPTION_CODES takeContext(SipStrStream& stream, SipString& context) {
   if (!skipLiteral(stream, ";phone-context=")) {
     return VARN_OK;
   }
-  TelAddressMatchContext rule;
-  return takeMatch(stream, rule, "TelAddress::parseTelNameAddr could not match context param value",
-                   context);
+  return takeMatch(stream, matchOf<grammar::phoneContext>(stream),
+                   "TelAddress::parseTelNameAddr could not match context param value", context);
 }
 
 // Returns what to log of a parameter whose place is in front of the list; null for any other.
@@ -133,7 +133,7 @@ WY_SIP_TELURI_TYPE typeOf(int firstByte) {
 // Returns how many bytes to escape at the position before the end of the stream is asked for
 // again: white space is or is not the end as a whole, so a run of it is asked for once.
 unsigned int escapedLength(const SipStrStream& stream) {
-  return std::max(whiteSpaceLength(stream, 0), 1U);
+  return std::max(unread(stream).run(0, kWhiteSpace), 1U);
 }
 
 // Makes room for what the rest of the stream becomes: each "%" counts as one to be escaped, a
@@ -180,7 +180,7 @@ TelAddrParamList::TelAddrParamList() : order_(nullptr) {}
 TelAddrParamList::~TelAddrParamList() { ParamOrder::destroy(order_); }
 
 VARN_EXCEPTION_CODES TelAddrParamList::parseParamList(SipStrStream& stream) {
-  ParamNameIndex names(*this);
+  ParamNameIndex names(chain());
   for (int first = 1; parseSep(stream, first) == VARN_OK; first = 0) {
     const VARN_EXCEPTION_CODES code = parseNext(stream, names);
     if (code != VARN_OK) {
@@ -191,7 +191,7 @@ VARN_EXCEPTION_CODES TelAddrParamList::parseParamList(SipStrStream& stream) {
 }
 
 unsigned int TelAddrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {
-  return matchOf<TelAddressMatchParamName>(stream, offset);
+  return matchOf<grammar::telParamName>(unread(stream), offset);
 }
 
 const SipParam* TelAddrParamList::firstParam() const {
@@ -231,7 +231,7 @@ VARN_EXCEPTION_CODES TelAddrParamList::parseNext(SipStrStream& stream, ParamName
   if (param == nullptr) {
     return VARN_RESOURCE_FAILURE;
   }
-  VARN_EXCEPTION_CODES code = parseParam(param, stream, names);
+  VARN_EXCEPTION_CODES code = readParam(*this, param, stream, names);
   if (code == VARN_OK) {
     if (const char* message = misplacedMessage(param->getName())) {
       logFailure(kSourceFile, message);
@@ -544,7 +544,7 @@ VARN_EXCEPTION_CODES TelAddress::convertTelToSipUserInfoSyntax(SipStrStream& in,
   out.clear();
   VARN_EXCEPTION_CODES code = reserveConverted(in, out);
   while (code == VARN_OK && !in.done()) {
-    const unsigned int plain = matchOf<SipAddressMatchUser>(in, 0);
+    const unsigned int plain = matchOf<grammar::user>(in);
     code = plain != 0 ? takePlain(in, plain, out) : takeEscaped(in, escapedLength(in), out);
   }
   return storeCode(code);
@@ -601,7 +601,7 @@ VARN_EXCEPTION_CODES TelAddress::parseTelNameAddr(SipStrStream& stream, SipStrin
   if (code != VARN_OK || bracketed_ == 0) {
     return code;
   }
-  if (!byteIs(stream, 0, '>')) {
+  if (!unread(stream).has(0, '>')) {
     logFailure(kSourceFile,
                "TelAddress::parseTelephoneURI uri with '<' does not terminate with '>'");
     return VARN_INVALID_INPUT;
@@ -614,31 +614,30 @@ VARN_EXCEPTION_CODES TelAddress::parse(const SipString& address) {
     logFailure(kSourceFile, "TelAddress::TelAddress | NULL or empty address");
     return VARN_INVALID_INPUT;
   }
-  SipLWSStrStream stream(address);
-  if (!stream.valid()) {
+  BorrowedLWSStream stream(view(address));
+  const VARN_EXCEPTION_CODES code = parseTelNameAddr(stream, &displayName_, &phoneNumber_, &isub_,
+                                                     &extension_, &context_, &params_);
+  if (code == VARN_RESOURCE_FAILURE && displayName_.length() == 0 && phoneNumber_.length() == 0) {
     logFailure(kSourceFile, "TelAddress::TelAddress | SipLWSStrStream constructor failed");
-    return VARN_RESOURCE_FAILURE;
   }
-  return parseTelNameAddr(stream, &displayName_, &phoneNumber_, &isub_, &extension_, &context_,
-                          &params_);
+  return code;
 }
 
 // [ display-name LWS ] [ "<" ]: a display name needs the bracket
 VARN_EXCEPTION_CODES TelAddress::takeOpening(SipStrStream& stream, SipString& displayName) {
-  if (literalIs(stream, 0, "tel:") || byteIs(stream, 0, '<')) {
+  if (unread(stream).has(0, "tel:") || unread(stream).has(0, '<')) {
     displayName.clear();
   } else {
-    SipAddressMatchDisplayName rule;
     const VARN_EXCEPTION_CODES code = takeMatch(
-        stream, rule,
+        stream, matchOf<grammar::displayName>(stream),
         "TelAddress::parseTelNameAddr uri doesn't begin with display name or tel: or '<' ",
         displayName);
     if (code != VARN_OK) {
       return code;
     }
-    stream.discard(matchOf<SipMatchLWS>(stream, 0));
+    stream.discard(matchOf<grammar::lws>(stream));
   }
-  if (byteIs(stream, 0, '<')) {
+  if (unread(stream).has(0, '<')) {
     bracketed_ = 1;
     return stream.discard(1);
   }
@@ -657,7 +656,7 @@ VARN_EXCEPTION_CODES TelAddress::takeNumber(SipStrStream& stream, SipString& pho
   }
   type_ = typeOf(stream.peek(0));
   TelAddressMatchPhoneNumber rule(type_);
-  return takeMatch(stream, rule,
+  return takeMatch(stream, rule.match(stream, 0),
                    "TelAddress::parseTelNameAddr parseTelephoneURI no valid phonenumber",
                    phoneNumber);
 }

@@ -3,18 +3,19 @@
 
 #include "internal/charClass.h"
 #include "internal/checkedMath.h"
+#include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
+#include "internal/unread.h"
 
 namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wyTelAddressMatch";
 
 // Returns whether one of the bytes in [offset, offset + count) belongs to the class.
-bool anyIsIn(CharClass charClass, const SipStrStream& stream, unsigned int offset,
-             unsigned int count) {
+bool anyIsIn(CharClass charClass, Unread text, unsigned int offset, unsigned int count) {
   for (unsigned int i = 0; i < count; ++i) {
-    if (isIn(charClass, stream.peek(checkedSum(offset, i)))) {
+    if (text.has(checkedSum(offset, i), charClass)) {
       return true;
     }
   }
@@ -31,39 +32,49 @@ bool TelAddressMatchPhoneDigitHex::matchChar(char byte) { return isIn(kPhoneDigi
 
 bool TelAddressMatchParamName::matchChar(char byte) { return isIn(kLabel, byte); }
 
-unsigned int TelAddressMatchGlobalPhoneNumber::doMatch(const SipStrStream& stream,
-                                                       unsigned int /*offset*/) {
-  if (!byteIs(stream, 0, '+')) {
+// The rules below match at the position, whatever the offset.
+
+unsigned int grammar::globalPhoneNumber(Unread text, unsigned int /*offset*/) {
+  if (!text.has(0, '+')) {
     logTrace(kSourceFile,
              "TelAddressMatchGlobalPhoneNumber: Did not find '+' for global phone number");
     return 0;
   }
-  const unsigned int count = matchOf<TelAddressMatchPhoneDigit>(stream, 1);
+  const unsigned int count = matchOf<phoneDigits>(text, 1);
   if (count == 0) {
     logTrace(kSourceFile, "TelAddressMatchGlobalPhoneNumber: No phonedigit found");
     return 0;
   }
-  if (!anyIsIn(kDigit, stream, 1, count)) {
+  if (!anyIsIn(kDigit, text, 1, count)) {
     logTrace(kSourceFile, "TelAddressMatchGlobalPhoneNumber: no DIGIT in Stream");
     return 0;
   }
   return checkedSum(count, 1);
 }
 
-unsigned int TelAddressMatchLocalPhoneNumber::doMatch(const SipStrStream& stream,
-                                                      unsigned int /*offset*/) {
-  const unsigned int count = matchOf<TelAddressMatchPhoneDigitHex>(stream, 0);
+unsigned int TelAddressMatchGlobalPhoneNumber::doMatch(const SipStrStream& stream,
+                                                       unsigned int offset) {
+  return grammar::globalPhoneNumber(unread(stream), offset);
+}
+
+unsigned int grammar::localPhoneNumber(Unread text, unsigned int /*offset*/) {
+  const unsigned int count = matchOf<phoneDigitsHex>(text, 0);
   if (count == 0) {
     logTrace(
         kSourceFile,
         "TelAddressMatchLocalPhoneNumber: Did not find phonedigithex to start local phonenumber");
     return 0;
   }
-  if (!anyIsIn(kLocalDigit, stream, 0, count)) {
+  if (!anyIsIn(kLocalDigit, text, 0, count)) {
     logTrace(kSourceFile, "TelAddressMatchLocalPhoneNumber: no (HEXDIG / '*' / '#') in Stream");
     return 0;
   }
   return count;
+}
+
+unsigned int TelAddressMatchLocalPhoneNumber::doMatch(const SipStrStream& stream,
+                                                      unsigned int offset) {
+  return grammar::localPhoneNumber(unread(stream), offset);
 }
 
 TelAddressMatchPhoneNumber::TelAddressMatchPhoneNumber(WY_SIP_TELURI_TYPE type) : type_(type) {}
@@ -72,21 +83,25 @@ unsigned int TelAddressMatchPhoneNumber::doMatch(const SipStrStream& stream,
                                                  unsigned int /*offset*/) {
   switch (type_) {
     case WY_SIP_TELURI_TYPE_LOCAL:
-      return matchOf<TelAddressMatchLocalPhoneNumber>(stream, 0);
+      return matchOf<grammar::localPhoneNumber>(stream);
     case WY_SIP_TELURI_TYPE_GLOBAL:
-      return matchOf<TelAddressMatchGlobalPhoneNumber>(stream, 0);
+      return matchOf<grammar::globalPhoneNumber>(stream);
     default:
       return 0;
   }
 }
 
-unsigned int TelAddressMatchContext::doMatch(const SipStrStream& stream, unsigned int /*offset*/) {
-  unsigned int count = matchOf<SipMatchHostname>(stream, 0);
+unsigned int grammar::phoneContext(Unread text, unsigned int /*offset*/) {
+  unsigned int count = matchOf<hostname>(text, 0);
   if (count == 0) {
-    count = matchOf<TelAddressMatchGlobalPhoneNumber>(stream, 0);
+    count = matchOf<globalPhoneNumber>(text, 0);
   }
   if (count == 0) {
     logTrace(kSourceFile, "TelAddressMatchContext: Could not match descriptor BNF");
   }
   return count;
+}
+
+unsigned int TelAddressMatchContext::doMatch(const SipStrStream& stream, unsigned int offset) {
+  return grammar::phoneContext(unread(stream), offset);
 }

@@ -27,6 +27,8 @@ enum CharClass : std::uint32_t {
   kPhoneDigit = 1U << 15,      // digits and visual separators
   kPhoneDigitHex = 1U << 16,   // hexadecimal digits, * and #, visual separators
   kLocalDigit = 1U << 17,      // hexadecimal digits, * and #
+  kQuotedPlain = 1U << 18,     // visible characters but the double quote and the backslash
+  kValuePlain = 1U << 19,      // visible characters but " < > ;
 };
 
 namespace charClassTable {
@@ -58,7 +60,9 @@ constexpr std::uint32_t classesOf(int c) {
          bitIf(unreserved || oneOf("&=+$,;?/"), kUser) |
          bitIf(unreserved || oneOf("&=+$,"), kPassword) | bitIf(digit || separator, kPhoneDigit) |
          bitIf(hexDigit || separator || oneOf("*#"), kPhoneDigitHex) |
-         bitIf(hexDigit || oneOf("*#"), kLocalDigit);
+         bitIf(hexDigit || oneOf("*#"), kLocalDigit) |
+         bitIf(within(c, '!', '~') && !oneOf("\"\\"), kQuotedPlain) |
+         bitIf(within(c, '!', '~') && !oneOf("\"<>;"), kValuePlain);
 }
 
 constexpr std::array<std::uint32_t, 256> make() {
@@ -74,7 +78,7 @@ constexpr std::array<std::uint32_t, 256> make() {
 inline constexpr std::array<std::uint32_t, 256> kCharClasses = charClassTable::make();
 
 // Returns whether the byte belongs to the class.
-inline bool isIn(CharClass charClass, char byte) {
+constexpr bool isIn(CharClass charClass, char byte) {
   return (kCharClasses[static_cast<unsigned char>(byte)] & charClass) != 0;
 }
 

@@ -70,7 +70,7 @@ class LogTape {
 
   static constexpr std::size_t kCapacity = 16;
   std::size_t count_ = 0;
-  Line lines_[kCapacity] = {};
+  Line lines_[kCapacity];  // the first count_ of them
 };
 
 // Writes one line to the module log.

@@ -1,44 +1,28 @@
-// matchOf.h - short questions to a stream.
+// matchOf.h - asks the rules of the grammar and keeps their contract in view.
 #ifndef SIPUTILITY_INTERNAL_MATCH_OF_H
 #define SIPUTILITY_INTERNAL_MATCH_OF_H
 
-#include <string_view>
+#include "log.h"
+#include "unread.h"
 
-#include "charClass.h"
-#include "checkedMath.h"
-#include "wySipString.h"
-
-// Returns how many bytes a rule, made for this one question, covers.
-template <typename Rule>
-unsigned int matchOf(const SipStrStream& stream, unsigned int offset) {
-  Rule rule;
-  return rule.match(stream, offset);
+// Reports an offset or the end of a match behind the end of the text as a failed assertion.
+inline void assertWithin(unsigned int offset, Unread text) {
+  assertHolds(offset <= text.length, "sip_utility/src/wySipMatch");
 }
 
-// Returns whether this byte stands at the offset.
-inline bool byteIs(const SipStrStream& stream, unsigned int offset, char byte) {
-  return stream.peek(offset) == static_cast<unsigned char>(byte);
-}
-
-// Returns whether this text stands at the offset, letter case included.
-inline bool literalIs(const SipStrStream& stream, unsigned int offset, std::string_view literal) {
-  unsigned int i = 0;
-  for (const char byte : literal) {
-    if (!byteIs(stream, checkedSum(offset, i), byte)) {
-      return false;
-    }
-    ++i;
-  }
-  return true;
-}
-
-// Returns how many blanks and tabs stand at the offset.
-inline unsigned int whiteSpaceLength(const SipStrStream& stream, unsigned int offset) {
-  unsigned int count = 0;
-  while (isIn(kWhiteSpace, stream.peek(checkedSum(offset, count)))) {
-    count = checkedSum(count, 1);
-  }
+// Returns how many bytes a rule covers.
+template <Rule* rule>
+unsigned int matchOf(Unread text, unsigned int offset) {
+  assertWithin(offset, text);
+  const unsigned int count = rule(text, offset);
+  assertWithin(checkedSum(offset, count), text);
   return count;
+}
+
+// Returns how many of the bytes next to be read a rule covers.
+template <Rule* rule>
+unsigned int matchOf(const SipStrStream& stream) {
+  return matchOf<rule>(unread(stream), 0);
 }
 
 #endif  // SIPUTILITY_INTERNAL_MATCH_OF_H

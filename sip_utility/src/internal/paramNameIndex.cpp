@@ -12,22 +12,21 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 
-constexpr unsigned int kLookedUpOnList = 16;  // names; a tree for fewer would cost more
 constexpr std::int32_t kFirstCapacity = 64;
 constexpr std::uint64_t kBitsOfSymbol = 16;
 
 // Returns the byte at the index, folded and counted from 1; 0 behind the end of the name.
-unsigned int symbolAt(const SipString& name, std::uint64_t index) {
-  return index < name.length() ? static_cast<unsigned int>(foldCase(name.c_str()[index])) + 1 : 0;
+unsigned int symbolAt(std::string_view name, std::uint64_t index) {
+  return index < name.size() ? static_cast<unsigned int>(foldCase(name[index])) + 1 : 0;
 }
 
-unsigned int bitAt(const SipString& name, std::uint64_t bit) {
+unsigned int bitAt(std::string_view name, std::uint64_t bit) {
   const std::uint64_t shift = kBitsOfSymbol - 1 - bit % kBitsOfSymbol;
   return (symbolAt(name, bit / kBitsOfSymbol) >> shift) & 1U;
 }
 
 // Returns the first bit in which two different names differ.
-std::uint64_t firstDifference(const SipString& a, const SipString& b) {
+std::uint64_t firstDifference(std::string_view a, std::string_view b) {
   std::uint64_t index = 0;
   while (symbolAt(a, index) == symbolAt(b, index)) {
     ++index;
@@ -41,53 +40,76 @@ std::uint64_t firstDifference(const SipString& a, const SipString& b) {
 
 }  // namespace
 
-ParamNameIndex::ParamNameIndex(const SipParamList& list)
-    : list_(list), added_(0), entries_(nullptr), count_(0), capacity_(0), root_(0) {}
+ParamNameIndex::ParamNameIndex(const SipParam* chain)
+    : count_(0), complete_(true), entries_(nullptr), capacity_(0), root_(0) {
+  for (; chain != nullptr; chain = chain->next()) {
+    add(view(chain->getName()));
+  }
+}
 
 ParamNameIndex::~ParamNameIndex() { releaseTree(); }
 
-bool ParamNameIndex::contains(const SipString& name) const {
-  if (count_ == 0) {
-    return list_.find(name) != nullptr;
+bool ParamNameIndex::contains(std::string_view name) const {
+  if (entries_ != nullptr) {
+    return equalIgnoringCase(nearest(name), name);
   }
-  return equalIgnoringCase(nearest(name), view(name));
+  return std::any_of(row_, row_ + count_,
+                     [name](std::string_view each) { return equalIgnoringCase(each, name); });
 }
 
-void ParamNameIndex::add(const SipParam& param) {
-  ++added_;
-  if (added_ < kLookedUpOnList) {
+void ParamNameIndex::add(std::string_view name) {
+  if (!complete_) {
     return;
   }
-  if (added_ == kLookedUpOnList) {
-    for (const SipParam* each = &param; each != nullptr && insert(*each); each = each->next()) {
-    }
-  } else if (count_ != 0) {
-    insert(param);
+  if (entries_ == nullptr && count_ < kLookedUpInRow) {
+    row_[count_++] = {name.data(), name.size()};
+    return;
+  }
+  complete_ = growTree();
+  if (complete_) {
+    insert(name);
+  } else {
+    releaseTree();
   }
 }
 
-// Returns false when there is no memory; the tree is then gone for good.
-bool ParamNameIndex::insert(const SipParam& param) {
-  if (count_ == capacity_ && !makeRoom()) {
-    releaseTree();
+// Makes room for one more name; the first time the names of the row move in. Returns false when
+// there is no memory.
+bool ParamNameIndex::growTree() {
+  if (count_ < capacity_) {
+    return true;
+  }
+  const bool first = entries_ == nullptr;
+  if (first) {
+    count_ = 0;
+  }
+  if (!makeRoom()) {
     return false;
   }
-  const SipString& name = param.getName();
-  const std::int32_t entry = count_;
-  entries_[entry].param = &param;
-  if (entry == 0) {
-    root_ = ~entry;
-    count_ = 1;
-  } else if (const SipString& other = nearest(name); !equalIgnoringCase(other, view(name))) {
-    link(entry, firstDifference(name, other));
-    ++count_;
+  if (first) {
+    for (const Name& each : row_) {
+      insert(each);
+    }
   }
   return true;
 }
 
+// Takes in a name that the tree has room for.
+void ParamNameIndex::insert(std::string_view name) {
+  const std::int32_t entry = count_;
+  entries_[entry].name = {name.data(), name.size()};
+  if (entry == 0) {
+    root_ = ~entry;
+    count_ = 1;
+  } else if (const std::string_view other = nearest(name); !equalIgnoringCase(other, name)) {
+    link(entry, firstDifference(name, other));
+    ++count_;
+  }
+}
+
 // Hangs the entry's branch in above the first branch at a later bit, with its leaf on one side.
 void ParamNameIndex::link(std::int32_t entry, std::uint64_t bit) {
-  const SipString& name = entries_[entry].param->getName();
+  const std::string_view name = entries_[entry].name;
   std::int32_t* place = &root_;
   while (*place >= 0 && entries_[*place].bit < bit) {
     place = &entries_[*place].child[bitAt(name, entries_[*place].bit)];
@@ -127,10 +149,10 @@ void ParamNameIndex::releaseTree() {
 }
 
 // Returns the one name on the tree that can be equal to the given one.
-const SipString& ParamNameIndex::nearest(const SipString& name) const {
+std::string_view ParamNameIndex::nearest(std::string_view name) const {
   std::int32_t place = root_;
   while (place >= 0) {
     place = entries_[place].child[bitAt(name, entries_[place].bit)];
   }
-  return entries_[~place].param->getName();
+  return entries_[~place].name;
 }

@@ -1,55 +1,69 @@
 // paramNameIndex.h - finds duplicate parameter names while a list is parsed.
 //
-// Lives as long as one parse. The first names are looked up on the list itself; from then on
-// they stand in a crit-bit tree over their bytes, ASCII letter case folded, so that the look-ups
-// of a whole text cost time in proportion to its length however its names were chosen:
+// Lives as long as one parse and shows the names where they stand: in the text or in a node. The
+// first names are looked up one by one; from then on they stand in a crit-bit tree over their
+// bytes, ASCII letter case folded, so that the look-ups of a whole text cost time in proportion
+// to its length however its names were chosen:
 //
-//     entry i = parameter i, and the branch that came with it
+//     entry i = name i, and the branch that came with it
 //
-//     branch: bit b = 0 --> child[0]      child < 0: a leaf, the parameter of entry ~child
+//     branch: bit b = 0 --> child[0]      child < 0: a leaf, the name of entry ~child
 //             bit b = 1 --> child[1]      child >= 0: the branch of that entry, at a later bit
-//
-// Without memory for the tree the list itself is asked, only more slowly.
 #ifndef SIPUTILITY_INTERNAL_PARAM_NAME_INDEX_H
 #define SIPUTILITY_INTERNAL_PARAM_NAME_INDEX_H
 
 #include <cstdint>
+#include <string_view>
 
 #include "wySipParam.h"
 
 class ParamNameIndex {
  public:
-  // Serves one list, which must outlive the index.
-  explicit ParamNameIndex(const SipParamList& list);
+  // Takes in the names of a chain; null for none.
+  explicit ParamNameIndex(const SipParam* chain);
   ~ParamNameIndex();
   ParamNameIndex(const ParamNameIndex&) = delete;
   ParamNameIndex& operator=(const ParamNameIndex&) = delete;
 
-  // Returns whether the list has a parameter of this name, letter case ignored.
-  bool contains(const SipString& name) const;
+  // Returns whether the index knows this name, letter case ignored.
+  bool contains(std::string_view name) const;
 
-  // Takes in the first parameter of the chain, which has just got its name.
-  void add(const SipParam& param);
+  // Takes in a name, whose bytes outlive the index.
+  void add(std::string_view name);
+
+  // Returns whether the index knows all names: without memory for the tree it forgets them.
+  bool complete() const { return complete_; }
 
  private:
+  struct Name {
+    const char* bytes;
+    std::size_t size;
+
+    operator std::string_view() const {
+      return {bytes, size};
+    }  // NOLINT(google-explicit-constructor)
+  };
   struct Entry {
-    const SipParam* param;
+    Name name;
     std::uint64_t bit;
     std::int32_t child[2];
   };
 
-  bool insert(const SipParam& param);
+  static constexpr std::int32_t kLookedUpInRow = 16;  // a tree for fewer would cost more
+
+  bool growTree();
+  void insert(std::string_view name);
   void link(std::int32_t entry, std::uint64_t bit);
   bool makeRoom();
   void releaseTree();
-  const SipString& nearest(const SipString& name) const;
+  std::string_view nearest(std::string_view name) const;
 
-  const SipParamList& list_;
-  unsigned int added_;
-  Entry* entries_;
   std::int32_t count_;
+  bool complete_;
+  Entry* entries_;
   std::int32_t capacity_;
   std::int32_t root_;
+  Name row_[kLookedUpInRow];  // the first count_ of them are names, while there is no tree
 };
 
 #endif  // SIPUTILITY_INTERNAL_PARAM_NAME_INDEX_H

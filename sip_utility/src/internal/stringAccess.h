@@ -3,7 +3,7 @@
 #ifndef SIPUTILITY_INTERNAL_STRING_ACCESS_H
 #define SIPUTILITY_INTERNAL_STRING_ACCESS_H
 
-#include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "wySipString.h"
@@ -20,10 +20,27 @@ struct SipStringAccess {
     std::swap(a.capacity_, b.capacity_);
   }
 
-  // Moves a cursor to a position in its text, forward or back.
-  static void moveTo(SipStrStream& stream, unsigned int position) {
-    stream.position_ = std::min(position, stream.text_.length());
+  // Returns the bytes of a cursor's text that are not read yet.
+  static std::string_view rest(const SipStrStream& stream) {
+    return {stream.text_.buffer_ + stream.position_, stream.text_.length_ - stream.position_};
   }
+
+ private:
+  friend class BorrowedString;
+  friend class BorrowedStream;
+  friend class BorrowedLWSStream;
+
+  // Shows the bytes through a string without a buffer; not terminated, not to be changed.
+  static void lend(SipString& text, std::string_view bytes) {
+    text.buffer_ = const_cast<char*>(bytes.data());
+    text.length_ = static_cast<unsigned int>(bytes.size());
+    text.capacity_ = text.length_;
+  }
+
+  static void takeBack(SipString& text) { lend(text, {}); }
+
+  static void lend(SipStrStream& stream, std::string_view bytes) { lend(stream.text_, bytes); }
+  static void takeBack(SipStrStream& stream) { takeBack(stream.text_); }
 };
 
 #endif  // SIPUTILITY_INTERNAL_STRING_ACCESS_H

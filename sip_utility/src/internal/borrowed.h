@@ -1,0 +1,47 @@
+// borrowed.h - strings and cursors over bytes that someone else owns.
+//
+// For the library's own reading: the bytes stay where they are, as they are, for as long as the
+// borrower lives.
+#ifndef SIPUTILITY_INTERNAL_BORROWED_H
+#define SIPUTILITY_INTERNAL_BORROWED_H
+
+#include <string_view>
+
+#include "grammar.h"
+#include "matchOf.h"
+#include "stringAccess.h"
+
+// A string without a terminating zero.
+class BorrowedString {
+ public:
+  explicit BorrowedString(std::string_view bytes) { SipStringAccess::lend(text_, bytes); }
+  ~BorrowedString() { SipStringAccess::takeBack(text_); }
+  BorrowedString(const BorrowedString&) = delete;
+  BorrowedString& operator=(const BorrowedString&) = delete;
+
+  const SipString& operator*() const { return text_; }
+
+ private:
+  SipString text_;
+};
+
+// A cursor from the first byte.
+class BorrowedStream : public SipStrStream {
+ public:
+  explicit BorrowedStream(std::string_view bytes) : SipStrStream(SipString()) {
+    SipStringAccess::lend(*this, bytes);
+  }
+  ~BorrowedStream() override { SipStringAccess::takeBack(*this); }
+};
+
+// A cursor over text with linear white space around it.
+class BorrowedLWSStream : public SipLWSStrStream {
+ public:
+  explicit BorrowedLWSStream(std::string_view bytes) : SipLWSStrStream(SipString()) {
+    SipStringAccess::lend(*this, bytes);
+    discard(matchOf<grammar::lws>(*this));
+  }
+  ~BorrowedLWSStream() override { SipStringAccess::takeBack(*this); }
+};
+
+#endif  // SIPUTILITY_INTERNAL_BORROWED_H

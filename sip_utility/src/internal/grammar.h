@@ -1,0 +1,79 @@
+// grammar.h - the rules of the SIP and tel grammars over plain bytes.
+//
+// What the exported matchers promise (wySipMatch.h, wySipHeaderMatch.h, wyTelAddressMatch.h)
+// without a stream and without virtual calls; the matchers ask these. A rule stands in the source
+// file of its matcher. Rules ask each other through matchOf().
+#ifndef SIPUTILITY_INTERNAL_GRAMMAR_H
+#define SIPUTILITY_INTERNAL_GRAMMAR_H
+
+#include "charClass.h"
+#include "unread.h"
+
+namespace grammar {
+
+// *member
+template <CharClass charClass>
+unsigned int charSet(Unread text, unsigned int offset) {
+  return text.run(offset, charClass);
+}
+
+// Returns whether an escape stands at the offset: "%" HEXDIG HEXDIG
+inline bool escapeAt(Unread text, unsigned int offset) {
+  return text.has(offset, '%') && text.has(offset + 1, kHexDigit) &&
+         text.has(offset + 2, kHexDigit);
+}
+
+// *( member / escaped )
+template <CharClass charClass>
+unsigned int escapedCharSet(Unread text, unsigned int offset) {
+  static_assert(!isIn(charClass, '%'), "an escape would be ambiguous");
+  unsigned int count = text.run(offset, charClass);
+  while (escapeAt(text, checkedSum(offset, count))) {
+    count = checkedSum(count, 3);
+    count = checkedSum(count, text.run(checkedSum(offset, count), charClass));
+  }
+  return count;
+}
+
+inline constexpr Rule& token = charSet<kToken>;
+inline constexpr Rule& digits = charSet<kDigit>;
+inline constexpr Rule& hexDigits = charSet<kHexDigit>;
+inline constexpr Rule& uric = escapedCharSet<kUric>;
+
+Rule lws;
+Rule quotedString;
+Rule utf8NonAscii;
+Rule label;
+Rule hostname;
+Rule decOctet;
+Rule ipv4Address;
+Rule h16;
+Rule ipv6Address;
+Rule host;
+
+// [LWS] separator [LWS]
+unsigned int separated(char separator, Unread text, unsigned int offset);
+
+Rule scheme;
+inline constexpr Rule& user = escapedCharSet<kUser>;
+inline constexpr Rule& password = escapedCharSet<kPassword>;
+Rule userInfo;
+Rule displayName;
+inline constexpr Rule& paramChars = escapedCharSet<kParamChar>;
+inline constexpr Rule& headerChars = escapedCharSet<kHNameValue>;
+Rule uriHeaders;
+
+Rule absoluteUri;
+Rule nonAuthHeaderValue;
+Rule bracketedAddrSpec;  // "<" addr-spec ">"
+
+inline constexpr Rule& telParamName = charSet<kLabel>;
+inline constexpr Rule& phoneDigits = charSet<kPhoneDigit>;
+inline constexpr Rule& phoneDigitsHex = charSet<kPhoneDigitHex>;
+Rule globalPhoneNumber;
+Rule localPhoneNumber;
+Rule phoneContext;
+
+}  // namespace grammar
+
+#endif  // SIPUTILITY_INTERNAL_GRAMMAR_H
