@@ -6,12 +6,13 @@ set -euo pipefail
 
 package_of() {
   case $1 in
-    g++ | cmake | clang-format | clang-tidy | gcovr | shellcheck | valgrind) echo "$1" ;;
+    g++ | cmake | clang-format | clang-tidy | gcovr | jq | shellcheck | valgrind) echo "$1" ;;
     clang++) echo clang ;;
     ninja) echo ninja-build ;;
     CLI/CLI.hpp) echo libcli11-dev ;;
     nlohmann/json.hpp) echo nlohmann-json3-dev ;;
     gtest/gtest.h) echo libgtest-dev ;;
+    benchmark/benchmark.h) echo libbenchmark-dev ;;
     zlib.h) echo zlib1g-dev ;;
     *-linux-gnu*-g++) echo "g++-${1%-g++}" ;;
     qemu-*) echo qemu-user ;;

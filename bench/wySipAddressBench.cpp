@@ -1,0 +1,41 @@
+// wySipAddressBench.cpp - SIP addresses: reading, changing, writing.
+#include "wySipAddress.h"
+
+#include "harness.h"
+#include "inputs.h"
+#include "pieces.h"
+
+namespace {
+
+void addParse(Cases& cases, const char* row, std::string_view text, const std::string& wanted) {
+  cases.add(
+      std::string("BM_SipAddress_Parse/") + row, text.size(), wanted,
+      [text](auto& sink) {
+        const SipAddress address(sipString(text));
+        touchPieces(sink, address);
+      },
+      std::string("BM_Floor_Parse/") + row);
+}
+
+}  // namespace
+
+void addAddressCases(Cases& cases) {
+  using namespace inputs;
+  const std::string a = R"(0|"Alice Example"|sip|alice|example.test|5060|)";
+  addParse(cases, "a", kA, a + "lr||transport|tcp|");
+  addParse(cases, "b", kB, "0||sip|alice|example.test|0|transport|udp|");
+  addParse(cases, "c", kC,
+           R"(0|"Bob"|sip|+15551234567;phone-context=ims.example.test)"
+           "|ims.mnc001.mcc001.3gppnetwork.test|5060|comp|sigcomp|user|phone|");
+  cases.add(
+      "BM_SipAddress_Edit/ga", kA.size(),
+      a + R"(ob|1|lr||transport|tcp|"Alice Example" <sip:alice@example.test:5060;ob=1;lr)"
+          ";transport=tcp>|",
+      [](auto& sink) {
+        SipAddress address(sipString(kA));
+        address.setParameter("ob", "1");
+        touchPieces(sink, address);
+        touch(sink, address.toString());
+      },
+      "BM_Floor_Edit/ga");
+}

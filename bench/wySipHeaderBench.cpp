@@ -1,0 +1,61 @@
+// wySipHeaderBench.cpp - header fields: reading, changing, writing, and those of a whole message.
+#include "wySipHeader.h"
+
+#include "harness.h"
+#include "inputs.h"
+#include "pieces.h"
+
+namespace {
+
+void addParse(Cases& cases, const char* input, const char* name, const std::string& text,
+              const std::string& wanted, const std::string& floor = Cases::kFloor) {
+  cases.add(
+      std::string("BM_SipHeader_Parse/") + input, text.size(), wanted,
+      [name, text](auto& sink) {
+        const SipHeader header(name, sipString(text));
+        touchPieces(sink, header);
+      },
+      floor);
+}
+
+}  // namespace
+
+void addHeaderCases(Cases& cases) {
+  using namespace inputs;
+  const std::string value = R"("Bob" <sip:bob@host.test;transport=tcp>)";
+  const std::string params =
+      R"(+g.3gpp.smsip||+sip.instance|"<urn:gsma:imei:12345678-901234-5>"|q|0.7|expires|60|)";
+  const std::string d = "0|Contact|" + value + "|" + params;
+  addParse(cases, "d", "Contact", std::string(kD), d, "BM_Floor_Parse/d");
+  cases.add(
+      "BM_SipHeader_ParseAndAddress/dd", kD.size(),
+      d + R"(0|"Bob"|sip|bob|host.test|0|transport|tcp|)",
+      [](auto& sink) {
+        const SipHeader header("Contact", sipString(kD));
+        touchPieces(sink, header);
+        const SipAddress address(header.getValue());
+        touchPieces(sink, address);
+      },
+      "BM_Floor_Parse/d");
+  cases.add(
+      "BM_SipHeader_Edit/gd", kD.size(),
+      "0|Contact|" + value + "|ob|1|" + params + "Contact: " + value +
+          R"(;ob=1;+g.3gpp.smsip;+sip.instance="<urn:gsma:imei:12345678-901234-5>";q=0.7)"
+          ";expires=60|",
+      [](auto& sink) {
+        SipHeader header("Contact", sipString(kD));
+        header.setParameter("ob", "1");
+        touchPieces(sink, header);
+        touch(sink, header.toString());
+      },
+      "BM_Floor_Edit/gd");
+  addParse(cases, "h", "Route", route(), "0|Route|" + route() + "|", "BM_Floor_Parse/h");
+  addParse(cases, "via", "Via", std::string(kVia),
+           "0|Via|SIP/2.0/UDP pcscf1.visited.test:5060|rport||branch|z9hG4bK-524287-1---a1b2c|");
+  addParse(cases, "from", "From", std::string(kFrom),
+           R"(0|From|"Bob" <sip:bob@biloxi.example.test>|tag|a6c85cf|)");
+  addParse(cases, "challenge", "WWW-Authenticate", std::string(kChallenge),
+           R"(0|WWW-Authenticate|Digest|opaque|"5ccc069c403eb1e95"|qop|"auth,auth-int")"
+           R"(|algorithm|AKAv1-MD5|nonce|"YOALVVfRfaxv8FRc9+m36McAsaebairakrlSEIbWIPY=")"
+           R"(|realm|"ims.example.test"|)");
+}
