@@ -4,7 +4,8 @@
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
-scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h clang-tidy shellcheck
+scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h \
+  benchmark/benchmark.h clang-tidy shellcheck
 set -x
 scripts/format.sh --dry-run -Werror
 git ls-files -z --cached --others --exclude-standard dev .ci/run '*.sh' | xargs -0 shellcheck
@@ -12,4 +13,8 @@ cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
 git ls-files -z --cached --others --exclude-standard 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' |
   xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev --quiet --warnings-as-errors='*' \
+    2> >(grep -v 'warnings generated' >&2)
+cmake --preset release >/dev/null
+git ls-files -z --cached --others --exclude-standard 'bench/*.cpp' |
+  xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/release --quiet --warnings-as-errors='*' \
     2> >(grep -v 'warnings generated' >&2)
