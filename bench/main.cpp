@@ -19,10 +19,18 @@ int main(int argc, char** argv) {
   if (growth) {
     addGrowthCases(cases);
   } else {
+    addStringCases(cases);
+    addMatchCases(cases);
     addAddressCases(cases);
+    addTelCases(cases);
     addHeaderCases(cases);
+    addBodyCases(cases);
+    addUtilsCases(cases);
+    addCommonCases(cases);
   }
-  cases.check();
+  if (!cases.check()) {
+    return 1;
+  }
   const char* const kOnce = "--once=";
   if (argc == 3 && std::strncmp(argv[1], kOnce, std::strlen(kOnce)) == 0) {
     const char* const name = argv[1] + std::strlen(kOnce);

@@ -1,6 +1,8 @@
 // wySipHeaderBench.cpp - header fields: reading, changing, writing, and those of a whole message.
 #include "wySipHeader.h"
 
+#include <vector>
+
 #include "harness.h"
 #include "inputs.h"
 #include "pieces.h"
@@ -16,6 +18,37 @@ void addParse(Cases& cases, const char* input, const char* name, const std::stri
         touchPieces(sink, header);
       },
       floor);
+}
+
+struct Field {
+  std::string_view name;
+  std::string_view value;
+};
+
+// Returns the header fields of a message's head.
+std::vector<Field> fieldsOf(std::string_view head) {
+  std::vector<Field> fields;
+  for (std::size_t line = head.find('\n') + 1; head[line] != '\r';
+       line = head.find('\n', line) + 1) {
+    const std::size_t colon = head.find(": ", line);
+    const std::size_t end = head.find('\r', line);
+    fields.push_back({head.substr(line, colon - line), head.substr(colon + 2, end - colon - 2)});
+  }
+  return fields;
+}
+
+void addMessage(Cases& cases) {
+  using namespace inputs;
+  cases.add("BM_SipHeader_ParseMessage/invite", kInvite.size() + kSdp.size(), "#65 1221 0",
+            [fields = fieldsOf(kInvite), body = std::string(kSdp)](auto& sink) {
+              for (const Field& field : fields) {
+                const SipHeader header(sipString(field.name), sipString(field.value));
+                touchPieces(sink, header);
+              }
+              SipMultipartMessageBody part;
+              part.SetMessageBody(bytesOf(body), static_cast<unsigned int>(body.size()));
+              sink.text(reinterpret_cast<char*>(part.body), part.bodyLength);
+            });
 }
 
 }  // namespace
@@ -58,4 +91,5 @@ void addHeaderCases(Cases& cases) {
            R"(0|WWW-Authenticate|Digest|opaque|"5ccc069c403eb1e95"|qop|"auth,auth-int")"
            R"(|algorithm|AKAv1-MD5|nonce|"YOALVVfRfaxv8FRc9+m36McAsaebairakrlSEIbWIPY=")"
            R"(|realm|"ims.example.test"|)");
+  addMessage(cases);
 }

@@ -1,0 +1,117 @@
+// wySipMatchBench.cpp - every matcher on a run of about 1 KiB, or on the longest text it covers.
+#include "wySipMatch.h"
+
+#include <memory>
+
+#include "harness.h"
+#include "wySipHeaderMatch.h"
+#include "wyTelAddressMatch.h"
+
+namespace {
+
+constexpr std::size_t kRun = 1024;
+
+// Returns a text of whole pieces, about kRun long.
+std::string run(std::string_view piece) {
+  std::string text;
+  while (text.size() + piece.size() <= kRun) {
+    text += piece;
+  }
+  return text;
+}
+
+// A matcher is made anew for each match.
+template <typename Matcher, typename... Arguments>
+void add(Cases& cases, const char* name, const std::string& text, Arguments... arguments) {
+  cases.add(std::string("BM_Match_") + name + '/' + std::to_string(text.size()), text.size(),
+            std::to_string(text.size()) + '|',
+            [stream = std::make_shared<SipStrStream>(sipString(text)), arguments...](auto& sink) {
+              Matcher matcher(arguments...);
+              sink.number(matcher.match(*stream, 0));
+            });
+}
+
+void addRuns(Cases& cases) {
+  add<SipMatchToken>(cases, "Token", run("token-_.!%*+`'~09"));
+  add<SipMatchDigit>(cases, "Digit", run("0123456789"));
+  add<SipMatchHexDigit>(cases, "HexDigit", run("0123456789abcdefABCDEF"));
+  add<SipMatchAlpha>(cases, "Alpha", run("alphabetALPHABET"));
+  add<SipMatchUric>(cases, "Uric", run("a/b;c?d:e@f&g=h+%20"));
+  add<SipMatchOtherParam>(cases, "OtherParam", run("a[b]/c:d&%20"));
+  add<SipMatchILabel>(cases, "ILabel", run("label-09a"));
+  add<SipAddressMatchSchemeTrailing>(cases, "SchemeTrailing", run("scheme+-.09"));
+  add<SipAddressMatchUser>(cases, "User", run("alice;x=%41,/?"));
+  add<SipAddressMatchPassword>(cases, "Password", run("secret=%41,&"));
+  add<SipAddressMatchParamChar>(cases, "ParamChar", run("a[b]/c:d&%20"));
+  add<SipAddressMatchHNameValue>(cases, "HNameValue", run("name[%20]/?:"));
+  add<TelAddressMatchPhoneDigit>(cases, "PhoneDigit", run("555-0123.(0)"));
+  add<TelAddressMatchPhoneDigitHex>(cases, "PhoneDigitHex", run("*31#0170-AB"));
+  add<TelAddressMatchParamName>(cases, "ParamName", run("name-09"));
+}
+
+void addRules(Cases& cases) {
+  add<SipMatchLWS>(cases, "LWS", run(" ") + "\r\n" + run("\t"));
+  add<SipMatchLWSChar>(cases, "LWSChar", run(" ") + ';', ';');
+  add<SipMatchQuotedString>(cases, "QuotedString", '"' + run("quoted \\\" text") + '"');
+  add<SipMatchQuotedString>(cases, "QuotedStringUtf8", '"' + run("\xC3\xA9\xE2\x82\xAC") + '"');
+  add<SipMatchSpecificString>(cases, "SpecificString", run("literal"), sipString(run("literal")));
+  add<SipMatchUTF8NonASCII>(cases, "UTF8NonASCII", "\xE2\x82\xAC");
+  add<SipMatchHostname>(cases, "Hostname", run("label.") + "test");
+  add<SipMatchIIPV4DecOctet>(cases, "DecOctet", "255");
+  add<SipMatchIIPV4Address>(cases, "IPv4Address", "192.168.100.200");
+  add<SipMatchIIPV6H16>(cases, "H16", "abcd");
+  add<SipMatchIIPV6Address>(cases, "IPv6Address", "2001:db8:1:2:3:4:192.0.2.100");
+  add<SipMatchHost>(cases, "Host", "[2001:db8:1:2:3:4:5:abcd]");
+  add<SipMatchHost>(cases, "Host", run("label.") + "test");
+  add<SipAddressMatchScheme>(cases, "Scheme", run("scheme+-.09"));
+  add<SipAddressMatchUserInfo>(cases, "UserInfo", run("user") + ':' + run("password"));
+  add<SipAddressMatchDisplayName>(cases, "DisplayName", run("word ") + "end");
+  add<SipAddressMatchHeaders>(cases, "Headers", '?' + run("name=value&") + "a=b");
+}
+
+void addValues(Cases& cases) {
+  add<SipHeaderMatchValue>(cases, "HeaderValue", run("word, ") + "end",
+                           WY_SIP_HEADER_TYPE_NON_AUTH);
+  add<SipHeaderMatchValue>(cases, "HeaderScheme", "Digest", WY_SIP_HEADER_TYPE_AUTH);
+  add<SipNonAuthHeaderMatchValue>(cases, "NonAuthValue", run("<sip:a@b.test>, ") + "end");
+  add<SipHeaderMatchIHeaderChars>(cases, "HeaderChars", run("<sip:a@b.test>,"));
+  add<SipHeaderMatchAbsoluteURI>(cases, "AbsoluteURI", "urn:" + run("service:icsi"));
+  add<TelAddressMatchGlobalPhoneNumber>(cases, "GlobalPhoneNumber", '+' + run("555-0123."));
+  add<TelAddressMatchLocalPhoneNumber>(cases, "LocalPhoneNumber", run("*31#0170-AB"));
+  add<TelAddressMatchPhoneNumber>(cases, "PhoneNumber", '+' + run("555-0123."),
+                                  WY_SIP_TELURI_TYPE_GLOBAL);
+  add<TelAddressMatchContext>(cases, "Context", run("label.") + "test");
+}
+
+using Predicate = int (*)(int);
+
+unsigned int membersOf(Predicate predicate) {
+  unsigned int count = 0;
+  for (int c = 0; c < 256; ++c) {
+    count += static_cast<unsigned int>(predicate(c));
+  }
+  return count;
+}
+
+void addPredicates(Cases& cases) {
+  const auto each = [&cases](const char* name, Predicate predicate, unsigned int members) {
+    cases.add(std::string("BM_Match_") + name + "/256", 256, std::to_string(members) + '|',
+              [predicate](auto& sink) { sink.number(membersOf(predicate)); });
+  };
+  each("WySipIsDigit", WySipIsDigit, 10);
+  each("WySipIsHexDigit", WySipIsHexDigit, 22);
+  each("WySipIsAlpha", WySipIsAlpha, 52);
+  each("WySipIsAlnum", WySipIsAlnum, 62);
+  each("WySipIsUnreserved", WySipIsUnreserved, 71);
+  each("WySipIsToken", WySipIsToken, 72);
+  each("WyTelIsVisualSeparator", WyTelIsVisualSeparator, 4);
+}
+
+}  // namespace
+
+void addMatchCases(Cases& cases) {
+  addRuns(cases);
+  addRules(cases);
+  addValues(cases);
+  addPredicates(cases);
+}

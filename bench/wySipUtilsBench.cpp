@@ -1,0 +1,132 @@
+// wySipUtilsBench.cpp - questions to plain text, and gzip of messages.
+#include "wySipUtils.h"
+
+#include "harness.h"
+#include "imsdpl.h"
+#include "inputs.h"
+#include "pieces.h"
+
+namespace {
+
+// A SIP message of some length, as long as asked for and as compressible as they are.
+std::string message(std::size_t length) {
+  std::string text;
+  for (unsigned int i = 1; text.size() < length; ++i) {
+    text.append(inputs::kInvite).append(inputs::kSdp);
+    text += "a=candidate:" + std::to_string(i * 2654435761U) + "\r\n";
+  }
+  return text.substr(0, length);
+}
+
+std::string compressed(std::string text) {
+  unsigned char* output = nullptr;
+  const unsigned int length =
+      compMessageWithDeflate(text.data(), &output, static_cast<unsigned int>(text.size()));
+  std::string result(output, output + length);
+  __free(output);
+  return result;
+}
+
+// Hands over an object of the memory log and deletes it.
+template <typename Sink, typename Object>
+void take(Sink& sink, Object* object) {
+  touchPieces(sink, *object);
+  pzmemlog_remove(2, object);
+  delete object;
+}
+
+void addGzip(Cases& cases, const std::string& size, const std::string& text) {
+  const std::string zipped = compressed(text);
+  cases.add("BM_Gzip_Compress/" + size, text.size(), Record::tallyOf(1, zipped.size(), 0),
+            [text](auto& sink) {
+              unsigned char* output = nullptr;
+              const unsigned int length = compMessageWithDeflate(
+                  const_cast<char*>(text.data()), &output, static_cast<unsigned int>(text.size()));
+              sink.text(reinterpret_cast<char*>(output), length);
+              __free(output);
+            });
+  cases.add("BM_Gzip_Expand/" + size, text.size(), text + '|', [zipped](auto& sink) {
+    unsigned char* output = nullptr;
+    const unsigned int length =
+        DeCompressGzipData(bytesOf(zipped), static_cast<unsigned short>(zipped.size()), &output);
+    sink.text(reinterpret_cast<char*>(output), length);
+    __free(output);
+  });
+}
+
+void addVia(Cases& cases) {
+  using inputs::kVia;
+  cases.add("BM_Utils_ParseViaHeaderToAdress/via", kVia.size(), "0||sip||pcscf1.visited.test|5060|",
+            [](auto& sink) { take(sink, ParseViaHeaderToAdress(kVia.data())); });
+  cases.add("BM_Utils_ParseViaHeaderToHeader/via", kVia.size(),
+            "0|Via|sip:pcscf1.visited.test:5060|rport||branch|z9hG4bK-524287-1---a1b2c|",
+            [](auto& sink) { take(sink, ParseViaHeaderToHeader(kVia.data())); });
+}
+
+void addUris(Cases& cases) {
+  const auto compare = [&cases](const char* input, const std::string& remote,
+                                const std::string& local) {
+    cases.add(std::string("BM_Utils_CompareSIPURI/") + input, remote.size() + local.size(), "1|",
+              [remote, local](auto& sink) {
+                sink.number(static_cast<unsigned>(CompareSIPURI(remote.c_str(), local.c_str())));
+              });
+  };
+  compare("names", "sip:alice@example.test:5060;transport=tcp", "<sip:alice@example.test:5060;lr>");
+  compare("ipv6", "sip:alice@[2001:db8::17]:5060", "sip:alice@[2001:db8:0:0:0:0:0:17]:5060");
+  const auto hostType = [&cases](const std::string& host, const char* wanted) {
+    cases.add("BM_Utils_GetHostType/" + host, host.size(), wanted, [host](auto& sink) {
+      sink.number(static_cast<unsigned>(GetHostType(host.c_str())));
+    });
+  };
+  hostType("192.0.2.10", "1|");
+  hostType("[2001:db8::17]", "2|");
+  hostType("ims.example.test", "0|");
+}
+
+void addValues(Cases& cases) {
+  cases.add("BM_Utils_ValidateAndGetMaxQValue/8", 24, "5|", [](auto& sink) {
+    const char* values[] = {"0.1", "0.2", "0.3", "0.7", "0.5", "1.0", "0.6", "0.4"};
+    sink.number(ValidateAndGetMaxQValue(const_cast<char**>(values), 8));
+  });
+  cases.add("BM_Utils_CheckIfHeaderValuePresent/8", 56, "1|", [](auto& sink) {
+    const char* values[] = {"option1", "option2", "option3", "option4", "option5",
+                            "option6", "option7", "OPTION8", nullptr};
+    sink.number(static_cast<unsigned>(wySipCheckIfHeaderValuePresent(
+        const_cast<char**>(values), const_cast<char*>("option8"), 1)));
+  });
+  cases.add("BM_Utils_wyAtoi32/10", 10, "4294967295|",
+            [](auto& sink) { sink.number(wyAtoi32("4294967295")); });
+}
+
+// Both change their text: a copy is made each time.
+void addCuts(Cases& cases) {
+  std::string list;
+  for (int i = 0; i < 64; ++i) {
+    list += "value-of-element";
+    list += i == 63 ? "" : ", ";
+  }
+  cases.add("BM_Utils_NSIP_strtok/64", list.size(), "#64 1024 0", [list](auto& sink) {
+    std::string text = list;
+    char* rest = text.data();
+    for (char* at = rest; NSIP_strtok(at, ", ", &rest) != nullptr; at = rest) {
+      touch(sink, std::string_view(at));
+    }
+    touch(sink, std::string_view(rest));
+  });
+  const std::string blank = std::string(32, ' ') + "value" + std::string(32, ' ');
+  cases.add("BM_Utils_RemoveSpaces/69", blank.size(), "value|", [blank](auto& sink) {
+    std::string text = blank;
+    touch(sink, std::string_view(RemoveSpaces(text.data())));
+  });
+}
+
+}  // namespace
+
+void addUtilsCases(Cases& cases) {
+  addVia(cases);
+  addUris(cases);
+  addValues(cases);
+  addCuts(cases);
+  addGzip(cases, "1KB", message(1024));
+  addGzip(cases, "16KB", message(16384));
+}
