@@ -32,7 +32,10 @@ endif()
 # runtime is found in the program only, so nothing can be said about undefined symbols.
 add_library(siputility_library_flags INTERFACE)
 target_link_libraries(siputility_library_flags INTERFACE siputility_build_flags)
-target_compile_options(siputility_library_flags INTERFACE -fno-exceptions)
+# Inside a library its own functions are called, and inlined, without asking the dynamic linker.
+target_compile_options(siputility_library_flags INTERFACE -fno-exceptions
+                                                          -fno-semantic-interposition)
+target_link_options(siputility_library_flags INTERFACE LINKER:-Bsymbolic-functions)
 if(NOT SIPUTILITY_SANITIZE)
   target_link_options(siputility_library_flags INTERFACE LINKER:--no-undefined)
 elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")

@@ -1,8 +1,7 @@
 // messageCompressionTest.cpp - gzip data made and read, against zlib's own writer and reader.
 #include <zlib.h>
 
-#include <algorithm>
-#include <memory>
+#include <vector>
 
 #include "imsdpl.h"
 #include "libraryTest.h"
@@ -70,10 +69,11 @@ std::string compressed(std::string text) {
 }
 
 std::string expanded(std::string_view data) {
-  const auto input = std::make_unique<unsigned char[]>(data.size());  // exactly as long, not null
-  std::copy(data.begin(), data.end(), input.get());
+  unsigned char nothing = 0;
+  std::vector<unsigned char> input(data.begin(), data.end());  // exactly as long
   return resultOf([&](unsigned char** output) {
-    return DeCompressGzipData(input.get(), static_cast<unsigned short>(data.size()), output);
+    return DeCompressGzipData(input.empty() ? &nothing : input.data(),
+                              static_cast<unsigned short>(input.size()), output);
   });
 }
 

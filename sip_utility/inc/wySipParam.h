@@ -56,6 +56,8 @@ class SIPUTILITY_EXPORT SipParam {
   void setNext(SipParam* next);
 
  private:
+  friend struct SipParamAccess;
+
   SipParam* next_;
   SipParam** prevLink_;
   SipString name_;

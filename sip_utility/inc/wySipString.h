@@ -108,6 +108,8 @@ class SIPUTILITY_EXPORT SipString {
  private:
   friend struct SipStringAccess;
 
+  SIPUTILITY_HIDDEN void replace(const char* text, unsigned int length);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES assign(const char* text, unsigned int length);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES appendGrowing(const char* text, unsigned int length,
                                                        unsigned int newLength);
   SIPUTILITY_HIDDEN int lengthDifference(unsigned int otherLength) const;

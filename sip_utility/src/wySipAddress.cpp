@@ -1,6 +1,8 @@
 // wySipAddress.cpp - one SIP address: a wildcard, an addr-spec or a name-addr.
 #include "wySipAddress.h"
 
+#include <string_view>
+
 #include "internal/borrowed.h"
 #include "internal/checkedMath.h"
 #include "internal/equality.h"
@@ -67,14 +69,23 @@ struct Pieces {
   SipAddrParamList* params;
 };
 
-VARN_EXCEPTION_CODES take(SipStrStream& stream, unsigned int length, SipString* piece) {
-  return piece == nullptr ? stream.discard(length) : stream.get(length, *piece);
+// Takes the next bytes, which are there, and moves behind them.
+inline VARN_EXCEPTION_CODES take(SipStrStream& stream, unsigned int length, SipString* piece) {
+  const std::string_view bytes = {SipStringAccess::rest(stream).data(), length};
+  if (piece != nullptr && SipStringAccess::assign(*piece, bytes) != VARN_OK) {
+    return VARN_RESOURCE_FAILURE;
+  }
+  SipStringAccess::advance(stream, piece != nullptr ? piece->length() : length);
+  return VARN_OK;
 }
 
 // Takes a piece and passes the delimiter behind it.
 VARN_EXCEPTION_CODES takeDelimited(SipStrStream& stream, unsigned int length, SipString* piece) {
   const VARN_EXCEPTION_CODES code = take(stream, length, piece);
-  return code == VARN_OK ? stream.discard(1) : code;
+  if (code == VARN_OK) {
+    SipStringAccess::advance(stream, 1);
+  }
+  return code;
 }
 
 // scheme ":"
@@ -114,9 +125,9 @@ VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort* port) {
   if (!unread(stream).has(0, ':')) {
     return VARN_OK;
   }
-  const VARN_EXCEPTION_CODES code = stream.discard(1);
+  SipStringAccess::advance(stream, 1);
   SipPort passed;
-  return code == VARN_OK ? (port == nullptr ? passed : *port).set(stream) : code;
+  return (port == nullptr ? passed : *port).set(stream);
 }
 
 VARN_EXCEPTION_CODES takeParams(SipStrStream& stream, SipAddrParamList* params) {
@@ -140,7 +151,7 @@ VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, const Pieces& pieces) {
     code = takeParams(stream, pieces.params);
   }
   if (code == VARN_OK) {
-    stream.discard(matchOf<grammar::uriHeaders>(stream));
+    SipStringAccess::advance(stream, matchOf<grammar::uriHeaders>(stream));
   }
   return code;
 }
@@ -164,8 +175,8 @@ VARN_EXCEPTION_CODES takeDisplayName(SipStrStream& stream, SipString& displayNam
     logFailure(kSourceFile, "SipAddress::parseNameAddr | invalid display name");
     return VARN_INVALID_INPUT;
   }
-  const VARN_EXCEPTION_CODES code = stream.get(length, displayName);
-  stream.discard(matchOf<grammar::lws>(stream));
+  const VARN_EXCEPTION_CODES code = take(stream, length, &displayName);
+  SipStringAccess::advance(stream, matchOf<grammar::lws>(stream));
   return code;
 }
 

@@ -119,11 +119,8 @@ bool octetOfThree(int first, int second, int third) {
 
 // A run of label characters that begins or ends with "-" is none.
 unsigned int labelLength(Unread text, unsigned int offset, unsigned int run) {
-  if (run == 0 || text.has(offset, '-') ||
-      text.has(checkedSum(offset, checkedDifference(run, 1)), '-')) {
-    return 0;
-  }
-  return run;
+  const std::string_view label = text.from(offset).substr(0, run);
+  return label.empty() || label.front() == '-' || label.back() == '-' ? 0 : run;
 }
 
 // One header of a URI behind its "?" or "&": 1*hnv-char "=" *hnv-char
@@ -281,7 +278,7 @@ bool SipMatchUric::matchChar(char byte) { return isIn(kUric, byte); }
 
 bool SipMatchOtherParam::matchChar(char byte) { return isIn(kParamChar, byte); }
 
-unsigned int grammar::lws(Unread text, unsigned int offset) {
+unsigned int grammar::lwsFrom(Unread text, unsigned int offset) {
   const unsigned int leading = text.run(offset, kWhiteSpace);
   const unsigned int fold = checkedSum(offset, leading);
   if (!text.has(fold, '\r')) {
@@ -363,22 +360,21 @@ unsigned int SipMatchILabel::doMatch(const SipStrStream& stream, unsigned int of
 bool SipMatchILabel::matchChar(char byte) { return isIn(kLabel, byte); }
 
 unsigned int grammar::hostname(Unread text, unsigned int offset) {
-  unsigned int count = 0;
+  unsigned int end = offset;
   bool lastBeginsWithLetter = false;
   for (;;) {
-    const unsigned int start = checkedSum(offset, count);
-    const unsigned int labelCount = matchOf<label>(text, start);
-    if (labelCount == 0) {
+    const unsigned int count = matchOf<label>(text, end);
+    if (count == 0) {
       break;
     }
-    lastBeginsWithLetter = text.has(start, kAlpha);
-    count = checkedSum(count, labelCount);
-    if (!text.has(checkedSum(offset, count), '.')) {
+    lastBeginsWithLetter = isIn(kAlpha, text.bytes[end]);
+    end = checkedSum(end, count);
+    if (!text.has(end, '.')) {
       break;
     }
-    count = checkedSum(count, 1);
+    ++end;
   }
-  return lastBeginsWithLetter ? count : 0;
+  return lastBeginsWithLetter ? end - offset : 0;
 }
 
 unsigned int SipMatchHostname::doMatch(const SipStrStream& stream, unsigned int offset) {

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 #include <string_view>
+#include <typeinfo>
 
 #include "internal/borrowed.h"
 #include "internal/checkedMath.h"
@@ -23,24 +24,68 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 
+// The rules of a list, whatever its class.
+struct AnyGrammar {
+  const SipParamList& list;
+
+  unsigned int sep(const SipStrStream& s, int first) const { return list.matchSep(s, 0, first); }
+  unsigned int name(const SipStrStream& s) const { return list.matchName(s, 0); }
+  unsigned int equal(const SipStrStream& s) const { return list.matchEqual(s, 0); }
+  unsigned int value(const SipStrStream& s) const { return list.matchValue(s, 0); }
+  unsigned int tagValue(const SipStrStream& s) const { return list.matchTagParamValue(s, 0); }
+  unsigned int quotedTag(const SipStrStream& s) const { return list.MatchQuotedTagValue(s, 0); }
+};
+
+// The rules of a list of just this class, without virtual calls.
+template <typename List>
+struct GrammarOf {
+  const List& list;
+
+  unsigned int sep(const SipStrStream& s, int first) const {
+    return list.List::matchSep(s, 0, first);
+  }
+  unsigned int name(const SipStrStream& s) const { return list.List::matchName(s, 0); }
+  unsigned int equal(const SipStrStream& s) const { return list.List::matchEqual(s, 0); }
+  unsigned int value(const SipStrStream& s) const { return list.List::matchValue(s, 0); }
+  unsigned int tagValue(const SipStrStream& s) const { return list.List::matchTagParamValue(s, 0); }
+  unsigned int quotedTag(const SipStrStream& s) const {
+    return list.List::MatchQuotedTagValue(s, 0);
+  }
+};
+
+// Has the work done by the grammar of a list, without virtual calls where it is of a class of
+// ours and not of a caller's.
+template <typename Work>
+VARN_EXCEPTION_CODES byGrammar(const SipParamList& list, Work work) {
+  if (&typeid(list) == &typeid(SipAddrParamList)) {
+    return work(GrammarOf<SipAddrParamList>{static_cast<const SipAddrParamList&>(list)});
+  }
+  if (&typeid(list) == &typeid(SipHdrParamList)) {
+    return work(GrammarOf<SipHdrParamList>{static_cast<const SipHdrParamList&>(list)});
+  }
+  return work(AnyGrammar{list});
+}
+
 // The value behind an "=", by the rule that the name chooses.
-unsigned int valueLength(const SipParamList& grammar, std::string_view name,
+template <typename Grammar>
+unsigned int valueLength(const Grammar& grammar, std::string_view name,
                          const SipStrStream& stream) {
   if (name == "tag" || name == "branch") {
-    return grammar.matchTagParamValue(stream, 0);
+    return grammar.tagValue(stream);
   }
-  const unsigned int length = grammar.matchValue(stream, 0);
+  const unsigned int length = grammar.value(stream);
   if (length != 0 || !unread(stream).has(0, '"')) {
     return length;
   }
   logTrace(kSourceFile, "SipParamList::parseParamList - Quoted Feature tag");
-  return grammar.MatchQuotedTagValue(stream, 0);
+  return grammar.quotedTag(stream);
 }
 
 // Reads `[=value]` behind a name into a node; without one only the text is looked at.
-VARN_EXCEPTION_CODES takeValue(const SipParamList& grammar, std::string_view name, SipParam* param,
+template <typename Grammar>
+VARN_EXCEPTION_CODES takeValue(const Grammar& grammar, std::string_view name, SipParam* param,
                                SipStrStream& stream) {
-  const unsigned int equalLength = grammar.matchEqual(stream, 0);
+  const unsigned int equalLength = grammar.equal(stream);
   if (equalLength == 0) {
     return VARN_OK;
   }
@@ -68,17 +113,6 @@ VARN_EXCEPTION_CODES takeWhole(const SipParamList& grammar, const SipString& tex
   return VARN_OK;
 }
 
-// Names and fills a new node.
-VARN_EXCEPTION_CODES fill(SipParam& param, const SipString& name, const SipString& value) {
-  const VARN_EXCEPTION_CODES code = param.setName(name);
-  if (code != VARN_OK || value.length() == 0) {
-    return code;
-  }
-  // The node reports on its name alone; whether the value arrived shows in its length.
-  param.setValue(value);
-  return param.getValue().length() == value.length() ? VARN_OK : VARN_RESOURCE_FAILURE;
-}
-
 // Without memory for the index the list itself is asked, only more slowly.
 bool isOnList(const SipParamList& list, std::string_view name, const ParamNameIndex& names) {
   return names.contains(name) || (!names.complete() && list.find(*BorrowedString(name)) != nullptr);
@@ -92,7 +126,7 @@ VARN_EXCEPTION_CODES keepName(const SipParamList& list, std::string_view name, S
     return names.complete() ? VARN_OK : VARN_RESOURCE_FAILURE;
   }
   const ParamListChange change(&list);
-  const VARN_EXCEPTION_CODES code = param->setName(*BorrowedString(name));
+  const VARN_EXCEPTION_CODES code = SipParamAccess::setName(*param, name);
   if (code == VARN_OK) {
     names.add(name);
   }
@@ -100,9 +134,59 @@ VARN_EXCEPTION_CODES keepName(const SipParamList& list, std::string_view name, S
 }
 
 // Moves behind a separator.
-VARN_EXCEPTION_CODES passSeparator(const SipParamList& grammar, SipStrStream& stream, int first) {
-  const unsigned int length = grammar.matchSep(stream, 0, first);
+template <typename Grammar>
+VARN_EXCEPTION_CODES passSeparator(const Grammar& grammar, SipStrStream& stream, int first) {
+  const unsigned int length = grammar.sep(stream, first);
   return length == 0 ? VARN_INVALID_INPUT : stream.discard(length);
+}
+
+// As readParam(), by the grammar of the list.
+template <typename Grammar>
+VARN_EXCEPTION_CODES readBy(const Grammar& grammar, SipParam* param, SipStrStream& stream,
+                            ParamNameIndex& names) {
+  const unsigned int nameLength = grammar.name(stream);
+  if (nameLength == 0) {
+    logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter name");
+    return VARN_INVALID_INPUT;
+  }
+  const std::string_view name = SipStringAccess::rest(stream).substr(0, nameLength);
+  SipStringAccess::advance(stream, static_cast<unsigned int>(name.size()));
+  if (isOnList(grammar.list, name, names)) {
+    logFailure(kSourceFile, "SipParamList::parseParamList - duplicate parameter name");
+    return VARN_INVALID_INPUT;
+  }
+  const VARN_EXCEPTION_CODES code = keepName(grammar.list, name, param, names);
+  return code == VARN_OK ? takeValue(grammar, name, param, stream) : code;
+}
+
+// Reads parameters until no separator follows, each into a node on the chain.
+template <typename Grammar>
+VARN_EXCEPTION_CODES readAll(const Grammar& grammar, SipParam** head, SipStrStream& stream) {
+  ParamNameIndex names(*head);
+  for (int first = 1; passSeparator(grammar, stream, first) == VARN_OK; first = 0) {
+    SipParam* param = newParam(head, kSourceFile);
+    if (param == nullptr) {
+      return VARN_RESOURCE_FAILURE;
+    }
+    const VARN_EXCEPTION_CODES code = readBy(grammar, param, stream, names);
+    if (code != VARN_OK) {
+      deleteParam(param, &grammar.list);
+      return code;
+    }
+  }
+  return VARN_OK;
+}
+
+// Moves behind what readAll() would read.
+template <typename Grammar>
+VARN_EXCEPTION_CODES passAll(const Grammar& grammar, SipStrStream& stream) {
+  ParamNameIndex names(nullptr);
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  for (int first = 1; code == VARN_OK && passSeparator(grammar, stream, first) == VARN_OK;
+       first = 0) {
+    code = readBy(grammar, nullptr, stream, names);
+  }
+  return code;
 }
 
 unsigned int separated(char separator, const SipStrStream& stream, unsigned int offset) {
@@ -179,19 +263,7 @@ SipParamList::~SipParamList() {
 }
 
 VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
-  ParamNameIndex names(head_);
-  for (int first = 1; parseSep(stream, first) == VARN_OK; first = 0) {
-    SipParam* param = newParam(&head_, kSourceFile);
-    if (param == nullptr) {
-      return VARN_RESOURCE_FAILURE;
-    }
-    const VARN_EXCEPTION_CODES code = readParam(*this, param, stream, names);
-    if (code != VARN_OK) {
-      deleteParam(param, this);
-      return code;
-    }
-  }
-  return VARN_OK;
+  return byGrammar(*this, [&](const auto& grammar) { return readAll(grammar, &head_, stream); });
 }
 
 const SipParam* SipParamList::firstParam() const { return head_; }
@@ -276,7 +348,10 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
     return VARN_RESOURCE_FAILURE;
   }
   const ParamListChange change(this);
-  code = fill(*param, *BorrowedString(newName), *BorrowedString(newValue));
+  code = SipParamAccess::setName(*param, newName);
+  if (code == VARN_OK && !newValue.empty()) {
+    code = SipParamAccess::setValue(*param, newValue);
+  }
   if (code != VARN_OK) {
     deleteParam(param, this);
     return code;
@@ -340,7 +415,7 @@ SipParam* SipParamList::chain() const { return head_; }
 SipParam** SipParamList::head() { return &head_; }
 
 VARN_EXCEPTION_CODES SipParamList::parseSep(SipStrStream& stream, int first) const {
-  return passSeparator(*this, stream, first);
+  return passSeparator(AnyGrammar{*this}, stream, first);
 }
 
 VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& stream) const {
@@ -351,29 +426,11 @@ VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& str
 
 VARN_EXCEPTION_CODES readParam(const SipParamList& list, SipParam* param, SipStrStream& stream,
                                ParamNameIndex& names) {
-  const unsigned int nameLength = list.matchName(stream, 0);
-  if (nameLength == 0) {
-    logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter name");
-    return VARN_INVALID_INPUT;
-  }
-  const std::string_view name = SipStringAccess::rest(stream).substr(0, nameLength);
-  stream.discard(static_cast<unsigned int>(name.size()));
-  if (isOnList(list, name, names)) {
-    logFailure(kSourceFile, "SipParamList::parseParamList - duplicate parameter name");
-    return VARN_INVALID_INPUT;
-  }
-  const VARN_EXCEPTION_CODES code = keepName(list, name, param, names);
-  return code == VARN_OK ? takeValue(list, name, param, stream) : code;
+  return readBy(AnyGrammar{list}, param, stream, names);
 }
 
 VARN_EXCEPTION_CODES passParams(const SipParamList& grammar, SipStrStream& stream) {
-  ParamNameIndex names(nullptr);
-  VARN_EXCEPTION_CODES code = VARN_OK;
-  for (int first = 1; code == VARN_OK && passSeparator(grammar, stream, first) == VARN_OK;
-       first = 0) {
-    code = readParam(grammar, nullptr, stream, names);
-  }
-  return code;
+  return byGrammar(grammar, [&](const auto& known) { return passAll(known, stream); });
 }
 
 SipHdrParamList::SipHdrParamList() : headerType_(WY_SIP_HEADER_TYPE_NONE) {}

@@ -1,10 +1,13 @@
 // wySipPort.cpp - the port number of a SIP URI.
 #include "wySipPort.h"
 
+#include <string_view>
+
 #include "imsdpl.h"
 #include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
+#include "internal/stringAccess.h"
 
 namespace {
 
@@ -33,12 +36,11 @@ VARN_EXCEPTION_CODES SipPort::set(SipStrStream& stream) {
     logFailure(kSourceFile, "SipPort::set | too many digits (%lu)", count);
     return VARN_INVALID_INPUT;
   }
-  char digits[kMostDigits + 1] = {};
-  const VARN_EXCEPTION_CODES code = stream.get(digits, count);
-  if (code != VARN_OK) {
-    return code;
+  int value = 0;
+  for (const char digit : SipStringAccess::rest(stream).substr(0, count)) {
+    value = value * kDecimal + (digit - '0');
   }
-  const int value = __atoi(digits);
+  SipStringAccess::advance(stream, count);
   if (value > kMostPort) {
     logFailure(kSourceFile, "SipPort::set | %d is out of range", static_cast<uintptr_t>(value));
     return VARN_INVALID_INPUT;

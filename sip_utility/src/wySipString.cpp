@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <string_view>
 
 #include "internal/allocationWatch.h"
 #include "internal/charClass.h"
@@ -11,6 +12,7 @@
 #include "internal/grammar.h"
 #include "internal/log.h"
 #include "internal/matchOf.h"
+#include "internal/stringAccess.h"
 
 namespace {
 
@@ -62,15 +64,8 @@ SipString::SipString(const SipString& other) : SipString() { append(other); }
 SipString::~SipString() { deleteBuffer(buffer_); }
 
 SipString& SipString::operator=(const SipString& other) {
-  if (this == &other) {
-    return *this;
-  }
-  clear();
-  if (append(other) != VARN_OK) {
-    logFailure(kSourceFile, "SipString::operator= | append failed");
-    deleteBuffer(buffer_);
-    // The capacity stays behind without a buffer: a later append that fits it stores nothing.
-    buffer_ = nullptr;
+  if (this != &other) {
+    replace(other.buffer_, other.length_);
   }
   return *this;
 }
@@ -183,6 +178,34 @@ int SipString::caseCompare(const char* text, unsigned int length) const {
 
 int SipString::caseCompare(const char* cstr) const { return caseCompare(cstr, cstrLength(cstr)); }
 
+// Assigns a text that does not lie in this string.
+void SipString::replace(const char* text, unsigned int length) {
+  if (assign(text, length) != VARN_OK) {
+    logFailure(kSourceFile, "SipString::operator= | append failed");
+    deleteBuffer(buffer_);
+    // The capacity stays behind without a buffer: a later append that fits it stores nothing.
+    buffer_ = nullptr;
+  }
+}
+
+// Replaces the content by a text that does not lie in this string.
+VARN_EXCEPTION_CODES SipString::assign(const char* text, unsigned int length) {
+  if (capacity_ != 0 || length == 0) {
+    clear();
+    return append(text, length);
+  }
+  char* buffer = newBuffer(length);
+  if (buffer == nullptr) {
+    return VARN_RESOURCE_FAILURE;
+  }
+  std::memcpy(buffer, text, length);
+  buffer[length] = '\0';
+  buffer_ = buffer;
+  length_ = length;
+  capacity_ = length;
+  return VARN_OK;
+}
+
 // Moves the content into a buffer for newLength bytes and appends the text, which may lie in the
 // old buffer: that one goes last.
 VARN_EXCEPTION_CODES SipString::appendGrowing(const char* text, unsigned int length,
@@ -245,7 +268,9 @@ VARN_EXCEPTION_CODES SipStrStream::get(char* text, unsigned int length) {
 }
 
 VARN_EXCEPTION_CODES SipStrStream::get(unsigned int length, SipString& out) {
-  const VARN_EXCEPTION_CODES code = text_.copy(out, length, position_);
+  const unsigned int end = std::min(checkedSum(position_, length), text_.length());
+  const std::string_view piece = {text_.c_str() + position_, checkedDifference(end, position_)};
+  const VARN_EXCEPTION_CODES code = SipStringAccess::assign(out, piece);
   if (code == VARN_OK) {
     position_ = checkedSum(position_, out.length());
   }

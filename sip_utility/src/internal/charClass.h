@@ -29,6 +29,7 @@ enum CharClass : std::uint32_t {
   kLocalDigit = 1U << 17,      // hexadecimal digits, * and #
   kQuotedPlain = 1U << 18,     // visible characters but the double quote and the backslash
   kValuePlain = 1U << 19,      // visible characters but " < > ;
+  kLwsStart = 1U << 20,        // space, horizontal tab, CR
 };
 
 namespace charClassTable {
@@ -62,7 +63,8 @@ constexpr std::uint32_t classesOf(int c) {
          bitIf(hexDigit || separator || oneOf("*#"), kPhoneDigitHex) |
          bitIf(hexDigit || oneOf("*#"), kLocalDigit) |
          bitIf(within(c, '!', '~') && !oneOf("\"\\"), kQuotedPlain) |
-         bitIf(within(c, '!', '~') && !oneOf("\"<>;"), kValuePlain);
+         bitIf(within(c, '!', '~') && !oneOf("\"<>;"), kValuePlain) |
+         bitIf(oneOf(" \t\r"), kLwsStart);
 }
 
 constexpr std::array<std::uint32_t, 256> make() {

@@ -27,12 +27,14 @@ inline bool escapeAt(Unread text, unsigned int offset) {
 template <CharClass charClass>
 unsigned int escapedCharSet(Unread text, unsigned int offset) {
   static_assert(!isIn(charClass, '%'), "an escape would be ambiguous");
-  unsigned int count = text.run(offset, charClass);
-  while (escapeAt(text, checkedSum(offset, count))) {
-    count = checkedSum(count, 3);
-    count = checkedSum(count, text.run(checkedSum(offset, count), charClass));
+  if (offset >= text.length) {
+    return 0;
   }
-  return count;
+  unsigned int end = text.endOfRun(offset, charClass);
+  while (escapeAt(text, end)) {
+    end = text.endOfRun(end + 3, charClass);
+  }
+  return end - offset;
 }
 
 inline constexpr Rule& token = charSet<kToken>;
@@ -40,7 +42,13 @@ inline constexpr Rule& digits = charSet<kDigit>;
 inline constexpr Rule& hexDigits = charSet<kHexDigit>;
 inline constexpr Rule& uric = escapedCharSet<kUric>;
 
-Rule lws;
+// LWS from its first byte, which is there.
+unsigned int lwsFrom(Unread text, unsigned int offset);
+
+inline unsigned int lws(Unread text, unsigned int offset) {
+  return text.has(offset, kLwsStart) ? lwsFrom(text, offset) : 0;
+}
+
 Rule quotedString;
 Rule utf8NonAscii;
 Rule label;

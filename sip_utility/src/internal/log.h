@@ -73,21 +73,9 @@ class LogTape {
   Line lines_[kCapacity];  // the first count_ of them
 };
 
-// Writes one line to the module log.
-inline void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
-                     const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0) {
-  if (LogTape::recording_ != nullptr) {
-    LogTape::recording_->add({level, module, sourceFile, line, format, a1, a2});
-  }
-  wyLogModuleEventSimple(level, module, sourceFile, line, format, a1, a2, 0);
-}
-
-inline void LogTape::replay() const {
-  for (std::size_t i = 0; i < count_; ++i) {
-    const Line& each = lines_[i];
-    logEvent(each.level, each.module, each.sourceFile, each.line, each.format, each.a1, each.a2);
-  }
-}
+// Writes one line to the module log. Cold, as is what leads there.
+[[gnu::cold]] void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
+                            const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0);
 
 // Logs a failure of the library.
 inline void logFailure(const char* sourceFile, const char* format, uintptr_t a1 = 0,
@@ -118,10 +106,13 @@ inline void recordBlock(const char* sourceFile, const void* pointer, std::size_t
 // Takes a recorded block or object off the record, before it is freed.
 inline void forgetBlock(const void* pointer) { pzmemlog_remove(kMemoryCategory, pointer); }
 
+// Reports a failed assertion to the framework.
+[[gnu::cold]] void reportAssertion(const char* sourceFile, int line);
+
 // Returns whether a precondition holds and reports it to the framework when it does not.
 inline bool assertHolds(bool holds, const char* sourceFile, int line = __builtin_LINE()) {
   if (!holds) {
-    MafErrorHandler::AssertString("ASSERT Failure:", sourceFile, line);
+    reportAssertion(sourceFile, line);
   }
   return holds;
 }

@@ -12,7 +12,7 @@ inline void assertWithin(unsigned int offset, Unread text) {
 
 // Returns how many bytes a rule covers.
 template <Rule* rule>
-unsigned int matchOf(Unread text, unsigned int offset) {
+[[gnu::always_inline]] inline unsigned int matchOf(Unread text, unsigned int offset) {
   assertWithin(offset, text);
   const unsigned int count = rule(text, offset);
   assertWithin(checkedSum(offset, count), text);
@@ -21,7 +21,7 @@ unsigned int matchOf(Unread text, unsigned int offset) {
 
 // Returns how many of the bytes next to be read a rule covers.
 template <Rule* rule>
-unsigned int matchOf(const SipStrStream& stream) {
+[[gnu::always_inline]] inline unsigned int matchOf(const SipStrStream& stream) {
   return matchOf<rule>(unread(stream), 0);
 }
 

@@ -40,29 +40,12 @@ std::uint64_t firstDifference(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-ParamNameIndex::ParamNameIndex(const SipParam* chain)
-    : count_(0), complete_(true), entries_(nullptr), capacity_(0), root_(0) {
-  for (; chain != nullptr; chain = chain->next()) {
-    add(view(chain->getName()));
-  }
+bool ParamNameIndex::isOnTree(std::string_view name) const {
+  return equalIgnoringCase(nearest(name), name);
 }
 
-ParamNameIndex::~ParamNameIndex() { releaseTree(); }
-
-bool ParamNameIndex::contains(std::string_view name) const {
-  if (entries_ != nullptr) {
-    return equalIgnoringCase(nearest(name), name);
-  }
-  return std::any_of(row_, row_ + count_,
-                     [name](std::string_view each) { return equalIgnoringCase(each, name); });
-}
-
-void ParamNameIndex::add(std::string_view name) {
+void ParamNameIndex::addToTree(std::string_view name) {
   if (!complete_) {
-    return;
-  }
-  if (entries_ == nullptr && count_ < kLookedUpInRow) {
-    row_[count_++] = {name.data(), name.size()};
     return;
   }
   complete_ = growTree();

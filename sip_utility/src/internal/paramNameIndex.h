@@ -15,21 +15,39 @@
 #include <cstdint>
 #include <string_view>
 
+#include "equality.h"
 #include "wySipParam.h"
 
 class ParamNameIndex {
  public:
   // Takes in the names of a chain; null for none.
-  explicit ParamNameIndex(const SipParam* chain);
-  ~ParamNameIndex();
+  explicit ParamNameIndex(const SipParam* chain)
+      : count_(0), complete_(true), entries_(nullptr), capacity_(0), root_(0) {
+    for (; chain != nullptr; chain = chain->next()) {
+      add(view(chain->getName()));
+    }
+  }
+  ~ParamNameIndex() {
+    if (entries_ != nullptr) {
+      releaseTree();
+    }
+  }
   ParamNameIndex(const ParamNameIndex&) = delete;
   ParamNameIndex& operator=(const ParamNameIndex&) = delete;
 
   // Returns whether the index knows this name, letter case ignored.
-  bool contains(std::string_view name) const;
+  bool contains(std::string_view name) const {
+    return entries_ == nullptr ? isInRow(name) : isOnTree(name);
+  }
 
   // Takes in a name, whose bytes outlive the index.
-  void add(std::string_view name);
+  void add(std::string_view name) {
+    if (entries_ == nullptr && count_ < kLookedUpInRow && complete_) {
+      row_[count_++] = {name.data(), name.size()};
+    } else {
+      addToTree(name);
+    }
+  }
 
   // Returns whether the index knows all names: without memory for the tree it forgets them.
   bool complete() const { return complete_; }
@@ -51,6 +69,17 @@ class ParamNameIndex {
 
   static constexpr std::int32_t kLookedUpInRow = 16;  // a tree for fewer would cost more
 
+  bool isInRow(std::string_view name) const {
+    for (std::int32_t i = 0; i < count_; ++i) {
+      if (equalIgnoringCase(row_[i], name)) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+  bool isOnTree(std::string_view name) const;
+  void addToTree(std::string_view name);
   bool growTree();
   void insert(std::string_view name);
   void link(std::int32_t entry, std::uint64_t bit);

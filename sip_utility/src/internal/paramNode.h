@@ -5,8 +5,10 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "recorded.h"
+#include "stringAccess.h"
 #include "wySipParam.h"
 
 // Returns a recorded node, first on the chain with this head; null without memory.
@@ -73,6 +75,17 @@ class ParamListChange {
 
  private:
   bool watched_;
+};
+
+struct SipParamAccess {
+  // Each assigns bytes that lie elsewhere; none is a failure, as is want of memory.
+  static VARN_EXCEPTION_CODES setName(SipParam& param, std::string_view name) {
+    ParamIndexWatch::nodeChanged();
+    return SipStringAccess::replace(param.name_, name);
+  }
+  static VARN_EXCEPTION_CODES setValue(SipParam& param, std::string_view value) {
+    return SipStringAccess::replace(param.value_, value);
+  }
 };
 
 // Deletes a recorded node of the list, which takes it off its chain.

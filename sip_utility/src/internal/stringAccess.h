@@ -25,6 +25,20 @@ struct SipStringAccess {
     return {stream.text_.buffer_ + stream.position_, stream.text_.length_ - stream.position_};
   }
 
+  // Moves a cursor on, at most to its end.
+  static void advance(SipStrStream& stream, unsigned int length) { stream.position_ += length; }
+
+  // Each replaces the content of a string by bytes that lie elsewhere; replace() as an assignment
+  // does, with its log line.
+  // Fails: VARN_RESOURCE_FAILURE, the string is then empty.
+  static VARN_EXCEPTION_CODES assign(SipString& text, std::string_view bytes) {
+    return text.assign(bytes.data(), static_cast<unsigned int>(bytes.size()));
+  }
+  static VARN_EXCEPTION_CODES replace(SipString& text, std::string_view bytes) {
+    text.replace(bytes.data(), static_cast<unsigned int>(bytes.size()));
+    return hasBuffer(text) ? VARN_OK : VARN_RESOURCE_FAILURE;
+  }
+
  private:
   friend class BorrowedString;
   friend class BorrowedStream;

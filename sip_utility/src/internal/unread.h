@@ -38,11 +38,17 @@ struct Unread {
 
   // Returns how many members of the class stand at the offset.
   unsigned int run(unsigned int offset, CharClass charClass) const {
-    unsigned int end = offset;
-    while (has(end, charClass)) {
-      ++end;
+    return offset < length ? endOfRun(offset, charClass) - offset : 0;
+  }
+
+  // Returns the offset behind those that stand at the offset, which is not behind the end.
+  unsigned int endOfRun(unsigned int offset, CharClass charClass) const {
+    const char* const end = bytes + length;
+    const char* at = bytes + offset;
+    while (at != end && isIn(charClass, *at)) {
+      ++at;
     }
-    return end - offset;
+    return static_cast<unsigned int>(at - bytes);
   }
 
   const char* bytes;
