@@ -1,8 +1,8 @@
 // wySipUtilsBench.cpp - questions to plain text, and gzip of messages.
 #include "wySipUtils.h"
 
+#include "gzip.h"
 #include "harness.h"
-#include "imsdpl.h"
 #include "inputs.h"
 #include "pieces.h"
 
@@ -18,15 +18,6 @@ std::string message(std::size_t length) {
   return text.substr(0, length);
 }
 
-std::string compressed(std::string text) {
-  unsigned char* output = nullptr;
-  const unsigned int length =
-      compMessageWithDeflate(text.data(), &output, static_cast<unsigned int>(text.size()));
-  std::string result(output, output + length);
-  __free(output);
-  return result;
-}
-
 // Hands over an object of the memory log and deletes it.
 template <typename Sink, typename Object>
 void take(Sink& sink, Object* object) {
@@ -37,21 +28,10 @@ void take(Sink& sink, Object* object) {
 
 void addGzip(Cases& cases, const std::string& size, const std::string& text) {
   const std::string zipped = compressed(text);
-  cases.add("BM_Gzip_Compress/" + size, text.size(), Record::tallyOf(1, zipped.size(), 0),
-            [text](auto& sink) {
-              unsigned char* output = nullptr;
-              const unsigned int length = compMessageWithDeflate(
-                  const_cast<char*>(text.data()), &output, static_cast<unsigned int>(text.size()));
-              sink.text(reinterpret_cast<char*>(output), length);
-              __free(output);
-            });
-  cases.add("BM_Gzip_Expand/" + size, text.size(), text + '|', [zipped](auto& sink) {
-    unsigned char* output = nullptr;
-    const unsigned int length =
-        DeCompressGzipData(bytesOf(zipped), static_cast<unsigned short>(zipped.size()), &output);
-    sink.text(reinterpret_cast<char*>(output), length);
-    __free(output);
-  });
+  cases.add("BM_Gzip_Compress/" + size, text.size(), zipped + '|',
+            [text](auto& sink) { touchCompressed(sink, text); });
+  cases.add("BM_Gzip_Expand/" + size, text.size(), text + '|',
+            [zipped](auto& sink) { touchExpanded(sink, zipped); });
 }
 
 void addVia(Cases& cases) {

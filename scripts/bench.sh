@@ -10,11 +10,12 @@ set -euo pipefail
 
 cd "$(dirname "$0")/.."
 filter=. against=/dev/null out='' name=bench instructions='' arguments=()
+table="operations(\$earlier[0])" repetitions=9
 while [ $# -ne 0 ]; do
   case $1 in
     --against) against=$2 && shift ;;
     --out) out=$2 && shift ;;
-    --growth) name=growth arguments+=(--growth) ;;
+    --growth) name=growth table=growth repetitions=3 arguments+=(--growth) ;;
     --instructions) instructions=$2 && shift ;;
     -*) sed -n '2s/^# //p' "$0" >&2 && exit 2 ;;
     *) filter=$1 ;;
@@ -38,8 +39,9 @@ if [ -n "$instructions" ]; then
   exit
 fi
 
-$program "${arguments[@]}" --benchmark_filter="$filter" --benchmark_repetitions=5 \
+$program "${arguments[@]}" --benchmark_filter="$filter" --benchmark_repetitions=$repetitions \
   --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
   --benchmark_out="$out.new" --benchmark_out_format=json >/dev/null 2>&1
-jq -r --slurpfile earlier "$against" -f scripts/bench.jq "$out.new" | column -t -s $'\t' -R 2,3,4,5
+jq -r -L scripts --slurpfile earlier "$against" "include \"bench\"; $table | @tsv" "$out.new" |
+  column -t -s $'\t' -R 2,3,4,5,6
 mv "$out.new" "$out"
