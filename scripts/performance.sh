@@ -30,4 +30,4 @@ jq -r --arg cpu "$(sed -n 's/^model name.*: //p' /proc/cpuinfo | head -1)" '.con
 table bench rows | markdown | fill rows
 table bench 'operations(null)' | markdown | fill operations
 table growth growth | markdown | fill growth
-table growth growth | awk -f scripts/growth.awk >docs/performance-growth.svg
+table growth growth | { sed -u 1q && sort -t $'\t' -k5,5gr; } | awk -f scripts/growth.awk >docs/performance-growth.svg
