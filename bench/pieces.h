@@ -2,6 +2,9 @@
 #ifndef BENCH_PIECES_H
 #define BENCH_PIECES_H
 
+#include <memory>
+#include <string>
+
 #include "harness.h"
 #include "sipMultipartmessagebody.h"
 #include "wySipAddress.h"
@@ -48,6 +51,48 @@ void touchPieces(Sink& sink, const TelAddress& address) {
   sink.number(address.getType());
   touchParams(sink, address);
 }
+
+// Cases of one operation on an object that stays, `BM_Family_Name/bytes of the value`: the
+// operation takes the object and a value and returns a code, or whether it found something.
+template <typename Object>
+class OperationCases {
+ public:
+  OperationCases(Cases& cases, const char* family, std::shared_ptr<Object> object)
+      : cases_(cases), family_(family), object_(std::move(object)) {}
+
+  template <typename Operation>
+  void add(const char* name, std::string_view value, unsigned long wanted, Operation operation) {
+    cases_.add("BM_" + family_ + '_' + name + '/' + std::to_string(value.size()), value.size(),
+               std::to_string(wanted) + '|',
+               [object = object_, text = sipString(value), operation](auto& sink) {
+                 sink.number(operation(*object, text));
+               });
+  }
+
+  // A setter of one piece, to the value that it has.
+  void add(const char* name, std::string_view value,
+           VARN_EXCEPTION_CODES (Object::*setter)(const SipString&)) {
+    add(name, value, VARN_OK,
+        [setter](Object& object, const SipString& text) { return (object.*setter)(text); });
+  }
+
+  // Look-up and change of a parameter, removal of one that is not there.
+  void addCommon() {
+    object_->setParameter("ob", "value");
+    add("setParameter", "value", VARN_OK,
+        [](Object& object, const SipString& value) { return object.setParameter("ob", value); });
+    add("getParameter", "ob", 1, [](const Object& object, const SipString& name) {
+      return object.getParameter(name) != nullptr ? 1U : 0U;
+    });
+    add("removeParameter", "none", VARN_OK,
+        [](Object& object, const SipString& name) { return object.removeParameter(name); });
+  }
+
+ private:
+  Cases& cases_;
+  std::string family_;
+  std::shared_ptr<Object> object_;
+};
 
 // The parts of a body from this one on.
 template <typename Sink>

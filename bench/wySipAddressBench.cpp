@@ -17,6 +17,25 @@ void addParse(Cases& cases, const char* row, std::string_view text, const std::s
       std::string("BM_Floor_Parse/") + row);
 }
 
+void addOperations(Cases& cases) {
+  OperationCases<SipAddress> operations(cases, "SipAddress",
+                                        std::make_shared<SipAddress>(sipString(inputs::kA)));
+  operations.add("setDisplayName", "\"Alice Example\"", &SipAddress::setDisplayName);
+  operations.add("setScheme", "sip", &SipAddress::setScheme);
+  operations.add("setUser", "alice", &SipAddress::setUser);
+  operations.add("setHost", "example.test", &SipAddress::setHost);
+  operations.add("setURI", "sip:alice@example.test:5060", &SipAddress::setURI);
+  operations.addCommon();
+  operations.add("getURI", "sip:alice@example.test:5061", 27,
+                 [](SipAddress& address, const SipString& /*text*/) {
+                   address.setPort(5061);
+                   return address.getURI().length();
+                 });
+  operations.add("getParameterNames", "", 1, [](SipAddress& address, const SipString& /*text*/) {
+    return address.getParameterNames() != nullptr ? 1U : 0U;
+  });
+}
+
 }  // namespace
 
 void addAddressCases(Cases& cases) {
@@ -38,4 +57,5 @@ void addAddressCases(Cases& cases) {
         touch(sink, address.toString());
       },
       "BM_Floor_Edit/ga");
+  addOperations(cases);
 }

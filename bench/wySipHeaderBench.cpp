@@ -51,6 +51,14 @@ void addMessage(Cases& cases) {
             });
 }
 
+void addOperations(Cases& cases) {
+  OperationCases<SipHeader> operations(
+      cases, "SipHeader", std::make_shared<SipHeader>("Contact", sipString(inputs::kD)));
+  operations.add("setName", "Contact", &SipHeader::setName);
+  operations.add("setValue", "\"Bob\" <sip:bob@host.test;transport=tcp>", &SipHeader::setValue);
+  operations.addCommon();
+}
+
 }  // namespace
 
 void addHeaderCases(Cases& cases) {
@@ -92,4 +100,5 @@ void addHeaderCases(Cases& cases) {
            R"(|algorithm|AKAv1-MD5|nonce|"YOALVVfRfaxv8FRc9+m36McAsaebairakrlSEIbWIPY=")"
            R"(|realm|"ims.example.test"|)");
   addMessage(cases);
+  addOperations(cases);
 }

@@ -27,4 +27,11 @@ void addTelCases(Cases& cases) {
               sink.number(address.toSipAddress(target));
               touch(sink, target.toString());
             });
+
+  OperationCases<TelAddress> operations(cases, "TelAddress",
+                                        std::make_shared<TelAddress>(sipString(kTel)));
+  operations.add("setPhoneNumber", "+1-201-555-0123", &TelAddress::setPhoneNumber);
+  operations.add("setExtension", "1234", &TelAddress::setExtension);
+  operations.add("setContext", "ims.example.test", &TelAddress::setContext);
+  operations.addCommon();
 }

@@ -41,7 +41,10 @@ fi
 
 $program "${arguments[@]}" --benchmark_filter="$filter" --benchmark_repetitions=$repetitions \
   --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
-  --benchmark_out="$out.new" --benchmark_out_format=json >/dev/null 2>&1
+  --benchmark_out="$out.new" --benchmark_out_format=json >$build/bench.log 2>&1 || {
+  cat $build/bench.log >&2
+  exit 1
+}
 jq -r -L scripts --slurpfile earlier "$against" "include \"bench\"; $table | @tsv" "$out.new" |
   column -t -s $'\t' -R 2,3,4,5,6
 mv "$out.new" "$out"
