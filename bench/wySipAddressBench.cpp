@@ -10,8 +10,8 @@ namespace {
 void addParse(Cases& cases, const char* row, std::string_view text, const std::string& wanted) {
   cases.add(
       std::string("BM_SipAddress_Parse/") + row, text.size(), wanted,
-      [text](auto& sink) {
-        const SipAddress address(sipString(text));
+      [text = sipString(text)](auto& sink) {
+        const SipAddress address(text);
         touchPieces(sink, address);
       },
       std::string("BM_Floor_Parse/") + row);
@@ -50,9 +50,9 @@ void addAddressCases(Cases& cases) {
       "BM_SipAddress_Edit/ga", kA.size(),
       a + R"(ob|1|lr||transport|tcp|"Alice Example" <sip:alice@example.test:5060;ob=1;lr)"
           ";transport=tcp>|",
-      [](auto& sink) {
-        SipAddress address(sipString(kA));
-        address.setParameter("ob", "1");
+      [text = sipString(kA), ob = SipString("ob"), one = SipString("1")](auto& sink) {
+        SipAddress address(text);
+        address.setParameter(ob, one);
         touchPieces(sink, address);
         touch(sink, address.toString());
       },

@@ -13,16 +13,16 @@ void addParse(Cases& cases, const char* input, const char* name, const std::stri
               const std::string& wanted, const std::string& floor = Cases::kFloor) {
   cases.add(
       std::string("BM_SipHeader_Parse/") + input, text.size(), wanted,
-      [name, text](auto& sink) {
-        const SipHeader header(name, sipString(text));
+      [name = SipString(name), text = sipString(text)](auto& sink) {
+        const SipHeader header(name, text);
         touchPieces(sink, header);
       },
       floor);
 }
 
 struct Field {
-  std::string_view name;
-  std::string_view value;
+  SipString name;
+  SipString value;
 };
 
 // Returns the header fields of a message's head.
@@ -32,7 +32,8 @@ std::vector<Field> fieldsOf(std::string_view head) {
        line = head.find('\n', line) + 1) {
     const std::size_t colon = head.find(": ", line);
     const std::size_t end = head.find('\r', line);
-    fields.push_back({head.substr(line, colon - line), head.substr(colon + 2, end - colon - 2)});
+    fields.push_back({sipString(head.substr(line, colon - line)),
+                      sipString(head.substr(colon + 2, end - colon - 2))});
   }
   return fields;
 }
@@ -42,7 +43,7 @@ void addMessage(Cases& cases) {
   cases.add("BM_SipHeader_ParseMessage/invite", kInvite.size() + kSdp.size(), "#65 1221 0",
             [fields = fieldsOf(kInvite), body = std::string(kSdp)](auto& sink) {
               for (const Field& field : fields) {
-                const SipHeader header(sipString(field.name), sipString(field.value));
+                const SipHeader header(field.name, field.value);
                 touchPieces(sink, header);
               }
               SipMultipartMessageBody part;
@@ -71,8 +72,8 @@ void addHeaderCases(Cases& cases) {
   cases.add(
       "BM_SipHeader_ParseAndAddress/dd", kD.size(),
       d + R"(0|"Bob"|sip|bob|host.test|0|transport|tcp|)",
-      [](auto& sink) {
-        const SipHeader header("Contact", sipString(kD));
+      [name = SipString("Contact"), text = sipString(kD)](auto& sink) {
+        const SipHeader header(name, text);
         touchPieces(sink, header);
         const SipAddress address(header.getValue());
         touchPieces(sink, address);
@@ -83,9 +84,10 @@ void addHeaderCases(Cases& cases) {
       "0|Contact|" + value + "|ob|1|" + params + "Contact: " + value +
           R"(;ob=1;+g.3gpp.smsip;+sip.instance="<urn:gsma:imei:12345678-901234-5>";q=0.7)"
           ";expires=60|",
-      [](auto& sink) {
-        SipHeader header("Contact", sipString(kD));
-        header.setParameter("ob", "1");
+      [name = SipString("Contact"), text = sipString(kD), ob = SipString("ob"),
+       one = SipString("1")](auto& sink) {
+        SipHeader header(name, text);
+        header.setParameter(ob, one);
         touchPieces(sink, header);
         touch(sink, header.toString());
       },
