@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "imsxml.h"
+#include "internal/borrowed.h"
 #include "internal/equality.h"
 #include "internal/log.h"
 #include "internal/platformBlock.h"
@@ -98,28 +99,18 @@ unsigned char lineCount(std::string_view headers) {
   return static_cast<unsigned char>(lines);
 }
 
-// Finds the boundary parameter, null for none. Returns whether there was memory for looking.
-bool findBoundary(const SipHeader& contentType, const SipString*& boundary) {
-  SipString name;
-  if (name.append("boundary") != VARN_OK) {
-    return false;
-  }
-  boundary = contentType.getParameter(name);
-  return true;
+// Returns the boundary parameter, null for none.
+const SipString* findBoundary(const SipHeader& contentType) {
+  return contentType.getParameter(*BorrowedString("boundary"));
 }
 
-// Returns a header field made from these texts, null without memory, and its code.
-SipHeader* newHeader(const char* name, const char* value, VARN_EXCEPTION_CODES& code) {
-  SipString nameText;
-  SipString valueText;
-  code = VARN_RESOURCE_FAILURE;
-  if (nameText.append(name) != VARN_OK || valueText.append(value) != VARN_OK) {
-    return nullptr;
-  }
-  auto* const header = newRecorded<SipHeader>(kSourceFile, nameText, valueText);
-  if (header != nullptr) {
-    code = header->GetLastErrorCode();
-  }
+// Returns a header field made from these texts, null without memory, and its code. Null for the
+// value counts as empty.
+SipHeader* newHeader(std::string_view name, const char* value, VARN_EXCEPTION_CODES& code) {
+  const BorrowedString nameText(name);
+  const BorrowedString valueText(value == nullptr ? std::string_view() : value);
+  auto* const header = newRecorded<SipHeader>(kSourceFile, *nameText, *valueText);
+  code = header == nullptr ? VARN_RESOURCE_FAILURE : header->GetLastErrorCode();
   return header;
 }
 
@@ -786,14 +777,13 @@ SipMultipartMessageBody* SipMultipartMessageBodyUtility::takeWhole() {
 }
 
 bool SipMultipartMessageBodyUtility::takeParts(const SipHeader& contentType) {
-  const SipString* boundary = nullptr;
-  const bool looked = findBoundary(contentType, boundary);
-  if (looked && (boundary == nullptr || boundary->length() == 0)) {
+  const SipString* const boundary = findBoundary(contentType);
+  if (boundary == nullptr || boundary->length() == 0) {
     logFailure(kSourceFile, "SipConnection::wySipGetMultiPartMessageBody | no boundary parameter");
     return false;
   }
   firstBoundary = 1;
-  if (!looked || !assignBoundary(m_pCurrentboundary, boundary->c_str()) ||
+  if (!assignBoundary(m_pCurrentboundary, boundary->c_str()) ||
       wySipProcessMultipartMsgBody(reinterpret_cast<unsigned char*>(content)) != 1) {
     logFailure(kSourceFile,
                "SipConnection::wySipGetMultiPartMessageBody | failure in parsing Sip message");
@@ -825,11 +815,7 @@ bool SipMultipartMessageBodyUtility::enterNested(SipHeader* header) {
   if (!equalIgnoringCase(header->getName(), "Content-Type") || !isMultipart(*header)) {
     return true;
   }
-  const SipString* boundary = nullptr;
-  if (!findBoundary(*header, boundary)) {
-    outOfMemory_ = true;
-    return false;
-  }
+  const SipString* const boundary = findBoundary(*header);
   if (boundary == nullptr || boundary->length() == 0) {
     logFailure(kSourceFile, boundary == nullptr
                                 ? "SipConnection::ParseAndStoreMsgHeaders| no boundary"

@@ -298,7 +298,7 @@ unsigned int SipMatchLWS::doMatch(const SipStrStream& stream, unsigned int offse
   return grammar::lws(unread(stream), offset);
 }
 
-unsigned int grammar::separated(char separator, Unread text, unsigned int offset) {
+unsigned int grammar::separatedByLws(char separator, Unread text, unsigned int offset) {
   const unsigned int leading = matchOf<lws>(text, offset);
   if (!text.has(checkedSum(offset, leading), separator)) {
     return 0;

@@ -107,7 +107,9 @@ VARN_EXCEPTION_CODES SipString::append(const SipString& other) {
   return append(other.buffer_, other.length_);
 }
 
-VARN_EXCEPTION_CODES SipString::append(char byte) { return append(&byte, 1); }
+VARN_EXCEPTION_CODES SipString::append(char byte) {
+  return SipStringAccess::append(*this, &byte, 1);
+}
 
 void SipString::clear() {
   if (buffer_ != nullptr) {

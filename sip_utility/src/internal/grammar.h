@@ -60,7 +60,14 @@ Rule ipv6Address;
 Rule host;
 
 // [LWS] separator [LWS]
-unsigned int separated(char separator, Unread text, unsigned int offset);
+unsigned int separatedByLws(char separator, Unread text, unsigned int offset);
+
+inline unsigned int separated(char separator, Unread text, unsigned int offset) {
+  if (text.has(offset, separator) && !text.has(checkedSum(offset, 1), kLwsStart)) {
+    return 1;
+  }
+  return separatedByLws(separator, text, offset);
+}
 
 Rule scheme;
 inline constexpr Rule& user = escapedCharSet<kUser>;

@@ -3,6 +3,7 @@
 #ifndef SIPUTILITY_INTERNAL_STRING_ACCESS_H
 #define SIPUTILITY_INTERNAL_STRING_ACCESS_H
 
+#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -37,6 +38,18 @@ struct SipStringAccess {
   static VARN_EXCEPTION_CODES replace(SipString& text, std::string_view bytes) {
     text.replace(bytes.data(), static_cast<unsigned int>(bytes.size()));
     return hasBuffer(text) ? VARN_OK : VARN_RESOURCE_FAILURE;
+  }
+
+  // Appends bytes that lie elsewhere, at once where there is room.
+  // Fails: VARN_RESOURCE_FAILURE.
+  static VARN_EXCEPTION_CODES append(SipString& text, const char* bytes, unsigned int length) {
+    if (text.capacity_ - text.length_ < length || text.buffer_ == nullptr) {
+      return text.append(bytes, length);
+    }
+    std::memcpy(text.buffer_ + text.length_, bytes, length);
+    text.length_ += length;
+    text.buffer_[text.length_] = '\0';
+    return VARN_OK;
   }
 
  private:

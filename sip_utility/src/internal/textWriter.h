@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "checkedMath.h"
+#include "equality.h"
+#include "stringAccess.h"
 #include "wySipString.h"
 
 // Appends to a string that it reserves room in once; after a failed step it does nothing more.
@@ -13,22 +15,16 @@ class TextWriter {
   // Reserves room for a text of the given length in all, what the string holds included.
   TextWriter(SipString& text, unsigned int length) : text_(text), code_(text.reserve(length)) {}
 
-  // Appends a piece: anything that SipString::append takes.
-  template <typename Piece>
-  TextWriter& write(const Piece& piece) {
-    if (code_ == VARN_OK) {
-      code_ = text_.append(piece);
-    }
-    return *this;
-  }
-
-  // Appends bytes.
+  // Each appends a piece that does not lie in the string.
   TextWriter& write(std::string_view piece) {
-    if (code_ == VARN_OK) {
-      code_ = text_.append(piece.data(), checkedLength(piece.size()));
+    if (code_ == VARN_OK && !piece.empty()) {
+      code_ = SipStringAccess::append(text_, piece.data(), checkedLength(piece.size()));
     }
     return *this;
   }
+  TextWriter& write(const char* piece) { return write(std::string_view(piece)); }
+  TextWriter& write(const SipString& piece) { return write(view(piece)); }
+  TextWriter& write(char piece) { return write(std::string_view(&piece, 1)); }
 
   // Appends name, "=" and value; without a value only the name.
   TextWriter& writePair(const SipString& name, const SipString& value) {
