@@ -111,7 +111,7 @@ class ValueReader {
     return *telLength_;
   }
 
-  unsigned int tryTel() {
+  unsigned int tryTel() const {
     const BorrowedString uri({text_.bytes, text_.length});
     const Recorded<TelAddress> tel(newRecorded<TelAddress>(kSourceFile, *uri));
     if (tel == nullptr) {

@@ -216,7 +216,9 @@ VARN_EXCEPTION_CODES SipString::appendGrowing(const char* text, unsigned int len
   if (grown == nullptr) {
     return VARN_RESOURCE_FAILURE;
   }
-  copyGuarded(grown, newLength, buffer_, length_);
+  if (buffer_ != nullptr) {
+    copyGuarded(grown, newLength, buffer_, length_);
+  }
   copyGuarded(grown + length_, checkedDifference(newLength, length_), text, length);
   grown[newLength] = '\0';
   deleteBuffer(buffer_);

@@ -71,7 +71,7 @@ bool ParamNameIndex::growTree() {
   }
   if (first) {
     for (const Name& each : row_) {
-      insert(each);
+      insert(each.text());
     }
   }
   return true;
@@ -92,7 +92,7 @@ void ParamNameIndex::insert(std::string_view name) {
 
 // Hangs the entry's branch in above the first branch at a later bit, with its leaf on one side.
 void ParamNameIndex::link(std::int32_t entry, std::uint64_t bit) {
-  const std::string_view name = entries_[entry].name;
+  const std::string_view name = entries_[entry].name.text();
   std::int32_t* place = &root_;
   while (*place >= 0 && entries_[*place].bit < bit) {
     place = &entries_[*place].child[bitAt(name, entries_[*place].bit)];
@@ -137,5 +137,5 @@ std::string_view ParamNameIndex::nearest(std::string_view name) const {
   while (place >= 0) {
     place = entries_[place].child[bitAt(name, entries_[place].bit)];
   }
-  return entries_[~place].name;
+  return entries_[~place].name.text();
 }

@@ -54,12 +54,10 @@ class ParamNameIndex {
 
  private:
   struct Name {
+    std::string_view text() const { return {bytes, size}; }
+
     const char* bytes;
     std::size_t size;
-
-    operator std::string_view() const {
-      return {bytes, size};
-    }  // NOLINT(google-explicit-constructor)
   };
   struct Entry {
     Name name;
@@ -71,7 +69,7 @@ class ParamNameIndex {
 
   bool isInRow(std::string_view name) const {
     for (std::int32_t i = 0; i < count_; ++i) {
-      if (equalIgnoringCase(row_[i], name)) {
+      if (equalIgnoringCase(row_[i].text(), name)) {
         return true;
       }
     }
