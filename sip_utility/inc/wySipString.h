@@ -164,6 +164,10 @@ class SIPUTILITY_EXPORT SipStrStream {
 
  private:
   friend struct SipStringAccess;
+  friend class SipLWSStrStream;
+  friend class BorrowedStream;
+
+  SIPUTILITY_HIDDEN SipStrStream();
 
   SipString text_;
   unsigned int position_;
@@ -181,6 +185,11 @@ class SIPUTILITY_EXPORT SipLWSStrStream : public SipStrStream {
 
   // Returns whether nothing or exactly one LWS is left.
   bool done() const override;
+
+ private:
+  friend class BorrowedLWSStream;
+
+  SIPUTILITY_HIDDEN SipLWSStrStream();
 };
 
 #endif  // WY_SIP_STRING_H

@@ -233,6 +233,8 @@ int SipString::lengthDifference(unsigned int otherLength) const {
   return static_cast<int>(checkedDifference(length_, otherLength));
 }
 
+SipStrStream::SipStrStream() : position_(0), copied_(true) {}
+
 SipStrStream::SipStrStream(const SipString& text)
     : text_(text), position_(0), copied_(text_.length() == text.length()) {}
 
@@ -288,6 +290,8 @@ VARN_EXCEPTION_CODES SipStrStream::discard(unsigned int length) {
   position_ = checkedSum(position_, length);
   return VARN_OK;
 }
+
+SipLWSStrStream::SipLWSStrStream() = default;
 
 SipLWSStrStream::SipLWSStrStream(const SipString& text) : SipStrStream(text) {
   discard(matchOf<grammar::lws>(*this));

@@ -28,18 +28,16 @@ class BorrowedString {
 // A cursor from the first byte.
 class BorrowedStream : public SipStrStream {
  public:
-  explicit BorrowedStream(std::string_view bytes) : SipStrStream(SipString()) {
-    SipStringAccess::lend(*this, bytes);
-  }
+  explicit BorrowedStream(std::string_view bytes) { SipStringAccess::lend(*this, bytes); }
   ~BorrowedStream() override { SipStringAccess::takeBack(*this); }
 };
 
 // A cursor over text with linear white space around it.
 class BorrowedLWSStream : public SipLWSStrStream {
  public:
-  explicit BorrowedLWSStream(std::string_view bytes) : SipLWSStrStream(SipString()) {
+  explicit BorrowedLWSStream(std::string_view bytes) {
     SipStringAccess::lend(*this, bytes);
-    discard(matchOf<grammar::lws>(*this));
+    SipStringAccess::advance(*this, matchOf<grammar::lws>(*this));
   }
   ~BorrowedLWSStream() override { SipStringAccess::takeBack(*this); }
 };

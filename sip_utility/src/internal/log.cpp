@@ -11,6 +11,14 @@ void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line
   wyLogModuleEventSimple(level, module, sourceFile, line, format, a1, a2, 0);
 }
 
+void logFailure(const char* sourceFile, const char* format, uintptr_t a1, uintptr_t a2, int line) {
+  logEvent(kFailure, kModuleLibrary, sourceFile, line, format, a1, a2);
+}
+
+void logTrace(const char* sourceFile, const char* format, uintptr_t a1, uintptr_t a2, int line) {
+  logEvent(kTrace, kModuleLibrary, sourceFile, line, format, a1, a2);
+}
+
 void LogTape::replay() const {
   for (std::size_t i = 0; i < count_; ++i) {
     const Line& each = lines_[i];

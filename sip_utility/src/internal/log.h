@@ -73,21 +73,17 @@ class LogTape {
   Line lines_[kCapacity];  // the first count_ of them
 };
 
-// Writes one line to the module log. Cold, as is what leads there.
-[[gnu::cold]] void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
-                            const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0);
+// Writes one line to the module log.
+void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
+              const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0);
 
-// Logs a failure of the library.
-inline void logFailure(const char* sourceFile, const char* format, uintptr_t a1 = 0,
-                       uintptr_t a2 = 0, int line = __builtin_LINE()) {
-  logEvent(kFailure, kModuleLibrary, sourceFile, line, format, a1, a2);
-}
+// Logs a failure of the library. Cold: so is the code that leads there.
+[[gnu::cold]] void logFailure(const char* sourceFile, const char* format, uintptr_t a1 = 0,
+                              uintptr_t a2 = 0, int line = __builtin_LINE());
 
 // Logs a trace of the library.
-inline void logTrace(const char* sourceFile, const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0,
-                     int line = __builtin_LINE()) {
-  logEvent(kTrace, kModuleLibrary, sourceFile, line, format, a1, a2);
-}
+void logTrace(const char* sourceFile, const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0,
+              int line = __builtin_LINE());
 
 // Logs a failure of the platform below: no memory, no registry.
 inline void logSevere(const char* sourceFile, const char* format, int line = __builtin_LINE()) {
