@@ -1,6 +1,8 @@
 // wySipUtilsBench.cpp - questions to plain text, and gzip of messages.
 #include "wySipUtils.h"
 
+#include <zlib.h>
+
 #include "gzip.h"
 #include "harness.h"
 #include "inputs.h"
@@ -26,10 +28,28 @@ void take(Sink& sink, Object* object) {
   delete object;
 }
 
+// Hands over the length that zlib, given the whole text at once, makes of it with the library's
+// settings: what the library's byte by byte is to be held against.
+template <typename Sink>
+void touchDeflatedAtOnce(Sink& sink, const std::string& text) {
+  z_stream stream = {};
+  deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 15 + 16, 4, Z_DEFAULT_STRATEGY);
+  std::string output(text.size() + 100, '\0');
+  stream.next_in = bytesOf(text);
+  stream.avail_in = static_cast<unsigned int>(text.size());
+  stream.next_out = bytesOf(output);
+  stream.avail_out = static_cast<unsigned int>(output.size());
+  deflate(&stream, Z_FINISH);
+  sink.number(stream.total_out);
+  deflateEnd(&stream);
+}
+
 void addGzip(Cases& cases, const std::string& size, const std::string& text) {
   const std::string zipped = compressed(text);
   cases.add("BM_Gzip_Compress/" + size, text.size(), zipped + '|',
             [text](auto& sink) { touchCompressed(sink, text); });
+  cases.add("BM_Gzip_ZlibAtOnce/" + size, text.size(), std::to_string(zipped.size()) + '|',
+            [text](auto& sink) { touchDeflatedAtOnce(sink, text); });
   cases.add("BM_Gzip_Expand/" + size, text.size(), text + '|',
             [zipped](auto& sink) { touchExpanded(sink, zipped); });
 }
