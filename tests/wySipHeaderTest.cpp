@@ -190,7 +190,8 @@ TEST_F(SipHeaderTest, KeepsTheTextOfItsValueWhereOnlyItsNameChanges) {
 }
 
 TEST_F(SipHeaderTest, TellsWantOfMemoryInABracketFromARefusal) {
-  for (const char* cstr : {"\"B\" <sip:a@b.test>;q=1", "<tel:+1;ext=1>", "a <http:b>"}) {
+  for (const char* cstr : {"\"B\" <sip:a@b.test>;q=1", "<tel:+1;ext=1>", "a <http:b>",
+                           "<sip:x;a;b;c;d;e;f;g;h;i;j;k;l;m;n;o;p;q;r;s;t>"}) {
     SCOPED_TRACE(cstr);
     const SipString name("Contact");
     const SipString text(cstr);

@@ -123,6 +123,7 @@ TEST_F(SipMatchTest, LwsIsMatchedWholeOrNotAtAll) {
   expectMatches(SipMatchLWSChar(';'),
                 {" ; |a", ";|a", ";|", "\r\n ;\r\n |a", " ;| \r\n", " ;|;", " \r\n; ", " a", ""});
   expectMatches(SipMatchLWSChar('\xFF'), {" \xFF |", " ", ""});  // the end is no byte
+  expectMatches(SipMatchLWSChar(' '), {" a", " ", ""});          // the blank is LWS already
 }
 
 TEST_F(SipMatchTest, QuotedStringLogsWhyItDoesNotEnd) {

@@ -266,6 +266,50 @@ TEST_F(SipParamListTest, AsksADerivedListForItsGrammarAndStoresNothingWithoutANo
   EXPECT_EQ(VARN_OK, writes(list, "?4=c&&23&&1=ab"));
 }
 
+// Renames and removes its own nodes while it is asked for its rules.
+class RestlessList : public SipHdrParamList {
+ public:
+  using SipParamList::head;
+  using SipParamList::parseParam;
+  unsigned int matchSep(const SipStrStream& stream, unsigned int offset, int first) const override {
+    if (removes_ != nullptr) {
+      const_cast<RestlessList*>(this)->removeParameter(removes_);
+    }
+    return SipHdrParamList::matchSep(stream, offset, first);
+  }
+  unsigned int matchName(const SipStrStream& stream, unsigned int offset) const override {
+    if (removes_ != nullptr) {
+      const_cast<RestlessList*>(this)->removeParameter(removes_);
+    }
+    return SipHdrParamList::matchName(stream, offset);
+  }
+  const char* removes_ = nullptr;
+};
+
+TEST_F(SipParamListTest, ReadsOnWhereItsNodesChangeOnTheWay) {
+  for (const int count : {2, 40}) {
+    SCOPED_TRACE(count);
+    RestlessList list;
+    list.setHeaderType(WY_SIP_HEADER_TYPE_NON_AUTH);
+    std::string text = ";x=1";
+    for (int i = 0; i < count; ++i) {
+      text += ";name-of-some-length-" + std::to_string(i);
+    }
+    EXPECT_EQ(VARN_OK, parse(list, sipString(text)));
+    list.removes_ = "X";
+    EXPECT_EQ(VARN_OK, parse(list, ";x=2;y;x=3"));
+    EXPECT_EQ(nullptr, list.find("x"));
+    list.setParameter("x", "4");
+    EXPECT_EQ(VARN_OK, list.setParameter(list.find("x")->getName(), "5"));
+    EXPECT_EQ("5", content(*list.getParameter("x")));
+    list.removes_ = nullptr;
+    SipStrStream stream("a-name-that-is-longer-than-the-one-before=1");
+    EXPECT_EQ(VARN_OK, list.parseParam(*list.head(), stream));
+    SipStrStream again("A-NAME-THAT-IS-LONGER-THAN-THE-ONE-BEFORE");
+    EXPECT_EQ(VARN_INVALID_INPUT, list.parseParam(*list.head(), again));
+  }
+}
+
 TEST_F(SipParamListTest, FindsDuplicatesAndChangesNothingWithoutMemory) {
   std::string text;
   for (int i = 1; i <= 70; ++i) {

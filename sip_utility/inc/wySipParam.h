@@ -129,7 +129,7 @@ class SIPUTILITY_EXPORT SipParamList {
   // space around name and value is dropped; an empty value makes a parameter without one. The
   // value is checked with matchValue() alone. After a failure nothing has changed.
   // Fails: VARN_INVALID_INPUT with "SipParameterList::setParameter name is empty", "... invalid
-  // name" or "... invalid value", VARN_RESOURCE_FAILURE, where a stream is missing with "...
+  // name" or "... invalid value", VARN_RESOURCE_FAILURE, where there is no memory at all with "...
   // SipStrStream constructor failed" (level 4).
   VARN_EXCEPTION_CODES setParameter(const SipString& name, const SipString& value);
 
@@ -162,6 +162,8 @@ class SIPUTILITY_EXPORT SipParamList {
   VARN_EXCEPTION_CODES parseParam(SipParam* param, SipStrStream& stream) const;
 
  private:
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES setFrom(const SipString& name, const SipString& value);
+
   SipParam* head_;
   const SipString** names_;
 };

@@ -131,8 +131,7 @@ VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort* port) {
 }
 
 VARN_EXCEPTION_CODES takeParams(SipStrStream& stream, SipAddrParamList* params) {
-  return params == nullptr ? passParams(SipAddrParamList(), stream)
-                           : params->parseParamList(stream);
+  return params == nullptr ? passUriParams(stream) : params->parseParamList(stream);
 }
 
 // scheme ":" [ userinfo "@" ] host [ ":" port ] params [ headers ]
@@ -436,7 +435,9 @@ VARN_EXCEPTION_CODES SipAddress::parse(const SipString& address) {
   if (wildcard != 0 && wildcard == unread(stream).length) {
     return becomeWildcard();
   }
-  return reported(parseText(stream), "SipAddress::SipAddress | SipStrStream constructor failed");
+  const VARN_EXCEPTION_CODES code = parseText(stream);
+  return reported(code, displayName_.length() == 0 ? scheme_ : displayName_,
+                  "SipAddress::SipAddress | SipStrStream constructor failed");
 }
 
 VARN_EXCEPTION_CODES SipAddress::parseText(SipStrStream& stream) {
@@ -460,8 +461,9 @@ VARN_EXCEPTION_CODES SipAddress::parse(const SipString& displayName, const SipSt
     return code;
   }
   BorrowedLWSStream stream(view(uri));
-  return reported(parseAnyURI(stream, &scheme_, &user_, &host_, &port_, &params_),
-                  "SipAddress::SipAddress | SipString constructor failed");
+  const VARN_EXCEPTION_CODES uriCode =
+      parseAnyURI(stream, &scheme_, &user_, &host_, &port_, &params_);
+  return reported(uriCode, scheme_, "SipAddress::SipAddress | SipString constructor failed");
 }
 
 VARN_EXCEPTION_CODES SipAddress::parse(SipStrStream& stream) {
@@ -473,10 +475,10 @@ VARN_EXCEPTION_CODES SipAddress::parse(SipStrStream& stream) {
   return parseNameAddr(stream, &displayName_, &scheme_, &user_, &host_, &port_, &params_);
 }
 
-// Logs the message where there was no memory for the first piece already.
-VARN_EXCEPTION_CODES SipAddress::reported(VARN_EXCEPTION_CODES code, const char* noMemory,
-                                          int line) const {
-  if (code == VARN_RESOURCE_FAILURE && displayName_.length() == 0 && scheme_.length() == 0) {
+// Logs the message where there was no memory for the first piece of the text already.
+VARN_EXCEPTION_CODES SipAddress::reported(VARN_EXCEPTION_CODES code, const SipString& first,
+                                          const char* noMemory, int line) const {
+  if (code == VARN_RESOURCE_FAILURE && first.length() == 0) {
     logFailure(kSourceFile, noMemory, 0, 0, line);
   }
   return code;

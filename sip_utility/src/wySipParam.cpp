@@ -7,6 +7,7 @@
 #include <string_view>
 #include <typeinfo>
 
+#include "internal/allocationWatch.h"
 #include "internal/borrowed.h"
 #include "internal/checkedMath.h"
 #include "internal/equality.h"
@@ -24,9 +25,14 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 
-// The rules of a list, whatever its class.
+constexpr const char* kNoMemoryToSet =
+    "SipParameterList::setParameter SipStrStream constructor failed";
+
+// The rules of a list, whatever its class. Those of a caller's class may change the list.
 struct AnyGrammar {
   const SipParamList& list;
+
+  const SipParamList* changing() const { return &list; }
 
   unsigned int sep(const SipStrStream& s, int first) const { return list.matchSep(s, 0, first); }
   unsigned int name(const SipStrStream& s) const { return list.matchName(s, 0); }
@@ -41,6 +47,8 @@ template <typename List>
 struct GrammarOf {
   const List& list;
 
+  static const SipParamList* changing() { return nullptr; }
+
   unsigned int sep(const SipStrStream& s, int first) const {
     return list.List::matchSep(s, 0, first);
   }
@@ -53,17 +61,10 @@ struct GrammarOf {
   }
 };
 
-// Has the work done by the grammar of a list, without virtual calls where it is of a class of
-// ours and not of a caller's.
-template <typename Work>
-VARN_EXCEPTION_CODES byGrammar(const SipParamList& list, Work work) {
-  if (&typeid(list) == &typeid(SipAddrParamList)) {
-    return work(GrammarOf<SipAddrParamList>{static_cast<const SipAddrParamList&>(list)});
-  }
-  if (&typeid(list) == &typeid(SipHdrParamList)) {
-    return work(GrammarOf<SipHdrParamList>{static_cast<const SipHdrParamList&>(list)});
-  }
-  return work(AnyGrammar{list});
+// Returns whether a list is of just this class, not of a caller's that changes its rules.
+template <typename List>
+bool isA(const SipParamList& list) {
+  return &typeid(list) == &typeid(List);
 }
 
 // The value behind an "=", by the rule that the name chooses.
@@ -113,24 +114,30 @@ VARN_EXCEPTION_CODES takeWhole(const SipParamList& grammar, const SipString& tex
   return VARN_OK;
 }
 
-// Without memory for the index the list itself is asked, only more slowly.
-bool isOnList(const SipParamList& list, std::string_view name, const ParamNameIndex& names) {
-  return names.contains(name) || (!names.complete() && list.find(*BorrowedString(name)) != nullptr);
+// Returns whether a name is taken. Without an index that knows, the list itself is asked, only more
+// slowly.
+bool isOnList(const SipParamList& list, std::string_view name, ParamNameIndex* names) {
+  if (names != nullptr && names->isComplete()) {
+    return names->contains(name);
+  }
+  return list.find(*BorrowedString(name)) != nullptr;
 }
 
 // Names a node of the list; without one the index alone knows the name, and must not lose it.
 VARN_EXCEPTION_CODES keepName(const SipParamList& list, std::string_view name, SipParam* param,
-                              ParamNameIndex& names) {
-  if (param == nullptr) {
-    names.add(name);
-    return names.complete() ? VARN_OK : VARN_RESOURCE_FAILURE;
-  }
+                              ParamNameIndex* names) {
   const ParamListChange change(&list);
-  const VARN_EXCEPTION_CODES code = SipParamAccess::setName(*param, name);
-  if (code == VARN_OK) {
-    names.add(name);
+  const VARN_EXCEPTION_CODES code =
+      param == nullptr ? VARN_OK : SipParamAccess::setName(*param, name);
+  if (code != VARN_OK || names == nullptr) {
+    return code;
   }
-  return code;
+  names->add(name);
+  if (param == nullptr && !names->isComplete()) {
+    AllocationWatch::noteFailure();
+    return VARN_RESOURCE_FAILURE;
+  }
+  return VARN_OK;
 }
 
 // Moves behind a separator.
@@ -143,7 +150,7 @@ VARN_EXCEPTION_CODES passSeparator(const Grammar& grammar, SipStrStream& stream,
 // As readParam(), by the grammar of the list.
 template <typename Grammar>
 VARN_EXCEPTION_CODES readBy(const Grammar& grammar, SipParam* param, SipStrStream& stream,
-                            ParamNameIndex& names) {
+                            ParamNameIndex* names) {
   const unsigned int nameLength = grammar.name(stream);
   if (nameLength == 0) {
     logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter name");
@@ -162,13 +169,13 @@ VARN_EXCEPTION_CODES readBy(const Grammar& grammar, SipParam* param, SipStrStrea
 // Reads parameters until no separator follows, each into a node on the chain.
 template <typename Grammar>
 VARN_EXCEPTION_CODES readAll(const Grammar& grammar, SipParam** head, SipStrStream& stream) {
-  ParamNameIndex names(*head);
+  ParamNameIndex names(*head, grammar.changing());
   for (int first = 1; passSeparator(grammar, stream, first) == VARN_OK; first = 0) {
     SipParam* param = newParam(head, kSourceFile);
     if (param == nullptr) {
       return VARN_RESOURCE_FAILURE;
     }
-    const VARN_EXCEPTION_CODES code = readBy(grammar, param, stream, names);
+    const VARN_EXCEPTION_CODES code = readBy(grammar, param, stream, &names);
     if (code != VARN_OK) {
       deleteParam(param, &grammar.list);
       return code;
@@ -177,22 +184,12 @@ VARN_EXCEPTION_CODES readAll(const Grammar& grammar, SipParam** head, SipStrStre
   return VARN_OK;
 }
 
-// Moves behind what readAll() would read.
-template <typename Grammar>
-VARN_EXCEPTION_CODES passAll(const Grammar& grammar, SipStrStream& stream) {
-  ParamNameIndex names(nullptr);
-  VARN_EXCEPTION_CODES code = VARN_OK;
-  for (int first = 1; code == VARN_OK && passSeparator(grammar, stream, first) == VARN_OK;
-       first = 0) {
-    code = readBy(grammar, nullptr, stream, names);
-  }
-  return code;
-}
-
 unsigned int separated(char separator, const SipStrStream& stream, unsigned int offset) {
   const Unread text = unread(stream);
   assertWithin(offset, text);
-  return grammar::separated(separator, text, offset);
+  const unsigned int count = grammar::separated(separator, text, offset);
+  assertWithin(checkedSum(offset, count), text);
+  return count;
 }
 
 }  // namespace
@@ -263,7 +260,15 @@ SipParamList::~SipParamList() {
 }
 
 VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
-  return byGrammar(*this, [&](const auto& grammar) { return readAll(grammar, &head_, stream); });
+  if (isA<SipAddrParamList>(*this)) {
+    const auto& list = static_cast<const SipAddrParamList&>(*this);
+    return readAll(GrammarOf<SipAddrParamList>{list}, &head_, stream);
+  }
+  if (isA<SipHdrParamList>(*this)) {
+    const auto& list = static_cast<const SipHdrParamList&>(*this);
+    return readAll(GrammarOf<SipHdrParamList>{list}, &head_, stream);
+  }
+  return readAll(AnyGrammar{*this}, &head_, stream);
 }
 
 const SipParam* SipParamList::firstParam() const { return head_; }
@@ -329,6 +334,20 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
     logFailure(kSourceFile, "SipParameterList::setParameter name is empty");
     return VARN_INVALID_INPUT;
   }
+  if (isA<SipAddrParamList>(*this) || isA<SipHdrParamList>(*this)) {
+    return setFrom(name, value);
+  }
+  // The rules of another class may change the list that the texts belong to.
+  const SipString ownName(name);
+  const SipString ownValue(value);
+  if (ownName.length() != name.length() || ownValue.length() != value.length()) {
+    logFailure(kSourceFile, kNoMemoryToSet);
+    return VARN_RESOURCE_FAILURE;
+  }
+  return setFrom(ownName, ownValue);
+}
+
+VARN_EXCEPTION_CODES SipParamList::setFrom(const SipString& name, const SipString& value) {
   std::string_view newName;
   std::string_view newValue;
   VARN_EXCEPTION_CODES code = takeWhole(*this, name, &SipParamList::matchName,
@@ -344,7 +363,7 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
   SipParam* aside = nullptr;
   SipParam* param = newParam(&aside, kSourceFile);
   if (param == nullptr) {
-    logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
+    logFailure(kSourceFile, kNoMemoryToSet);
     return VARN_RESOURCE_FAILURE;
   }
   const ParamListChange change(this);
@@ -419,18 +438,25 @@ VARN_EXCEPTION_CODES SipParamList::parseSep(SipStrStream& stream, int first) con
 }
 
 VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& stream) const {
-  ParamNameIndex names(head_);
   assertHolds(param != nullptr, kSourceFile);
-  return readParam(*this, param, stream, names);
+  return readBy(AnyGrammar{*this}, param, stream, nullptr);
 }
 
 VARN_EXCEPTION_CODES readParam(const SipParamList& list, SipParam* param, SipStrStream& stream,
                                ParamNameIndex& names) {
-  return readBy(AnyGrammar{list}, param, stream, names);
+  return readBy(AnyGrammar{list}, param, stream, &names);
 }
 
-VARN_EXCEPTION_CODES passParams(const SipParamList& grammar, SipStrStream& stream) {
-  return byGrammar(grammar, [&](const auto& known) { return passAll(known, stream); });
+VARN_EXCEPTION_CODES passUriParams(SipStrStream& stream) {
+  const SipAddrParamList list;
+  const GrammarOf<SipAddrParamList> grammar{list};
+  ParamNameIndex names(nullptr, nullptr);
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  for (int first = 1; code == VARN_OK && passSeparator(grammar, stream, first) == VARN_OK;
+       first = 0) {
+    code = readBy(grammar, nullptr, stream, &names);
+  }
+  return code;
 }
 
 SipHdrParamList::SipHdrParamList() : headerType_(WY_SIP_HEADER_TYPE_NONE) {}

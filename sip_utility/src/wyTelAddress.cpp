@@ -6,6 +6,7 @@
 #include <limits>
 #include <new>
 #include <string_view>
+#include <typeinfo>
 
 #include "internal/borrowed.h"
 #include "internal/charClass.h"
@@ -180,7 +181,8 @@ TelAddrParamList::TelAddrParamList() : order_(nullptr) {}
 TelAddrParamList::~TelAddrParamList() { ParamOrder::destroy(order_); }
 
 VARN_EXCEPTION_CODES TelAddrParamList::parseParamList(SipStrStream& stream) {
-  ParamNameIndex names(chain());
+  const bool derived = &typeid(*this) != &typeid(TelAddrParamList);
+  ParamNameIndex names(chain(), derived ? this : nullptr);
   for (int first = 1; parseSep(stream, first) == VARN_OK; first = 0) {
     const VARN_EXCEPTION_CODES code = parseNext(stream, names);
     if (code != VARN_OK) {

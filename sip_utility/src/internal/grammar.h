@@ -7,6 +7,7 @@
 #define SIPUTILITY_INTERNAL_GRAMMAR_H
 
 #include "charClass.h"
+#include "checkedMath.h"
 #include "unread.h"
 
 namespace grammar {
@@ -63,10 +64,9 @@ Rule host;
 unsigned int separatedByLws(char separator, Unread text, unsigned int offset);
 
 inline unsigned int separated(char separator, Unread text, unsigned int offset) {
-  if (text.has(offset, separator) && !text.has(checkedSum(offset, 1), kLwsStart)) {
-    return 1;
-  }
-  return separatedByLws(separator, text, offset);
+  const bool alone = !isIn(kLwsStart, separator) && text.has(offset, separator) &&
+                     !text.has(checkedSum(offset, 1), kLwsStart);
+  return alone ? 1 : separatedByLws(separator, text, offset);
 }
 
 Rule scheme;

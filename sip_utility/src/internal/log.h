@@ -8,7 +8,6 @@
 #include <cstdint>
 
 #include "imsdpl.h"
-#include "imsvarn.h"
 
 enum LogLevel {
   kTrace = 3,    // a trace, or a grammar rule that did not match

@@ -2,6 +2,7 @@
 #ifndef SIPUTILITY_INTERNAL_MATCH_OF_H
 #define SIPUTILITY_INTERNAL_MATCH_OF_H
 
+#include "checkedMath.h"
 #include "log.h"
 #include "unread.h"
 

@@ -48,12 +48,16 @@ void ParamNameIndex::addToTree(std::string_view name) {
   if (!complete_) {
     return;
   }
-  complete_ = growTree();
-  if (complete_) {
+  if (growTree()) {
     insert(name);
   } else {
-    releaseTree();
+    forget();
   }
+}
+
+void ParamNameIndex::forget() {
+  releaseTree();
+  complete_ = false;
 }
 
 // Makes room for one more name; the first time the names of the row move in. Returns false when

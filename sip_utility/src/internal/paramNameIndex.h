@@ -16,13 +16,25 @@
 #include <string_view>
 
 #include "equality.h"
+#include "paramNode.h"
 #include "wySipParam.h"
 
 class ParamNameIndex {
  public:
-  // Takes in the names of a chain; null for none.
-  explicit ParamNameIndex(const SipParam* chain)
-      : count_(0), complete_(true), entries_(nullptr), capacity_(0), root_(0) {
+  // Takes in the names of a chain, null for none. A list whose rules may change it while they are
+  // asked is watched, null for none.
+  ParamNameIndex(const SipParam* chain, const SipParamList* watched)
+      : watched_(watched),
+        changes_(0),
+        count_(0),
+        complete_(true),
+        entries_(nullptr),
+        capacity_(0),
+        root_(0) {
+    if (watched_ != nullptr) {
+      ParamIndexWatch::addIndex();
+      changes_ = ParamIndexWatch::changes(watched_);
+    }
     for (; chain != nullptr; chain = chain->next()) {
       add(view(chain->getName()));
     }
@@ -31,26 +43,41 @@ class ParamNameIndex {
     if (entries_ != nullptr) {
       releaseTree();
     }
+    if (watched_ != nullptr) {
+      ParamIndexWatch::removeIndex();
+    }
   }
   ParamNameIndex(const ParamNameIndex&) = delete;
   ParamNameIndex& operator=(const ParamNameIndex&) = delete;
 
-  // Returns whether the index knows this name, letter case ignored.
+  // Returns whether the index knows all names. It forgets them without memory for the tree, and
+  // when the list it watches has changed otherwise than by add().
+  bool isComplete() {
+    if (watched_ != nullptr && changes_ != ParamIndexWatch::changes(watched_)) {
+      forget();
+    }
+    return complete_;
+  }
+
+  // Returns whether the index knows this name, letter case ignored; no name is empty.
   bool contains(std::string_view name) const {
+    if (name.empty()) {
+      return false;
+    }
     return entries_ == nullptr ? isInRow(name) : isOnTree(name);
   }
 
-  // Takes in a name, whose bytes outlive the index.
+  // Takes in a name, which the list has just got and whose bytes outlive the index.
   void add(std::string_view name) {
+    if (watched_ != nullptr) {
+      changes_ = ParamIndexWatch::changes(watched_);
+    }
     if (entries_ == nullptr && count_ < kLookedUpInRow && complete_) {
       row_[count_++] = {name.data(), name.size()};
     } else {
       addToTree(name);
     }
   }
-
-  // Returns whether the index knows all names: without memory for the tree it forgets them.
-  bool complete() const { return complete_; }
 
  private:
   struct Name {
@@ -78,6 +105,7 @@ class ParamNameIndex {
 
   bool isOnTree(std::string_view name) const;
   void addToTree(std::string_view name);
+  void forget();
   bool growTree();
   void insert(std::string_view name);
   void link(std::int32_t entry, std::uint64_t bit);
@@ -85,6 +113,8 @@ class ParamNameIndex {
   void releaseTree();
   std::string_view nearest(std::string_view name) const;
 
+  const SipParamList* watched_;
+  unsigned long changes_;
   std::int32_t count_;
   bool complete_;
   Entry* entries_;

@@ -78,7 +78,8 @@ class ParamListChange {
 };
 
 struct SipParamAccess {
-  // Each assigns bytes that lie elsewhere; none is a failure, as is want of memory.
+  // Each assigns bytes that lie elsewhere, at least one.
+  // Fails: VARN_RESOURCE_FAILURE, also where a piece that never had bytes gets none.
   static VARN_EXCEPTION_CODES setName(SipParam& param, std::string_view name) {
     ParamIndexWatch::nodeChanged();
     return SipStringAccess::replace(param.name_, name);

@@ -11,8 +11,8 @@
 VARN_EXCEPTION_CODES readParam(const SipParamList& list, SipParam* param, SipStrStream& stream,
                                ParamNameIndex& names);
 
-// Moves behind the parameters that an empty list of this grammar would take.
+// Moves behind the parameters that an empty SipAddrParamList would take.
 // Fails: as SipParamList::parseParamList().
-VARN_EXCEPTION_CODES passParams(const SipParamList& grammar, SipStrStream& stream);
+VARN_EXCEPTION_CODES passUriParams(SipStrStream& stream);
 
 #endif  // SIPUTILITY_INTERNAL_PARAM_READER_H

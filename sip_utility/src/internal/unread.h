@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "charClass.h"
-#include "checkedMath.h"
 #include "stringAccess.h"
 
 // Shows bytes that someone else owns. Offsets are counted from the first unread byte and may lie
