@@ -25,9 +25,6 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 
-constexpr const char* kNoMemoryToSet =
-    "SipParameterList::setParameter SipStrStream constructor failed";
-
 // The rules of a list, whatever its class. Those of a caller's class may change the list.
 struct AnyGrammar {
   const SipParamList& list;
@@ -184,6 +181,12 @@ VARN_EXCEPTION_CODES readAll(const Grammar& grammar, SipParam** head, SipStrStre
   return VARN_OK;
 }
 
+// Reports that there is no memory for a parameter to be set.
+VARN_EXCEPTION_CODES noMemoryToSet() {
+  logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
+  return VARN_RESOURCE_FAILURE;
+}
+
 unsigned int separated(char separator, const SipStrStream& stream, unsigned int offset) {
   const Unread text = unread(stream);
   assertWithin(offset, text);
@@ -338,11 +341,10 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
     return setFrom(name, value);
   }
   // The rules of another class may change the list that the texts belong to.
-  const SipString ownName(name);
-  const SipString ownValue(value);
+  const SipString ownName(name.c_str(), name.length());
+  const SipString ownValue(value.c_str(), value.length());
   if (ownName.length() != name.length() || ownValue.length() != value.length()) {
-    logFailure(kSourceFile, kNoMemoryToSet);
-    return VARN_RESOURCE_FAILURE;
+    return noMemoryToSet();
   }
   return setFrom(ownName, ownValue);
 }
@@ -363,8 +365,7 @@ VARN_EXCEPTION_CODES SipParamList::setFrom(const SipString& name, const SipStrin
   SipParam* aside = nullptr;
   SipParam* param = newParam(&aside, kSourceFile);
   if (param == nullptr) {
-    logFailure(kSourceFile, kNoMemoryToSet);
-    return VARN_RESOURCE_FAILURE;
+    return noMemoryToSet();
   }
   const ParamListChange change(this);
   code = SipParamAccess::setName(*param, newName);
