@@ -17,7 +17,9 @@ constexpr std::uint64_t kBitsOfSymbol = 16;
 
 // Returns the byte at the index, folded and counted from 1; 0 behind the end of the name.
 unsigned int symbolAt(std::string_view name, std::uint64_t index) {
-  return index < name.size() ? static_cast<unsigned int>(foldCase(name[index])) + 1 : 0;
+  return index < name.size()
+             ? static_cast<unsigned int>(foldCase(name[static_cast<std::size_t>(index)])) + 1
+             : 0;
 }
 
 unsigned int bitAt(std::string_view name, std::uint64_t bit) {
