@@ -6,8 +6,9 @@ set -euo pipefail
 
 package_of() {
   case $1 in
-    g++ | cmake | clang-format | clang-tidy | gcovr | jq | shellcheck | valgrind) echo "$1" ;;
+    g++ | cmake | clang-format | clang-tidy | gcovr | jq | lintian | pkg-config | shellcheck | valgrind) echo "$1" ;;
     clang++) echo clang ;;
+    dpkg-shlibdeps) echo dpkg-dev ;;
     ninja) echo ninja-build ;;
     CLI/CLI.hpp) echo libcli11-dev ;;
     nlohmann/json.hpp) echo nlohmann-json3-dev ;;

@@ -8,6 +8,7 @@ preset=${1-dev}
 [ $# -eq 0 ] || shift
 probes=(g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h)
 case $preset in
+  dev) probes+=(pkg-config) ;;
   release) probes+=(benchmark/benchmark.h) ;;
   clang) probes+=(clang++) ;;
   sanitize | thread) probes+=(clang++ sanitizer/asan_interface.h) ;;

@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Usage: manual.sh SIPUTIL SHARE_DIRECTORY
+# Holds the manual page and the completions for bash against the commands and options that the
+# program's --help lists.
+set -euo pipefail
+
+siputil=$1
+listed_commands() { "$siputil" --help | sed '1,/ommands:/d' | awk '/^ +[a-z]/ { print $1 }'; }
+listed_options() { "$siputil" "$@" --help | grep -o -- '--[a-z][a-z-]*'; }
+section() { sed -n "/^\.SH $1/,/^\.SH/p" "$2/siputil.1" | sed 's/\\-/-/g'; }
+
+diff --label help --label 'manual page' -u <(listed_commands | sort) \
+  <(section COMMANDS "$2" | sed -n '/^\.TP/{n;s/^\.[BIR]* "\{0,1\}\([a-z-]*\).*/\1/p}' | sort)
+
+mapfile -t commands < <(listed_commands)
+diff --label help --label 'manual page' -u \
+  <({ listed_options && for each in "${commands[@]}"; do listed_options "$each"; done; } | sort -u) \
+  <(section OPTIONS "$2" | grep -A 1 '^\.TP' | grep -o -- '--[a-z][a-z-]*' | sort -u)
+
+completions() { # COMMAND_WORD...
+  COMP_WORDS=("$siputil" "$@") COMP_CWORD=$#
+  _siputil
+  printf '%s\n' "${COMPREPLY[@]}" | sort
+}
+# shellcheck source=tool/share/siputil.bash
+source "$2/siputil.bash"
+diff -u <({ listed_commands && listed_options; } | sort) <(completions '')
+diff -u <(echo message) <(completions mess)
+diff -u <(listed_options message | grep only) <(completions message file --on)
