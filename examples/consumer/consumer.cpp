@@ -5,6 +5,7 @@
 //   c++ -std=c++17 consumer.cpp $(pkg-config --cflags --libs siputility siputility-host) \
 //     -Wl,-rpath,$(pkg-config --variable=libdir siputility)
 #include <cstdio>
+
 #include <siputility/wySipHeader.h>
 
 #include "imsdpl.h"

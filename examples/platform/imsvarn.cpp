@@ -1,0 +1,45 @@
+// imsvarn.cpp - the least framework library: assertions on standard error, singletons, zlib.
+#include "imsvarn.h"
+
+#include <cstdio>
+
+#include "imsvarnZlib.h"
+#include "registry.h"
+
+namespace {
+
+WySingletonBaseClass*& slotOf(Globals* globals, signed char id) {
+  return static_cast<Registry*>(globals)->objects[static_cast<unsigned char>(id)];
+}
+
+}  // namespace
+
+void MafErrorHandler::AssertString(const char* message, const char* sourceFile, int line) {
+  std::fprintf(stderr, "%s %s:%d\n", message, sourceFile, line);
+}
+
+WySingletonBaseClass::WySingletonBaseClass() = default;
+WySingletonBaseClass::~WySingletonBaseClass() = default;
+
+WySingletonBaseClass* Globals::GetSingObj(signed char id) { return slotOf(this, id); }
+
+void Globals::RegisterSingObj(signed char id, WySingletonBaseClass* object) {
+  slotOf(this, id) = object;
+}
+
+SingoConfig::SingoConfig() = default;
+SingoConfig::~SingoConfig() = default;
+int SingoConfig::Init() { return 0; }
+
+int varnDeflateInit2_(z_streamp stream, int level, int method, int windowBits, int memLevel,
+                      int strategy, const char* version, int streamSize) {
+  return deflateInit2_(stream, level, method, windowBits, memLevel, strategy, version, streamSize);
+}
+int varnDeflate(z_streamp stream, int flush) { return deflate(stream, flush); }
+int varnDeflateEnd(z_streamp stream) { return deflateEnd(stream); }
+
+int varnInflateInit2_(z_streamp stream, int windowBits, const char* version, int streamSize) {
+  return inflateInit2_(stream, windowBits, version, streamSize);
+}
+int varnInflate(z_streamp stream, int flush) { return inflate(stream, flush); }
+int varnInflateEnd(z_streamp stream) { return inflateEnd(stream); }
