@@ -46,8 +46,8 @@ if(TARGET siputil)
   set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
   set(CPACK_COMPONENT_TOOL_DEPENDS runtime)
   set(CPACK_DEBIAN_TOOL_DESCRIPTION
-      "siputil takes SIP addresses, tel URIs, header fields and whole messages
-apart, tells what is wrong with them, edits them and writes them back, also as JSON.")
+      "Takes SIP addresses, tel URIs, header fields and whole messages apart, tells
+what is wrong with them, edits them and writes them back, also as JSON.")
 endif()
 
 # What Debian wants of a manual page and in each package's doc folder; no part of a plain install.

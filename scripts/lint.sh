@@ -8,7 +8,7 @@ scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp gtest/gtest
   benchmark/benchmark.h clang-tidy shellcheck
 set -x
 scripts/format.sh --dry-run -Werror
-git ls-files -z --cached --others --exclude-standard dev .ci/run '*.sh' | xargs -0 shellcheck
+git ls-files -z --cached --others --exclude-standard dev .ci/run '*.sh' '*.bash' | xargs -0 shellcheck
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
 git ls-files -z --cached --others --exclude-standard 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' |
