@@ -6,7 +6,7 @@ set -euo pipefail
 
 package_of() {
   case $1 in
-    g++ | cmake | clang-format | clang-tidy | gcovr | jq | lintian | pkg-config | shellcheck | valgrind) echo "$1" ;;
+    g++ | cmake | clang-format | clang-tidy | doxygen | gcovr | jq | lintian | pkg-config | shellcheck | valgrind) echo "$1" ;;
     clang++) echo clang ;;
     dpkg-shlibdeps) echo dpkg-dev ;;
     ninja) echo ninja-build ;;
