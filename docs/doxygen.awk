@@ -1,7 +1,14 @@
 # doxygen.awk - shows Doxygen the plain comments of a header: what stands in front of a declaration
 # or behind one documents it, the opening comment the file, an indented line stands as it is, and
 # of several declarations without a blank line between them each gets the comment of the first.
+# In the page of log lines it keeps Doxygen from reading the texts.
 BEGIN { RS = ""; FS = "\n" }
+
+FILENAME ~ /\.md$/ {
+  for (i = 1; i <= NF; ++i) print $i ~ /^- [0-9] `/ ? item($i) : $i
+  print ""
+  next
+}
 
 {
   comment = 0
@@ -36,6 +43,13 @@ function describe(from, to, each, text, verbatim) {
     print "/// " (verbatim ? text : escaped(text))
   }
   if (verbatim) print "/// ~~~"
+}
+
+function item(line, end, text) {
+  end = index(line, "`: ")
+  text = escaped(substr(line, 1, end))
+  gsub(/::/, "\\::", text)
+  return text substr(line, end + 1)
 }
 
 function code(text, at) {

@@ -1,14 +1,16 @@
 #!/usr/bin/env bash
 # Usage: lint.sh
-# Checks format, shell scripts, that each exported header compiles alone, and clang-tidy.
+# Checks format, shell scripts, the page of log lines, that each exported header compiles alone, and
+# clang-tidy.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
 scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp gtest/gtest.h \
-  benchmark/benchmark.h clang-tidy shellcheck
+  benchmark/benchmark.h clang-tidy shellcheck python3
 set -x
 scripts/format.sh --dry-run -Werror
 git ls-files -z --cached --others --exclude-standard dev .ci/run '*.sh' '*.bash' | xargs -0 shellcheck
+scripts/diagnostics.py --check
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
 git ls-files -z --cached --others --exclude-standard 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' \

@@ -6,7 +6,8 @@ set -euo pipefail
 
 package_of() {
   case $1 in
-    g++ | cmake | clang-format | clang-tidy | doxygen | gcovr | jq | lintian | pkg-config | shellcheck | valgrind) echo "$1" ;;
+    g++ | cmake | clang-format | clang-tidy | doxygen | gcovr | jq) echo "$1" ;;
+    lintian | pkg-config | python3 | shellcheck | valgrind) echo "$1" ;;
     clang++) echo clang ;;
     dpkg-shlibdeps) echo dpkg-dev ;;
     ninja) echo ninja-build ;;

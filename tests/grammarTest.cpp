@@ -1,0 +1,140 @@
+// grammarTest.cpp - holds the table of docs/grammar.md against the matchers.
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "libraryTest.h"
+#include "wySipHeaderMatch.h"
+#include "wySipMatch.h"
+#include "wyTelAddressMatch.h"
+
+namespace {
+
+using Matcher = std::function<unsigned int(const SipStrStream&)>;
+
+// Returns the question to a matcher of this kind, made from the arguments.
+template <typename Rule, typename... Arguments>
+Matcher matcher(Arguments... arguments) {
+  return [=](const SipStrStream& stream) { return Rule(arguments...).match(stream, 0); };
+}
+
+std::map<std::string, Matcher> allMatchers() {
+  return {
+      {"SipMatchToken", matcher<SipMatchToken>()},
+      {"SipMatchDigit", matcher<SipMatchDigit>()},
+      {"SipMatchHexDigit", matcher<SipMatchHexDigit>()},
+      {"SipMatchAlpha", matcher<SipMatchAlpha>()},
+      {"SipMatchUric", matcher<SipMatchUric>()},
+      {"SipMatchLWS", matcher<SipMatchLWS>()},
+      {"SipMatchLWSChar", matcher<SipMatchLWSChar>(';')},
+      {"SipMatchQuotedString", matcher<SipMatchQuotedString>()},
+      {"SipMatchUTF8NonASCII", matcher<SipMatchUTF8NonASCII>()},
+      {"SipMatchSpecificString", matcher<SipMatchSpecificString>("tel:")},
+      {"SipMatchILabel", matcher<SipMatchILabel>()},
+      {"SipMatchHostname", matcher<SipMatchHostname>()},
+      {"SipMatchIIPV4DecOctet", matcher<SipMatchIIPV4DecOctet>()},
+      {"SipMatchIIPV4Address", matcher<SipMatchIIPV4Address>()},
+      {"SipMatchIIPV6H16", matcher<SipMatchIIPV6H16>()},
+      {"SipMatchIIPV6Address", matcher<SipMatchIIPV6Address>()},
+      {"SipMatchHost", matcher<SipMatchHost>()},
+      {"SipAddressMatchScheme", matcher<SipAddressMatchScheme>()},
+      {"SipAddressMatchSchemeTrailing", matcher<SipAddressMatchSchemeTrailing>()},
+      {"SipAddressMatchUser", matcher<SipAddressMatchUser>()},
+      {"SipAddressMatchPassword", matcher<SipAddressMatchPassword>()},
+      {"SipAddressMatchUserInfo", matcher<SipAddressMatchUserInfo>()},
+      {"SipAddressMatchDisplayName", matcher<SipAddressMatchDisplayName>()},
+      {"SipAddressMatchParamChar", matcher<SipAddressMatchParamChar>()},
+      {"SipMatchOtherParam", matcher<SipMatchOtherParam>()},
+      {"SipAddressMatchHNameValue", matcher<SipAddressMatchHNameValue>()},
+      {"SipAddressMatchHeaders", matcher<SipAddressMatchHeaders>()},
+      {"SipHeaderMatchValue", matcher<SipHeaderMatchValue>(WY_SIP_HEADER_TYPE_AUTH)},
+      {"SipNonAuthHeaderMatchValue", matcher<SipNonAuthHeaderMatchValue>()},
+      {"SipHeaderMatchIHeaderChars", matcher<SipHeaderMatchIHeaderChars>()},
+      {"SipHeaderMatchAbsoluteURI", matcher<SipHeaderMatchAbsoluteURI>()},
+      {"TelAddressMatchPhoneDigit", matcher<TelAddressMatchPhoneDigit>()},
+      {"TelAddressMatchPhoneDigitHex", matcher<TelAddressMatchPhoneDigitHex>()},
+      {"TelAddressMatchParamName", matcher<TelAddressMatchParamName>()},
+      {"TelAddressMatchGlobalPhoneNumber", matcher<TelAddressMatchGlobalPhoneNumber>()},
+      {"TelAddressMatchLocalPhoneNumber", matcher<TelAddressMatchLocalPhoneNumber>()},
+      {"TelAddressMatchPhoneNumber",
+       matcher<TelAddressMatchPhoneNumber>(WY_SIP_TELURI_TYPE_GLOBAL)},
+      {"TelAddressMatchContext", matcher<TelAddressMatchContext>()},
+  };
+}
+
+std::string contentOf(const std::string& file) {
+  std::ifstream in(SIPUTILITY_SOURCE_DIR "/" + file);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// Returns the names of the matchers that the headers declare, but those of bases.
+std::set<std::string> declaredMatchers() {
+  std::set<std::string> names;
+  for (const char* header : {"wySipMatch.h", "wySipHeaderMatch.h", "wyTelAddressMatch.h"}) {
+    const std::string text = contentOf(std::string("sip_utility/inc/") + header);
+    const std::regex declaration("class SIPUTILITY_EXPORT (\\w+)");
+    for (std::sregex_iterator each(text.begin(), text.end(), declaration), end; each != end;
+         ++each) {
+      names.insert((*each)[1]);
+    }
+  }
+  for (const char* base : {"SipMatch", "SipMatchCharSet", "SipMatchEscapedCharSet"}) {
+    EXPECT_EQ(1U, names.erase(base));
+  }
+  return names;
+}
+
+// Returns a text of the table as the bytes it stands for; any other backslash is one.
+std::string bytesOf(const std::string& written) {
+  std::string bytes;
+  for (std::size_t i = 0; i < written.size(); ++i) {
+    const std::size_t escape = written[i] == '\\' ? std::string("rntx").find(written[i + 1]) : 4;
+    if (escape < 3) {
+      bytes += "\r\n\t"[escape];
+      ++i;
+    } else if (escape == 3) {
+      bytes += static_cast<char>(std::strtol(written.substr(i + 2, 2).c_str(), nullptr, 16));
+      i += 3;
+    } else {
+      bytes += written[i];
+    }
+  }
+  return bytes;
+}
+
+class GrammarPage : public LibraryTest {
+ protected:
+  // Asks for a text of the table; accepted means whole.
+  void expectCount(const std::string& name, const std::string& written, const std::string& count,
+                   bool accepted) {
+    const auto found = matchers_.find(name);
+    ASSERT_NE(matchers_.end(), found) << name;
+    const SipString text = sipString(bytesOf(written));
+    const unsigned int covered = found->second(SipStrStream(text));
+    EXPECT_EQ(count, std::to_string(covered)) << name << ' ' << written;
+    EXPECT_EQ(accepted, covered == text.length()) << name << ' ' << written;
+    takeLog();
+  }
+
+  const std::map<std::string, Matcher> matchers_ = allMatchers();
+};
+
+TEST_F(GrammarPage, SaysWhatTheMatchersReturn) {
+  const std::string page = contentOf("docs/grammar.md");
+  const std::regex row(R"(\n\|[^|]+\| `(\w+)` \|[^|]+\| `([^`]*)` (\d+) \| `([^`]*)` (\d+) \|)");
+  std::set<std::string> shown;
+  for (std::sregex_iterator each(page.begin(), page.end(), row), end; each != end; ++each) {
+    const std::smatch& cells = *each;
+    expectCount(cells[1], cells[2], cells[3], true);
+    expectCount(cells[1], cells[4], cells[5], false);
+    shown.insert(cells[1]);
+  }
+  EXPECT_EQ(declaredMatchers(), shown);
+}
+
+}  // namespace
