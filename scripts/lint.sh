@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: lint.sh
-# Checks format, shell scripts, the page of log lines, that each exported header compiles alone, and
-# clang-tidy.
+# Checks format, shell scripts, the page of log lines, who includes whom, that each exported header
+# compiles alone, and clang-tidy.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
@@ -11,6 +11,7 @@ set -x
 scripts/format.sh --dry-run -Werror
 git ls-files -z --cached --others --exclude-standard dev .ci/run '*.sh' '*.bash' | xargs -0 shellcheck
 scripts/diagnostics.py --check
+scripts/layers.sh
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
 git ls-files -z --cached --others --exclude-standard 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' \
