@@ -7,6 +7,7 @@
 
 #include "dump.h"
 #include "imsdpl.h"
+#include "text.h"
 #include "wySipUtils.h"
 
 namespace {
@@ -72,6 +73,10 @@ const SipMultipartMessageBody* following(const SipMultipartMessageBody* node) {
   return node->next != nullptr ? node->next : node->child;
 }
 
+bool isMultipartType(std::string_view contentType) {
+  return contentType.find("multipart") < contentType.find(';');
+}
+
 template <typename Function>
 void forEachHeader(const SipMultipartMessageBody& node, Function function) {
   for (SipHeader** header = node.headers; header != nullptr && *header != nullptr; ++header) {
@@ -111,8 +116,29 @@ BodyTree::BodyTree(std::string_view body, const std::string& contentType, Diagno
   }
 }
 
-bool isMultipartType(std::string_view contentType) {
-  return contentType.find("multipart") < contentType.find(';');
+MessageBody::MessageBody(const Message& message) : bytes(message.body) {
+  std::string type;
+  bool gzip = false;
+  for (const Field& field : message.fields) {
+    const std::string_view name = trimmed(field.name);
+    type = sameIgnoringCase(name, "Content-Type") && type.empty() ? field.value : type;
+    gzip = gzip ||
+           (sameIgnoringCase(name, "Content-Encoding") && sameIgnoringCase(field.value, "gzip"));
+  }
+  Diagnostics diagnostics;
+  if (gzip) {
+    std::optional<std::string> inflatedBytes = inflated(bytes);
+    if (!inflatedBytes) {
+      faults = diagnostics.reasons(VARN_INVALID_INPUT);
+      return;
+    }
+    title = "body, " + std::to_string(bytes.size()) + " bytes of gzip";
+    bytes = std::move(*inflatedBytes);
+  }
+  if (isMultipartType(type) && !bytes.empty()) {
+    tree = std::make_unique<BodyTree>(bytes, type, diagnostics);
+    faults = tree->accepted() ? faults : diagnostics.reasons(VARN_INVALID_INPUT);
+  }
 }
 
 std::optional<std::string> deflated(std::string bytes) {

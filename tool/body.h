@@ -2,6 +2,7 @@
 #ifndef TOOL_BODY_H
 #define TOOL_BODY_H
 
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "diagnostics.h"
+#include "message.h"
 #include "sipMultipartmessagebodyUtility.h"
 
 // One part, in the order in which parts are made; numbers begin with 1.
@@ -37,8 +39,15 @@ class BodyTree {
   bool accepted_;
 };
 
-// Returns whether a Content-Type value is that of a multipart body.
-bool isMultipartType(std::string_view contentType);
+// The body of a message as its Content-Encoding and Content-Type say: inflated, and taken apart.
+struct MessageBody {
+  explicit MessageBody(const Message& message);
+
+  std::string bytes;
+  std::string title = "body";
+  std::unique_ptr<BodyTree> tree;   // of a multipart body
+  std::vector<std::string> faults;  // why the library refused it
+};
 
 // Each returns what the library makes of the bytes; nothing when it refuses.
 std::optional<std::string> deflated(std::string bytes);

@@ -61,7 +61,7 @@ std::optional<std::size_t> contentLength(Message& message) {
   return length;
 }
 
-void addField(Message& message, std::string_view line) {
+void addField(Message& message, std::string_view line, std::size_t offset) {
   const std::size_t colon = line.find(':');
   if (colon == std::string_view::npos) {
     message.faults.emplace_back("no colon in the header line: " + std::string(line));
@@ -73,13 +73,13 @@ void addField(Message& message, std::string_view line) {
   const bool compact = kind != nullptr && trimmed(name).size() == 1;
   const std::string shown(compact ? kind->name : name);
   if (kind == nullptr || !kind->list) {
-    message.fields.push_back({shown, std::string(trimmed(value))});
+    message.fields.push_back({shown, std::string(trimmed(value)), offset});
     return;
   }
   const std::vector<std::string_view> pieces = splitList(value);
   for (const std::string_view piece : pieces) {
     if (pieces.size() == 1 || !trimmed(piece).empty()) {
-      message.fields.push_back({shown, std::string(trimmed(piece))});
+      message.fields.push_back({shown, std::string(trimmed(piece)), offset});
     }
   }
 }
@@ -88,11 +88,13 @@ void addField(Message& message, std::string_view line) {
 
 std::optional<Message> MessageReader::next() {
   position_ = std::min(text_.find_first_not_of("\r\n", position_), text_.size());
+  const std::size_t start = position_;
   const std::optional<std::string_view> line = nextLine();
   if (!line) {
     return std::nullopt;
   }
   Message message;
+  message.offset = start;
   message.startLine = *line;
   if (!isStartLine(*line)) {
     message.faults.emplace_back("neither a request line nor a status line: " + message.startLine);
@@ -132,6 +134,7 @@ std::optional<std::string> MessageReader::nextHeaderLine() {
 
 void MessageReader::readFields(Message& message) {
   for (;;) {
+    const std::size_t start = position_;
     const std::optional<std::string> line = nextHeaderLine();
     if (!line) {
       message.faults.emplace_back("the text ends inside the header, no empty line follows");
@@ -140,7 +143,7 @@ void MessageReader::readFields(Message& message) {
     if (line->empty()) {
       return;
     }
-    addField(message, *line);
+    addField(message, *line, start);
   }
 }
 

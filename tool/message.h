@@ -9,8 +9,9 @@
 
 // One value of a header field: a field that is a list gives several.
 struct Field {
-  std::string name;   // the long form of a compact one, else as it stands
-  std::string value;  // unfolded, without the white space around it
+  std::string name;        // the long form of a compact one, else as it stands
+  std::string value;       // unfolded, without the white space around it
+  std::size_t offset = 0;  // of its line in the text
 };
 
 struct Message {
@@ -18,6 +19,7 @@ struct Message {
   std::vector<Field> fields;
   std::string_view body;
   std::vector<std::string> faults;  // what is wrong with the message as a whole
+  std::size_t offset = 0;           // of its start line in the text
 };
 
 // Takes messages off the front of a text, which must outlive them. Lines end in CRLF or LF; a

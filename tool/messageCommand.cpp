@@ -70,43 +70,6 @@ class MessagePrinter {
     std::string sentBy;  // of a Via; "" where it cannot be reduced
   };
 
-  // The body as the library sees it: inflated, and taken apart.
-  struct ReadBody {
-    explicit ReadBody(const Message& message) : bytes(message.body) {
-      std::string type;
-      bool gzip = false;
-      for (const Field& field : message.fields) {
-        const std::string_view name = trimmed(field.name);
-        type = sameIgnoringCase(name, "Content-Type") && type.empty() ? field.value : type;
-        gzip = gzip || (sameIgnoringCase(name, "Content-Encoding") &&
-                        sameIgnoringCase(field.value, "gzip"));
-      }
-      Diagnostics diagnostics;
-      if (gzip) {
-        inflate(diagnostics);
-      }
-      if (faults.empty() && isMultipartType(type) && !bytes.empty()) {
-        tree = std::make_unique<BodyTree>(bytes, type, diagnostics);
-        faults = tree->accepted() ? faults : diagnostics.reasons(VARN_INVALID_INPUT);
-      }
-    }
-
-    void inflate(const Diagnostics& diagnostics) {
-      std::optional<std::string> inflatedBytes = inflated(bytes);
-      if (inflatedBytes) {
-        title = "body, " + std::to_string(bytes.size()) + " bytes of gzip";
-        bytes = std::move(*inflatedBytes);
-      } else {
-        faults = diagnostics.reasons(VARN_INVALID_INPUT);
-      }
-    }
-
-    std::string bytes;
-    std::string title = "body";
-    std::unique_ptr<BodyTree> tree;  // of a multipart body
-    std::vector<std::string> faults;
-  };
-
   void count(const ReadField& read) {
     ++counts_.fields;
     counts_.refused += read.code == VARN_OK ? 0 : 1;
@@ -126,7 +89,7 @@ class MessagePrinter {
         object["headers"].push_back(fieldJson(read));
       }
     }
-    const ReadBody body(message);
+    const MessageBody body(message);
     counts_.refused += body.faults.size();
     addContent(object["body"], body.bytes);
     if (body.tree != nullptr) {
@@ -200,7 +163,7 @@ class MessagePrinter {
     if (message.body.empty()) {
       return;
     }
-    const ReadBody body(message);
+    const MessageBody body(message);
     counts_.refused += body.faults.size();
     if (body.tree == nullptr) {
       std::cout << indented(contentLines(body.title, body.bytes), kIndent);
