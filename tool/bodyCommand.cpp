@@ -19,11 +19,6 @@ struct BodyOptions {
   bool verbose = false;
 };
 
-int complain(const std::string& what, int status) {
-  std::cerr << "siputil: " << what << '\n';
-  return status;
-}
-
 std::vector<Part> selected(const BodyOptions& options, const std::vector<Part>& parts) {
   std::vector<Part> wanted;
   std::copy_if(
@@ -96,14 +91,12 @@ std::function<int()> prepareBody(CLI::App& parser) {
                           ->check(CLI::PositiveNumber);
   parser.add_flag("--raw", options->raw, "Write the bytes of the part, nothing else")->needs(part);
   addOutputOptions(parser, options->json, options->verbose);
-  parser.footer("Example: siputil body --type 'multipart/mixed;boundary=b' body.bin");
   return [options] { return runBody(*options); };
 }
 
 std::function<int()> prepareGzip(CLI::App& parser) {
   const auto file = std::make_shared<std::string>("-");
   addFile(parser, *file);
-  parser.footer("Example: siputil gzip message.sip >message.gz");
   return
       [file] { return runConversion(*file, deflated, "the result would be longer than the text"); };
 }
@@ -111,7 +104,6 @@ std::function<int()> prepareGzip(CLI::App& parser) {
 std::function<int()> prepareGunzip(CLI::App& parser) {
   const auto file = std::make_shared<std::string>("-");
   addFile(parser, *file);
-  parser.footer("Example: siputil gunzip message.gz");
   return [file] {
     return runConversion(*file, inflated, "no data, or more than the 65535 bytes that are read");
   };

@@ -9,7 +9,11 @@
 #include <iostream>
 #include <iterator>
 
+#include "text.h"
+
 namespace {
+
+std::string colourChoice = "auto";
 
 // Splits `name=value` at the first "="; without one the value is empty.
 Edit makeEdit(Edit::Kind kind, const std::string& text) {
@@ -36,8 +40,15 @@ std::string joined(const std::vector<std::string>& names) {
 
 }  // namespace
 
-void addOutputOptions(CLI::App& parser, bool& json, bool& verbose) {
+void addFormatOptions(CLI::App& parser, bool& json) {
   parser.add_flag("--json", json, "Print JSON, one object a line");
+  parser.add_option("--color", colourChoice, "Print colours: auto, always or never")
+      ->check(CLI::IsMember({"auto", "always", "never"}).description(""))
+      ->type_name("WHEN");
+}
+
+void addOutputOptions(CLI::App& parser, bool& json, bool& verbose) {
+  addFormatOptions(parser, json);
   parser.add_flag("-v,--verbose", verbose, "Show everything the library logs");
 }
 
@@ -119,4 +130,19 @@ bool readFile(const std::string& name, std::string& text) {
   return name == "-" || file.is_open();
 }
 
-bool colourWanted() { return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr; }
+int complain(const std::string& what, int status) {
+  std::cerr << "siputil: " << printable(what) << '\n';
+  return status;
+}
+
+bool colourWanted() {
+  if (colourChoice != "auto") {
+    return colourChoice == "always";
+  }
+  const char* forbidden = std::getenv("NO_COLOR");
+  return isatty(STDOUT_FILENO) != 0 && (forbidden == nullptr || *forbidden == '\0');
+}
+
+std::string emphasised(const std::string& text) {
+  return colourWanted() ? "\x1b[1m" + text + "\x1b[0m" : text;
+}

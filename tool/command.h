@@ -29,7 +29,10 @@ struct Options {
   std::vector<Edit> edits;  // in the order of the command line
 };
 
-// Adds --json and -v to the parser of a command.
+// Adds --json and --color to the parser of a command.
+void addFormatOptions(CLI::App& parser, bool& json);
+
+// Adds --json, --color and -v to the parser of a command.
 void addOutputOptions(CLI::App& parser, bool& json, bool& verbose);
 
 // Takes what follows the first texts, "--" and its effect included; throws for an option that there
@@ -37,12 +40,12 @@ void addOutputOptions(CLI::App& parser, bool& json, bool& verbose);
 // number of texts splits "[a,b]" in two, and calls itself for each "[".
 void takeRest(const CLI::App& parser, std::vector<std::string>& texts, std::size_t most);
 
-// Adds TEXT, --json and -v to the parser of a command on one text.
+// Adds TEXT, --json, --color and -v to the parser of a command on one text.
 void addTextArgument(CLI::App& parser, Options& options);
 
-// Adds the options of a command on one text: TEXT, --json, -v, --set, --param and --remove-param.
-// --set takes the given piece names; the check looks at its value and returns what a right one
-// would be, or "".
+// Adds the options of a command on one text: those above, --set, --param and --remove-param. --set
+// takes the given piece names; the check looks at its value and returns what a right one would be,
+// or "".
 void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
                     std::string (*check)(const Edit& edit));
 
@@ -55,20 +58,29 @@ int forEachText(const Options& options,
 // Reads a file, or standard input for `-`; false when it cannot be read.
 bool readFile(const std::string& name, std::string& text);
 
-// Returns whether standard output is a terminal on which colours are welcome.
+// Says on standard error what is wrong; returns the status.
+int complain(const std::string& what, int status);
+
+// Returns whether standard output gets colours: as --color says, else where it is a terminal and
+// NO_COLOR is not set.
 bool colourWanted();
+
+// Returns the text bold where colours are wanted.
+std::string emphasised(const std::string& text);
 
 // A command: adds its options to the parser and returns what to run once they are read.
 struct Command {
   const char* name;
   const char* help;
   std::function<int()> (*prepare)(CLI::App& parser);
+  std::vector<const char*> examples;  // lines for a shell
 };
 
 std::function<int()> prepareAddress(CLI::App& parser);
 std::function<int()> prepareTel(CLI::App& parser);
 std::function<int()> prepareHeader(CLI::App& parser);
 std::function<int()> prepareMessage(CLI::App& parser);
+std::function<int()> prepareCheck(CLI::App& parser);
 std::function<int()> prepareVia(CLI::App& parser);
 std::function<int()> prepareBody(CLI::App& parser);
 std::function<int()> prepareGzip(CLI::App& parser);

@@ -1,9 +1,13 @@
 // fields.cpp - the header fields that SIP and its IMS extensions define, as far as reading goes.
 #include "fields.h"
 
+#include <algorithm>
+
 #include "text.h"
 
 namespace {
+
+constexpr std::size_t kMostSteps = 2;  // to a name that a misspelled one may mean
 
 constexpr bool kList = true;
 constexpr bool kAddress = true;
@@ -14,26 +18,50 @@ const FieldKind kFields[] = {
     {"Accept-Encoding", 0, kList, false},
     {"Accept-Language", 0, kList, false},
     {"Accept-Resource-Priority", 0, kList, false},
+    {"Additional-Identity", 0, false, false},
     {"Alert-Info", 0, kList, false},
+    {"AlertMsg-Error", 0, false, false},
     {"Allow", 0, kList, false},
     {"Allow-Events", 'u', kList, false},
+    {"Answer-Mode", 0, false, false},
+    {"Attestation-Info", 0, false, false},
+    {"Authentication-Info", 0, false, false},
+    {"Authorization", 0, false, false},
+    {"CSeq", 0, false, false},
     {"Call-ID", 'i', false, false},
     {"Call-Info", 0, kList, false},
+    {"Cellular-Network-Info", 0, false, false},
     {"Contact", 'm', kList, kAddress},
+    {"Content-Disposition", 0, false, false},
     {"Content-Encoding", 'e', kList, false},
     {"Content-Language", 0, kList, false},
     {"Content-Length", 'l', false, false},
     {"Content-Type", 'c', false, false},
+    {"DC-Info", 0, false, false},
+    {"Date", 0, false, false},
     {"Diversion", 0, kList, kAddress},
     {"Error-Info", 0, kList, false},
     {"Event", 'o', false, false},
+    {"Expires", 0, false, false},
     {"Feature-Caps", 0, kList, false},
+    {"Flow-Timer", 0, false, false},
     {"From", 'f', false, kAddress},
     {"Geolocation", 0, kList, false},
+    {"Geolocation-Error", 0, false, false},
+    {"Geolocation-Routing", 0, false, false},
     {"History-Info", 0, kList, kAddress},
     {"Identity", 'y', false, false},
     {"Identity-Info", 'n', false, false},
     {"In-Reply-To", 0, kList, false},
+    {"Info-Package", 0, false, false},
+    {"Join", 0, false, false},
+    {"MIME-Version", 0, false, false},
+    {"Max-Breadth", 0, false, false},
+    {"Max-Forwards", 0, false, false},
+    {"Min-Expires", 0, false, false},
+    {"Min-SE", 0, false, false},
+    {"Organization", 0, false, false},
+    {"Origination-Id", 0, false, false},
     {"P-Access-Network-Info", 0, kList, false},
     {"P-Asserted-Identity", 0, kList, kAddress},
     {"P-Asserted-Service", 0, kList, false},
@@ -51,30 +79,59 @@ const FieldKind kFields[] = {
     {"Path", 0, kList, kAddress},
     {"Permission-Missing", 0, kList, kAddress},
     {"Policy-Contact", 0, kList, false},
+    {"Priority", 0, false, false},
+    {"Priority-Share", 0, false, false},
+    {"Priority-Verstat", 0, false, false},
+    {"Priv-Answer-Mode", 0, false, false},
+    {"Privacy", 0, false, false},
+    {"Proxy-Authenticate", 0, false, false},
+    {"Proxy-Authorization", 0, false, false},
     {"Proxy-Require", 0, kList, false},
+    {"RAck", 0, false, false},
+    {"RSeq", 0, false, false},
     {"Reason", 0, kList, false},
     {"Record-Route", 0, kList, kAddress},
     {"Recv-Info", 0, kList, false},
+    {"Refer-Events-At", 0, false, false},
+    {"Refer-Sub", 0, false, false},
     {"Refer-To", 'r', false, kAddress},
     {"Referred-By", 'b', false, kAddress},
     {"Reject-Contact", 'j', kList, false},
+    {"Relayed-Charge", 0, false, false},
     {"Remote-Party-ID", 0, kList, kAddress},
+    {"Replaces", 0, false, false},
     {"Reply-To", 0, false, kAddress},
     {"Request-Disposition", 'd', kList, false},
     {"Require", 0, kList, false},
     {"Resource-Priority", 0, kList, false},
+    {"Resource-Share", 0, false, false},
+    {"Response-Source", 0, false, false},
+    {"Restoration-Info", 0, false, false},
+    {"Retry-After", 0, false, false},
     {"Route", 0, kList, kAddress},
+    {"SIP-ETag", 0, false, false},
+    {"SIP-If-Match", 0, false, false},
     {"Security-Client", 0, kList, false},
     {"Security-Server", 0, kList, false},
     {"Security-Verify", 0, kList, false},
+    {"Server", 0, false, false},
+    {"Service-Interact-Info", 0, false, false},
     {"Service-Route", 0, kList, kAddress},
     {"Session-Expires", 'x', false, false},
+    {"Session-ID", 0, false, false},
     {"Subject", 's', false, false},
+    {"Subscription-State", 0, false, false},
     {"Supported", 'k', kList, false},
+    {"Suppress-If-Match", 0, false, false},
+    {"Target-Dialog", 0, false, false},
+    {"Timestamp", 0, false, false},
     {"To", 't', false, kAddress},
+    {"Trigger-Consent", 0, false, false},
     {"Unsupported", 0, kList, false},
+    {"User-Agent", 0, false, false},
     {"User-to-User", 0, kList, false},
     {"Via", 'v', kList, false},
+    {"WWW-Authenticate", 0, false, false},
     {"Warning", 0, kList, false},
 };
 
@@ -114,6 +171,19 @@ const FieldKind* findField(std::string_view name) {
     }
   }
   return nullptr;
+}
+
+std::string_view likelyField(std::string_view name) {
+  const std::string_view prefix = name.substr(0, 2);
+  if (findField(name) != nullptr || sameIgnoringCase(prefix, "X-") ||
+      sameIgnoringCase(prefix, "P-")) {
+    return "";
+  }
+  std::vector<std::string_view> names;
+  for (const FieldKind& field : kFields) {
+    names.push_back(field.name);
+  }
+  return closest(name, names, std::min(name.size() / 4, kMostSteps));
 }
 
 std::vector<std::string_view> splitList(std::string_view text) {

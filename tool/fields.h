@@ -17,6 +17,10 @@ struct FieldKind {
 // an unknown one.
 const FieldKind* findField(std::string_view name);
 
+// Returns the name of the known field that an unknown one may be misspelled for; "" for none, for a
+// short name and for one that begins with "X-" or "P-".
+std::string_view likelyField(std::string_view name);
+
 // Splits a field's text at the commas that stand outside quotes and angle brackets. White space
 // around the pieces stays.
 std::vector<std::string_view> splitList(std::string_view text);

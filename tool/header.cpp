@@ -1,4 +1,5 @@
 // header.cpp - siputil header: takes header fields apart, edits them and writes them back.
+#include "fields.h"
 #include "textCommand.h"
 
 namespace {
@@ -22,6 +23,11 @@ int runOn(const Options& options, const std::string& text, unsigned long line) {
   } else {
     result.code = VARN_INVALID_INPUT;
     result.reason = "a header field is NAME: VALUE, but there is no colon";
+  }
+  const std::string name(trimmed(text.substr(0, colon)));
+  const std::string_view meant = likelyField(name);
+  if (whole && !meant.empty()) {
+    result.note = "note: '" + name + "' is no known field, is it '" + std::string(meant) + "'?";
   }
   result.json = [&] { return toJson(header, result.code); };
   result.line = [&] { return with(pieces(header), "text", header.toString()); };

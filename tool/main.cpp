@@ -1,44 +1,153 @@
 // main.cpp - siputil: SIP text in a shell. The table of its commands, and their exit statuses.
+#include <algorithm>
 #include <iostream>
+#include <iterator>
 #include <stdexcept>
 
 #include "command.h"
+#include "text.h"
 
 namespace {
 
+constexpr std::size_t kNameWidth = 14;
+
+// The tests run the examples; message.sip, body.bin, message.gz, uris.txt and the directory traces
+// are there.
 const Command kCommands[] = {
-    {"address", "Take a SIP address apart, edit it and write it back", prepareAddress},
-    {"tel", "Take a tel address apart, edit it and turn it into a SIP address", prepareTel},
-    {"header", "Take a header field apart, edit it and write it back", prepareHeader},
-    {"message", "Show whole SIP messages and what is wrong with them", prepareMessage},
-    {"body", "Take the body of a message apart", prepareBody},
-    {"gzip", "Compress a message as the library does", prepareGzip},
-    {"gunzip", "Expand a gzip body", prepareGunzip},
-    {"via", "Reduce the value of a Via header field to its sent-by", prepareVia},
-    {"compare", "Tell whether two SIP URIs have the same user, port and host", preparePlainText},
-    {"host", "Tell what kind of address a host is", preparePlainText},
-    {"quote", "Percent-encode the user-info of SIP URIs or lists of them", preparePlainText},
-    {"feature-tag", "Percent-encode the colons of a quoted feature-tag value", preparePlainText},
-    {"sort", "Order a list separated by semicolons, in one pass", preparePlainText},
-    {"max-q", "Find the highest of q-values that all differ", preparePlainText},
-    {"imei", "Write the digits of an IMEI in groups", preparePlainText},
+    {"address",
+     "Take a SIP address apart, edit it and write it back",
+     prepareAddress,
+     {R"(siputil address '"Alice" <sip:alice@example.test:5060;transport=tcp;lr>')",
+      "siputil address 'sip:alice@example.test' --set port=5070 --param lr",
+      "siputil address - --json <uris.txt"}},
+    {"tel",
+     "Take a tel address apart, edit it and turn it into a SIP address",
+     prepareTel,
+     {"siputil tel 'tel:+1-201-555-0123;ext=7'",
+      "siputil tel 'tel:7042;phone-context=example.test' --to-sip sip:host.test"}},
+    {"header",
+     "Take a header field apart, edit it and write it back",
+     prepareHeader,
+     {"siputil header 'Contact: <sip:bob@host.test>;expires=60'",
+      "siputil header 'Via: SIP/2.0/UDP a.test;branch=z9hG4bK1' --set name=v --remove-param branch"}},
+    {"message",
+     "Show whole SIP messages and what is wrong with them",
+     prepareMessage,
+     {"siputil message message.sip", "siputil message --only Via --only Contact message.sip",
+      "siputil message --color=always message.sip | less -R"}},
+    {"check",
+     "Read any number of messages and show what is refused, by reason",
+     prepareCheck,
+     {"siputil check traces", "siputil check --json message.sip traces"}},
+    {"body",
+     "Take the body of a message apart",
+     prepareBody,
+     {"siputil body --type 'multipart/mixed;boundary=b' body.bin",
+      "siputil body --type 'multipart/mixed;boundary=b' --part 1 --raw body.bin"}},
+    {"gzip",
+     "Compress a message as the library does",
+     prepareGzip,
+     {"siputil gzip message.sip | wc -c", "siputil gzip message.sip | siputil gunzip"}},
+    {"gunzip",
+     "Expand a gzip body",
+     prepareGunzip,
+     {"siputil gunzip message.gz", "siputil gunzip message.gz | siputil message"}},
+    {"via",
+     "Reduce the value of a Via header field to its sent-by",
+     prepareVia,
+     {"siputil via 'SIP/2.0/UDP 10.0.0.1:5060;branch=z9hG4bK1'",
+      "siputil via --json 'SIP/2.0/TCP host.test'"}},
+    {"compare",
+     "Tell whether two SIP URIs have the same user, port and host",
+     preparePlainText,
+     {"siputil compare sip:a@[::1] 'sip:a@[0::1];lr'",
+      "siputil compare sip:a@b.test 'sip:a@b.test;lr' && echo equal"}},
+    {"host",
+     "Tell what kind of address a host is",
+     preparePlainText,
+     {"siputil host '[::1]'", "siputil host --json 192.0.2.1"}},
+    {"quote",
+     "Percent-encode the user-info of SIP URIs or lists of them",
+     preparePlainText,
+     {"siputil quote sip:a:b@host.test", "siputil quote 'sip:a:b@host.test,sip:c@host.test'"}},
+    {"feature-tag",
+     "Percent-encode the colons of a quoted feature-tag value",
+     preparePlainText,
+     {R"(siputil feature-tag 'a;tag="x:y"' tag)",
+      R"(siputil feature-tag '+g.3gpp.icsi-ref="urn:urn-7:x"' icsi-ref)"}},
+    {"sort",
+     "Order a list separated by semicolons, in one pass",
+     preparePlainText,
+     {"siputil sort 'c;a;b'", "siputil sort --json 'b;a'"}},
+    {"max-q",
+     "Find the highest of q-values that all differ",
+     preparePlainText,
+     {"siputil max-q 0.5 1.0 0.7", "siputil max-q --json 0.1 0.25"}},
+    {"imei",
+     "Write the digits of an IMEI in groups",
+     preparePlainText,
+     {"siputil imei 123456789012345", "siputil imei --json 123456789012345"}},
 };
 
-int run(int argc, char** argv) {
-  CLI::App parser("Reads, checks, edits and writes SIP text.", "siputil");
-  parser.require_subcommand(1);
-  parser.set_version_flag("--version", "siputil " SIPUTIL_VERSION);
-  std::function<int()> chosen;
+int printHelp() {
+  std::cout << "Reads, checks, edits and writes SIP text.\n"
+               "Usage: siputil COMMAND [OPTIONS] [ARGUMENT...]\n"
+               "       siputil --help | --version | COMMAND --help\n\n"
+               "Commands:\n";
   for (const Command& command : kCommands) {
-    CLI::App* added = parser.add_subcommand(command.name, command.help);
-    added->callback([&chosen, work = command.prepare(*added)] { chosen = work; });
+    const std::string name = command.name;
+    std::cout << "  " << name << std::string(kNameWidth - name.size(), ' ') << command.help << '\n';
   }
+  return kAccepted;
+}
+
+int complainOfCommand(const std::string& name) {
+  std::vector<std::string_view> names;
+  for (const Command& command : kCommands) {
+    names.emplace_back(command.name);
+  }
+  const std::string_view meant = closest(name, names, name.size() / 3);
+  const std::string hint = meant.empty() ? "; siputil --help lists them"
+                                         : "; did you mean '" + std::string(meant) + "'?";
+  return complain("there is no command '" + name + "'" + hint, kWrongUsage);
+}
+
+// Runs a command. Its parser stands alone: below another one it would take a "++" for the end of
+// the command.
+int run(const Command& command, int argc, char** argv) {
+  CLI::App parser(command.help, command.name);
+  const std::function<int()> work = command.prepare(parser);
+  std::string examples = "Examples:";
+  for (const char* example : command.examples) {
+    examples.append("\n  ").append(example);
+  }
+  parser.footer(examples);
   try {
     parser.parse(argc, argv);
-    return chosen();
-  } catch (const CLI::Success& success) {
-    return parser.exit(success);
+  } catch (const CLI::CallForHelp&) {
+    std::cout << parser.help("siputil");
+    return kAccepted;
   }
+  return work();
+}
+
+int run(int argc, char** argv) {
+  if (argc < 2) {
+    return complain("a command is required; siputil --help lists them", kWrongUsage);
+  }
+  const std::string name = argv[1];
+  if (name == "--help" || name == "-h") {
+    return printHelp();
+  }
+  if (name == "--version") {
+    std::cout << "siputil " SIPUTIL_VERSION "\n";
+    return kAccepted;
+  }
+  const auto* command =
+      std::find_if(std::begin(kCommands), std::end(kCommands),
+                   [&name](const Command& candidate) { return name == candidate.name; });
+  return command == std::end(kCommands) ? complainOfCommand(name)
+                                        : run(*command, argc - 1, argv + 1);
 }
 
 }  // namespace
@@ -52,7 +161,6 @@ int main(int argc, char** argv) {
     }
     return status;
   } catch (const std::exception& error) {
-    std::cerr << "siputil: " << error.what() << '\n';
-    return kWrongUsage;
+    return complain(error.what(), kWrongUsage);
   }
 }

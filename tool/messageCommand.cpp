@@ -140,6 +140,10 @@ class MessagePrinter {
               << std::string(width - std::min(width, name.size()) + 2, ' ')
               << printable(refused ? trimmed(field.value) : bytes(read.header.getValue())) << '\n';
     const std::string indent(kIndent + width + 4, ' ');
+    const std::string_view meant = likelyField(trimmed(field.name));
+    if (!meant.empty()) {
+      std::cout << indent << "? is it '" << meant << "'?\n";
+    }
     if (refused) {
       for (const std::string& reason : read.diagnostics.reasons(read.code)) {
         std::cout << indent << "! " << printable(reason) << '\n';

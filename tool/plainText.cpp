@@ -86,20 +86,17 @@ struct Question {
   int fewest;
   std::size_t most;
   Answer (*ask)(Texts& texts);
-  const char* example;
 };
 
 const Question kQuestions[] = {
-    {"compare", "URI", "Two SIP URIs", 2, 2, compare,
-     "siputil compare sip:a@[::1] 'sip:a@[0::1];lr'"},
-    {"host", "TEXT", "A host, in brackets or bare", 1, 1, host, "siputil host '[::1]'"},
-    {"quote", "TEXT", "SIP URIs, or lists of them", 1, kEachAlone, quote,
-     "siputil quote sip:a:b@host.test"},
-    {"feature-tag", "TEXT REFERENCE", "A text and the name in front of the value", 2, 2, featureTag,
-     "siputil feature-tag 'a;tag=\"x:y\"' tag"},
-    {"sort", "LIST", "Elements between semicolons", 1, 1, sort, "siputil sort 'c;a;b'"},
-    {"max-q", "Q", "Values from 0 to 1", 1, kMostQValues, maxQ, "siputil max-q 0.5 1.0 0.7"},
-    {"imei", "DIGITS", "At least 15 digits", 1, 1, imei, "siputil imei 123456789012345"},
+    {"compare", "URI", "Two SIP URIs", 2, 2, compare},
+    {"host", "TEXT", "A host, in brackets or bare", 1, 1, host},
+    {"quote", "TEXT", "SIP URIs, or lists of them", 1, kEachAlone, quote},
+    {"feature-tag", "TEXT REFERENCE", "A text and the name in front of the value", 2, 2,
+     featureTag},
+    {"sort", "LIST", "Elements between semicolons", 1, 1, sort},
+    {"max-q", "Q", "Values from 0 to 1", 1, kMostQValues, maxQ},
+    {"imei", "DIGITS", "At least 15 digits", 1, 1, imei},
 };
 
 struct PlainTextOptions : Options {
@@ -158,7 +155,6 @@ std::function<int()> preparePlainText(CLI::App& parser) {
       ->allow_extra_args(false)
       ->type_name("");
   addOutputOptions(parser, options->json, options->verbose);
-  parser.footer(std::string("Example: ") + question.example);
   parser.allow_extras();
   return [options, &question, &parser] {
     takeRest(parser, options->texts, question.most);

@@ -2,6 +2,7 @@
 #include "text.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "wySipMatch.h"
 
@@ -61,6 +62,28 @@ int lowerCase(char c) {
   return WySipIsAlpha(code) != 0 ? code | 0x20 : code;
 }
 
+// Returns how many steps lead from one text to the other: a letter more, less or another one, or
+// two neighbours swapped. Row i of the table holds the steps from i letters of a to j of b.
+std::size_t distance(std::string_view a, std::string_view b) {
+  const std::size_t width = b.size() + 1;
+  std::vector<std::size_t> steps((a.size() + 1) * width);
+  std::iota(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(width), 0);
+  const auto same = [a, b](std::size_t i, std::size_t j) {
+    return lowerCase(a[i - 1]) == lowerCase(b[j - 1]);
+  };
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t* row = &steps[i * width];
+    const std::size_t* above = row - width;
+    row[0] = i;
+    for (std::size_t j = 1; j < width; ++j) {
+      const bool swapped = i > 1 && j > 1 && same(i, j - 1) && same(i - 1, j);
+      const std::size_t swap = swapped ? (above - width)[j - 2] + 1 : row[j - 1] + 1;
+      row[j] = std::min({swap, above[j] + 1, row[j - 1] + 1, above[j - 1] + (same(i, j) ? 0 : 1)});
+    }
+  }
+  return steps.back();
+}
+
 }  // namespace
 
 std::string printable(std::string_view text) {
@@ -101,4 +124,22 @@ std::string_view trimmed(std::string_view text) {
   const std::size_t first = std::min(text.find_first_not_of(" \t"), text.size());
   const std::size_t last = text.find_last_not_of(" \t");
   return last == std::string_view::npos ? std::string_view() : text.substr(first, last + 1 - first);
+}
+
+std::string_view closest(std::string_view name, const std::vector<std::string_view>& names,
+                         std::size_t most) {
+  std::string_view best;
+  std::size_t fewest = most + 1;
+  for (const std::string_view candidate : names) {
+    // A name from the network may be of any length.
+    if (name.size() > candidate.size() + most || candidate.size() > name.size() + most) {
+      continue;
+    }
+    const std::size_t steps = distance(name, candidate);
+    if (steps < fewest) {
+      fewest = steps;
+      best = candidate;
+    }
+  }
+  return best;
 }

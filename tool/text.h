@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Returns a text fit for a terminal: control characters and bytes outside well-formed UTF-8 as
 // \xHH, a backslash doubled.
@@ -17,5 +18,10 @@ bool sameIgnoringCase(std::string_view a, std::string_view b);
 
 // Returns the text without the blanks and tabs at its ends.
 std::string_view trimmed(std::string_view text);
+
+// Returns which of the names is closest to this one, ASCII letters without regard to case: at most
+// so many letters are missing, too many, wrong or swapped with a neighbour. Returns "" for none.
+std::string_view closest(std::string_view name, const std::vector<std::string_view>& names,
+                         std::size_t most);
 
 #endif  // TOOL_TEXT_H

@@ -58,6 +58,7 @@ VARN_EXCEPTION_CODES applyAll(Object& object, const std::vector<Edit>& edits,
 struct Result {
   VARN_EXCEPTION_CODES code = VARN_OK;
   std::string reason;                            // the tool's own, where the library has none
+  std::string note;                              // for people, whether accepted or not
   std::function<nlohmann::ordered_json()> json;  // without the diagnostics
   std::function<Pieces()> line;                  // for one line among others
   std::function<Pieces()> lines;                 // for one text alone
@@ -67,6 +68,9 @@ struct Result {
 // logged. Returns the exit status.
 inline int report(const Result& result, const Options& options, const Diagnostics& diagnostics,
                   const std::string& place) {
+  if (!result.note.empty()) {
+    std::cerr << "siputil: " << place << printable(result.note) << '\n';
+  }
   if (!result.reason.empty()) {
     std::cerr << "siputil: " << place << result.reason << '\n';
   } else if (result.code != VARN_OK && !(options.verbose && diagnostics.hasFailure())) {

@@ -67,6 +67,5 @@ std::string sentByUri(const std::string& via) {
 std::function<int()> prepareVia(CLI::App& parser) {
   const auto options = std::make_shared<Options>();
   addTextArgument(parser, *options);
-  parser.footer("Example: siputil via 'SIP/2.0/UDP 10.0.0.1:5060;branch=z9hG4bK1'");
   return runOnEachText<Options>(options, runOn);
 }

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Usage: examples.sh SIPUTIL DATA
+# Runs the examples that `siputil COMMAND --help` shows, beside the files that they name: each must
+# succeed and print something, and each command must have two.
+set -euo pipefail
+
+siputil=$(readlink -f "$1") data=$(readlink -f "$2")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+siputil() { "$siputil" "$@"; }
+# Stands for the pager, which may not be there.
+less() { cat; }
+export -f siputil less
+export siputil
+mkdir traces
+cp "$data/messages/prack.sip" message.sip
+cp "$data/messages/register.sip" "$data/messages/redirect-302.sip" traces
+printf -- '--b\r\n\r\nhello\r\n--b--\r\n' >body.bin
+printf 'sip:a@b.test\nsip:[::1]\n' >uris.txt
+siputil gzip message.sip >message.gz
+
+run=0
+for command in $(siputil --help | sed '1,/^Commands:/d; s/^ *\([^ ]*\).*/\1/'); do
+  siputil "$command" --help | sed -n '1,/^Examples:/d; s/^  //p' >examples
+  [ "$(wc -l <examples)" -ge 2 ] || { echo "$command has few examples"; exit 1; }
+  while IFS= read -r example; do
+    echo "$example"
+    bash -euo pipefail -c "$example" >output </dev/null
+    [ -s output ]
+    run=$((run + 1))
+  done <examples
+done
+echo "$run examples"
+[ "$run" -gt 0 ]

@@ -1,0 +1,290 @@
+// check.cpp - siputil check: what the library refuses of many messages, grouped by reason.
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <filesystem>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <optional>
+
+#include "body.h"
+#include "command.h"
+#include "diagnostics.h"
+#include "dump.h"
+#include "message.h"
+#include "progress.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// What a group keeps does not grow with what is checked.
+constexpr std::size_t kMostReasons = 1000;
+constexpr std::size_t kMostReasonLines = 8;
+constexpr std::size_t kMostExampleText = 100;
+
+struct CheckOptions {
+  std::vector<std::string> paths;
+  bool json = false;
+};
+
+// The lines that tell why something was refused.
+using Reason = std::vector<std::string>;
+
+struct Example {
+  std::string file;
+  std::size_t line;
+  std::optional<std::string> field;  // none for a message as a whole and its body
+  std::string text;
+};
+
+struct Group {
+  unsigned long count;
+  Example first;
+};
+
+struct Counts {
+  unsigned long files = 0;
+  unsigned long messages = 0;
+  unsigned long fields = 0;
+  unsigned long refused = 0;
+};
+
+bool isAlphanumeric(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; }
+
+// Returns the text with N for each word that begins with a digit, as ports and lengths do: a reason
+// is the same for all of them.
+std::string withoutNumbers(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const auto* const end = std::find_if_not(text.begin(), text.end(), isAlphanumeric);
+    const auto length = static_cast<std::size_t>(end - text.begin());
+    const bool number = length != 0 && std::isdigit(static_cast<unsigned char>(text[0])) != 0;
+    result.append(number ? "N" : text.substr(0, length)).append(text.substr(length, 1));
+    text.remove_prefix(std::min(length + 1, text.size()));
+  }
+  return result;
+}
+
+// Checks texts and keeps what was refused.
+class Checker {
+ public:
+  // The progress had come to so many bytes before.
+  void check(const std::string& file, std::string_view text, Progress& progress, std::size_t done) {
+    file_ = file;
+    text_ = text;
+    lineOffset_ = 0;
+    line_ = 1;
+    ++counts_.files;
+    MessageReader reader(text);
+    while (const std::optional<Message> message = reader.next()) {
+      check(*message);
+      progress.at(done + reader.position());
+    }
+  }
+
+  const Counts& counts() const { return counts_; }
+
+  // Returns the groups, largest first.
+  std::vector<std::pair<Reason, Group>> groups() const {
+    std::vector<std::pair<Reason, Group>> sorted(groups_.begin(), groups_.end());
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const auto& a, const auto& b) { return a.second.count > b.second.count; });
+    return sorted;
+  }
+
+ private:
+  void check(const Message& message) {
+    ++counts_.messages;
+    for (const std::string& fault : message.faults) {
+      refuse({fault.substr(0, fault.find(": "))}, message.offset, std::nullopt, fault);
+    }
+    for (const Field& field : message.fields) {
+      ++counts_.fields;
+      const Diagnostics diagnostics;
+      const SipHeader header(sipString(field.name), sipString(field.value));
+      if (header.GetLastErrorCode() != VARN_OK) {
+        refuse(diagnostics.reasons(header.GetLastErrorCode()), field.offset, field.name,
+               field.value);
+      }
+    }
+    const MessageBody body(message);
+    if (!body.faults.empty()) {
+      refuse(body.faults, static_cast<std::size_t>(message.body.data() - text_.data()),
+             std::nullopt, "body, " + std::to_string(message.body.size()) + " bytes");
+    }
+  }
+
+  void refuse(Reason reason, std::size_t offset, const std::optional<std::string>& field,
+              const std::string& text) {
+    ++counts_.refused;
+    reason.resize(std::min(reason.size(), kMostReasonLines));
+    std::transform(reason.begin(), reason.end(), reason.begin(), withoutNumbers);
+    if (groups_.size() >= kMostReasons && groups_.count(reason) == 0) {
+      reason = {"other reasons"};
+    }
+    const auto group = groups_.find(reason);
+    if (group != groups_.end()) {
+      ++group->second.count;
+    } else {
+      Example first = {file_, lineAt(offset), field, text.substr(0, kMostExampleText)};
+      if (first.field) {
+        first.field->resize(std::min(first.field->size(), kMostExampleText));
+      }
+      groups_.emplace(std::move(reason), Group{1, std::move(first)});
+    }
+  }
+
+  // Returns the number of the line at an offset; the offsets of a text come in their order.
+  std::size_t lineAt(std::size_t offset) {
+    const std::string_view passed = text_.substr(lineOffset_, offset - lineOffset_);
+    line_ += static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
+    lineOffset_ = offset;
+    return line_;
+  }
+
+  std::string file_;
+  std::string_view text_;
+  std::size_t lineOffset_ = 0;
+  std::size_t line_ = 1;
+  Counts counts_;
+  std::map<Reason, Group> groups_;
+};
+
+// Puts what a directory holds behind the pending paths, the first name last; false when it cannot
+// be read. Symbolic links are left out, so no walk comes back to where it was, and so is what is
+// neither a file nor a directory.
+bool list(const fs::path& directory, std::vector<fs::path>& pending) {
+  std::error_code error;
+  const auto known = static_cast<std::ptrdiff_t>(pending.size());
+  fs::directory_iterator entry(directory, error);
+  while (!error && entry != fs::directory_iterator()) {
+    const fs::file_status status = entry->symlink_status(error);
+    if (fs::is_regular_file(status) || fs::is_directory(status)) {
+      pending.push_back(entry->path());
+    }
+    entry.increment(error);
+  }
+  std::sort(pending.begin() + known, pending.end(), std::greater<>());
+  return !error;
+}
+
+// Visits each file at or below the paths in the order of their names; tells which directories
+// cannot be read.
+void walk(const std::vector<std::string>& paths,
+          const std::function<void(const std::string& file)>& visit,
+          const std::function<void(const std::string& directory)>& unreadable) {
+  std::vector<fs::path> pending(paths.rbegin(), paths.rend());
+  while (!pending.empty()) {
+    const fs::path path = pending.back();
+    pending.pop_back();
+    std::error_code error;
+    if (!fs::is_directory(path, error)) {
+      visit(path.string());
+    } else if (!list(path, pending)) {
+      unreadable(path.string());
+    }
+  }
+}
+
+// Returns how many bytes stand in the files at or below the paths.
+std::size_t sizeOf(const std::vector<std::string>& paths) {
+  std::size_t sum = 0;
+  const auto add = [&sum](const std::string& file) {
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(file, error);
+    sum += error ? 0 : static_cast<std::size_t>(size);
+  };
+  walk(paths, add, [](const std::string&) {});
+  return sum;
+}
+
+void printJson(const Checker& checker) {
+  const Counts& counts = checker.counts();
+  nlohmann::ordered_json object = {{"files", counts.files},
+                                   {"messages", counts.messages},
+                                   {"fields", counts.fields},
+                                   {"refused", counts.refused},
+                                   {"reasons", nlohmann::ordered_json::array()}};
+  for (const auto& [reason, group] : checker.groups()) {
+    const Example& first = group.first;
+    nlohmann::ordered_json example = {{"file", first.file}, {"line", first.line}};
+    example["field"] = first.field ? nlohmann::ordered_json(*first.field) : nullptr;
+    example["text"] = first.text;
+    object["reasons"].push_back({{"reason", reason}, {"count", group.count}, {"first", example}});
+  }
+  std::cout << jsonLine(object) << '\n';
+}
+
+void printGroups(const Checker& checker) {
+  const auto groups = checker.groups();
+  const std::size_t width = groups.empty() ? 0 : std::to_string(groups.front().second.count).size();
+  const std::string indent(width + 2, ' ');
+  for (const auto& [reason, group] : groups) {
+    const std::string count = std::to_string(group.count);
+    std::cout << std::string(width - count.size(), ' ') << emphasised(count);
+    for (const std::string& line : reason) {
+      std::cout << (&line == &reason.front() ? "  " : indent) << printable(line) << '\n';
+    }
+    const Example& first = group.first;
+    std::cout << indent << "first: " << printable(first.file) << ':' << first.line << ": "
+              << (first.field ? printable(*first.field) + ": " : "") << printable(first.text)
+              << "\n\n";
+  }
+  const Counts& counts = checker.counts();
+  std::cout << counts.files << " files, " << counts.messages << " messages, " << counts.fields
+            << " header fields, " << counts.refused << " refused\n";
+}
+
+// Checks the files at or below the paths; returns the status that those give which cannot be read.
+int checkAll(const std::vector<std::string>& paths, Checker& checker) {
+  int status = kAccepted;
+  const auto complainOf = [&status](const std::string& path) {
+    status = complain(path + " cannot be read", kWrongUsage);
+  };
+  Progress progress(sizeOf(paths));
+  std::size_t done = 0;
+  const auto check = [&](const std::string& file) {
+    std::string text;
+    if (!readFile(file, text)) {
+      return complainOf(file);
+    }
+    checker.check(file, text, progress, done);
+    done += text.size();
+    progress.at(done);
+  };
+  walk(paths, check, complainOf);
+  return status;
+}
+
+int run(const CheckOptions& options) {
+  Checker checker;
+  const int status = checkAll(options.paths, checker);
+  if (options.json) {
+    printJson(checker);
+  } else {
+    printGroups(checker);
+  }
+  return std::max(status, checker.counts().refused == 0 ? kAccepted : kRefused);
+}
+
+}  // namespace
+
+std::function<int()> prepareCheck(CLI::App& parser) {
+  const auto options = std::make_shared<CheckOptions>();
+  parser
+      .add_option("PATH", options->paths,
+                  "Files with messages, directories of them; - is standard input")
+      ->required()
+      ->type_name("")
+      ->expected(1)
+      ->allow_extra_args(false);
+  parser.allow_extras();
+  addFormatOptions(parser, options->json);
+  return [options, &parser] {
+    takeRest(parser, options->paths, SIZE_MAX);
+    return run(*options);
+  };
+}
