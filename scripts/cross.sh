@@ -18,7 +18,8 @@ case ${1-} in
 esac
 processor=$1
 shift
-scripts/need.sh "${tools[@]}" cmake ninja CLI/CLI.hpp nlohmann/json.hpp googletest
+scripts/need.sh "${tools[@]}" cmake ninja CLI/CLI.hpp nlohmann/json.hpp googletest \
+  python3-jsonschema
 
 sysroot=$PWD/build/sysroot-$processor
 if [ ! -d "$sysroot" ]; then

@@ -7,7 +7,7 @@ set -euo pipefail
 package_of() {
   case $1 in
     g++ | cmake | clang-format | clang-tidy | doxygen | gcovr | jq) echo "$1" ;;
-    lintian | pkg-config | python3 | shellcheck | valgrind) echo "$1" ;;
+    lintian | pkg-config | python3 | python3-jsonschema | shellcheck | valgrind) echo "$1" ;;
     clang++) echo clang ;;
     dpkg-shlibdeps) echo dpkg-dev ;;
     ninja) echo ninja-build ;;
@@ -31,6 +31,7 @@ present() {
   case $1 in
     sanitizer/*) echo "#include <$1>" | clang++ -E -x c++ - ;;
     googletest) [ -d /usr/src/googletest ] ;;
+    python3-jsonschema) /usr/bin/python3 -c 'from jsonschema import Draft202012Validator' ;;
     *.h | */*) echo "#include <$1>" | g++ -E -x c++ - ;;
     *) command -v "$1" ;;
   esac >/dev/null 2>&1

@@ -1,0 +1,74 @@
+#!/usr/bin/python3
+# Usage: schema.py SIPUTIL SCHEMA DATA
+# Holds what every command of siputil prints with --json against its definition in the schema.
+import glob
+import json
+import subprocess
+import sys
+
+import jsonschema
+
+siputil, schema_file, data = sys.argv[1:]
+with open(schema_file, encoding="utf-8") as file:
+    SCHEMA = json.load(file)
+jsonschema.Draft202012Validator.check_schema(SCHEMA)
+
+
+def run(*arguments, stdin=None):
+    return subprocess.run([siputil, *arguments], input=stdin, stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL, check=False).stdout.decode("utf-8")
+
+
+def read(name):
+    with open(f"{data}/{name}", "rb") as file:
+        return file.read()
+
+
+def messages(pattern):
+    return sorted(glob.glob(f"{data}/messages/{pattern}.sip"))
+
+
+MULTIPART = (b"MESSAGE sip:a SIP/2.0\r\nVia: SIP/2.0/TLS a\r\nFrom: <tel:+1>\r\nc: multipart/mixed;"
+             b"boundary=b\r\n\r\nA\r\n--b\r\nTo: <sip:a>\r\n\r\n\xff\r\n--b\r\n\r\n--b--\r\nE")
+BODY = MULTIPART.partition(b"\r\n\r\n")[2]
+TYPE = "--type=multipart/mixed;boundary="
+
+# The arguments of each command, and its standard input.
+RUNS = {
+    "address": [(["-"], read("address.txt")), (["*"], None)],
+    "tel": [(["-"], read("tel.txt")), (["tel:+1", "--to-sip=sip:a.test"], None)],
+    "header": [(["-"], read("header.txt")), (["no colon"], None)],
+    "message": [(messages("*"), None), (["-"], MULTIPART), (["-"], b"\n"), (["-"], b"x")],
+    "check": [(messages("*"), None), (messages("prack"), None), (["-"], MULTIPART)],
+    "body": [([TYPE + "b"], BODY), ([TYPE + "c"], BODY)],
+    "via": [(["SIP/2.0/UDP a.test;x=y"], None), (["x"], None)],
+    "compare": [(["sip:a@b", "sip:a@b"], None), (["sip:a@b", "sip:a@c"], None)],
+    "host": [(["::1"], None), (["x"], None)],
+    "quote": [(["sip:a:b@c.test", "x"], None)],
+    "feature-tag": [(['a;t="x:y"', "t"], None), (["a", "t"], None)],
+    "sort": [(["b;a"], None)],
+    "max-q": [(["0.1", "0.2"], None), (["x"], None)],
+    "imei": [(["123456789012345"], None), (["1"], None)],
+}
+
+wrong = 0
+lines = run("--help").partition("Commands:\n")[2].splitlines()
+for command in [line.split()[0] for line in lines]:
+    if "--json" not in run(command, "--help"):
+        continue
+    validator = jsonschema.Draft202012Validator({**SCHEMA, "$ref": f"#/$defs/{command}"})
+    objects = []
+    for arguments, stdin in RUNS[command]:
+        # Only a line end of its own ends an object, not each that Unicode knows.
+        printed = run(command, "--json", *arguments, stdin=stdin).split("\n")[:-1]
+        objects += [json.loads(line) for line in printed]
+    for instance in objects:
+        for error in validator.iter_errors(instance):
+            wrong += 1
+            print(f"{command}: {error.json_path}: {error.message}\n  {json.dumps(instance)}")
+    # A definition that lets everything pass would hold nothing.
+    if not objects or validator.is_valid({}) or validator.is_valid({**objects[0], "extra": 1}):
+        wrong += 1
+        print(f"{command}: nothing printed, or the schema takes any object")
+    print(f"{command}: {len(objects)} objects")
+sys.exit(1 if wrong else 0)
