@@ -1,8 +1,10 @@
 #!/usr/bin/python3
 # Usage: schema.py SIPUTIL SCHEMA DATA
-# Holds what every command of siputil prints with --json against its definition in the schema.
+# Holds what every command of siputil prints with --json against its definition in the schema, and
+# so the output that the cases beside this file expect.
 import glob
 import json
+import os
 import subprocess
 import sys
 
@@ -28,6 +30,17 @@ def messages(pattern):
     return sorted(glob.glob(f"{data}/messages/{pattern}.sip"))
 
 
+def expected():
+    """Returns each line of JSON that a case expects, with the command."""
+    found = []
+    for name in sorted(glob.glob(f"{os.path.dirname(__file__)}/*.case")):
+        with open(name, encoding="utf-8") as file:
+            lines = file.read().split("\n")
+        command = next(line for line in lines if line.startswith("$")).split()[1:2]
+        found += [(command[0], json.loads(line[2:])) for line in lines if line.startswith("> {")]
+    return found
+
+
 MULTIPART = (b"MESSAGE sip:a SIP/2.0\r\nVia: SIP/2.0/TLS a\r\nFrom: <tel:+1>\r\nc: multipart/mixed;"
              b"boundary=b\r\n\r\nA\r\n--b\r\nTo: <sip:a>\r\n\r\n\xff\r\n--b\r\n\r\n--b--\r\nE")
 BODY = MULTIPART.partition(b"\r\n\r\n")[2]
@@ -51,6 +64,7 @@ RUNS = {
     "imei": [(["123456789012345"], None), (["1"], None)],
 }
 
+CASES = expected()
 wrong = 0
 lines = run("--help").partition("Commands:\n")[2].splitlines()
 for command in [line.split()[0] for line in lines]:
@@ -62,6 +76,7 @@ for command in [line.split()[0] for line in lines]:
         # Only a line end of its own ends an object, not each that Unicode knows.
         printed = run(command, "--json", *arguments, stdin=stdin).split("\n")[:-1]
         objects += [json.loads(line) for line in printed]
+    objects += [instance for name, instance in CASES if name == command]
     for instance in objects:
         for error in validator.iter_errors(instance):
             wrong += 1
