@@ -18,18 +18,6 @@ bool isToken(std::string_view text) {
   });
 }
 
-// A status line or a request line
-bool isStartLine(std::string_view line) {
-  if (line.substr(0, kVersion.size() + 1) == "SIP/2.0 ") {
-    const std::string_view code = line.substr(kVersion.size() + 1, 3);
-    return code.size() == 3 && code.find_first_not_of("0123456789") == std::string_view::npos;
-  }
-  const std::size_t uri = line.find(' ');
-  const std::size_t version = line.rfind(' ');
-  return uri != std::string_view::npos && isToken(line.substr(0, uri)) && version > uri + 1 &&
-         line.substr(version + 1) == kVersion;
-}
-
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
 bool readNumber(std::string_view digits, std::size_t& number) {
@@ -85,6 +73,22 @@ void addField(Message& message, std::string_view line, std::size_t offset) {
 }
 
 }  // namespace
+
+bool isStartLine(std::string_view line) {
+  if (line.substr(0, kVersion.size() + 1) == "SIP/2.0 ") {
+    const std::string_view code = line.substr(kVersion.size() + 1, 3);
+    return code.size() == 3 && code.find_first_not_of("0123456789") == std::string_view::npos;
+  }
+  const std::size_t uri = line.find(' ');
+  const std::size_t version = line.rfind(' ');
+  return uri != std::string_view::npos && isToken(line.substr(0, uri)) && version > uri + 1 &&
+         line.substr(version + 1) == kVersion;
+}
+
+std::optional<std::size_t> statedLength(std::string_view header) {
+  std::optional<Message> message = MessageReader(header).next();
+  return message ? contentLength(*message) : std::nullopt;
+}
 
 std::optional<Message> MessageReader::next() {
   position_ = std::min(text_.find_first_not_of("\r\n", position_), text_.size());

@@ -22,6 +22,13 @@ struct Message {
   std::size_t offset = 0;           // of its start line in the text
 };
 
+// Returns whether a line without its end is a status line or a request line.
+bool isStartLine(std::string_view line);
+
+// Returns the length that the Content-Length fields of a header, its start line in front, give the
+// body; nothing when there is none or they say nothing certain.
+std::optional<std::size_t> statedLength(std::string_view header);
+
 // Takes messages off the front of a text, which must outlive them. Lines end in CRLF or LF; a
 // body has the length that its Content-Length says, without one it reaches to the end.
 class MessageReader {

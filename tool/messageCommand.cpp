@@ -9,6 +9,8 @@
 #include "diagnostics.h"
 #include "dump.h"
 #include "fields.h"
+#include "findMessages.h"
+#include "input.h"
 #include "message.h"
 #include "progress.h"
 #include "via.h"
@@ -16,10 +18,12 @@
 namespace {
 
 constexpr std::size_t kIndent = 2;
+constexpr std::size_t kPieceSize = std::size_t{1} << 16;
 
 struct MessageOptions {
   std::vector<std::string> files;
   std::vector<std::string> only;
+  bool find = false;
   bool json = false;
   bool verbose = false;
 };
@@ -50,7 +54,16 @@ class MessagePrinter {
     if (options_.json) {
       printJson(message);
     } else {
+      std::cout << (counts_.messages > 1 ? "\n" : "");
       printTree(message);
+    }
+  }
+
+  // Prints the messages of a text that has nothing else.
+  void printAll(std::string_view text) {
+    MessageReader reader(text);
+    while (const std::optional<Message> message = reader.next()) {
+      print(*message);
     }
   }
 
@@ -112,8 +125,7 @@ class MessagePrinter {
   }
 
   void printTree(const Message& message) {
-    std::cout << (counts_.messages > 1 ? "\n" : "") << emphasised(printable(message.startLine))
-              << '\n';
+    std::cout << emphasised(printable(message.startLine)) << '\n';
     std::size_t width = 0;
     for (const Field& field : message.fields) {
       if (isWanted(field, options_.only)) {
@@ -196,23 +208,54 @@ class MessagePrinter {
   bool bold_;
 };
 
+// Shows the messages between the lines of a log.
+void runLog(Input& input, MessagePrinter& printer) {
+  Progress progress(input.size());
+  MessageFinder finder(MessageFinder::Source::kLog,
+                       [&printer](std::string_view message) { printer.printAll(message); });
+  std::string piece(kPieceSize, 0);
+  while (const std::size_t length = input.read(piece.data(), piece.size())) {
+    finder.add(std::string_view{piece}.substr(0, length));
+    progress.at(input.position());
+  }
+  finder.finish();
+}
+
+void runText(Input& input, MessagePrinter& printer) {
+  std::string text;
+  std::string piece(kPieceSize, 0);
+  while (const std::size_t length = input.read(piece.data(), piece.size())) {
+    text.append(piece, 0, length);
+  }
+  Progress progress(text.size());
+  MessageReader reader(text);
+  while (const std::optional<Message> message = reader.next()) {
+    printer.print(*message);
+    progress.at(reader.position());
+  }
+}
+
+int runFile(const MessageOptions& options, const std::string& name, MessagePrinter& printer) {
+  Input input(name);
+  int status = kAccepted;
+  if (input.readable() && options.find) {
+    runLog(input, printer);
+  } else if (input.readable()) {
+    runText(input, printer);
+  }
+  if (!input.readable()) {
+    std::cerr << "siputil: " << name << " cannot be read\n";
+    status = kWrongUsage;
+  }
+  return status;
+}
+
 int run(const MessageOptions& options) {
   Counts counts;
+  MessagePrinter printer(options, counts);
   int status = kAccepted;
   for (const std::string& name : options.files) {
-    std::string text;
-    if (!readFile(name, text)) {
-      std::cerr << "siputil: " << name << " cannot be read\n";
-      status = kWrongUsage;
-      continue;
-    }
-    MessageReader reader(text);
-    Progress progress(text.size());
-    MessagePrinter printer(options, counts);
-    while (const std::optional<Message> message = reader.next()) {
-      printer.print(*message);
-      progress.at(reader.position());
-    }
+    status = std::max(status, runFile(options, name, printer));
   }
   if (!options.json && counts.messages > 1) {
     std::cout << "\n"
@@ -236,6 +279,7 @@ std::function<int()> prepareMessage(CLI::App& parser) {
   parser.add_option("--only", options->only, "Show these header fields alone; may be repeated")
       ->type_name("NAME")
       ->allow_extra_args(false);
+  parser.add_flag("--find", options->find, "Show the messages between other lines");
   return [options, &parser] {
     takeRest(parser, options->files, SIZE_MAX);
     return run(*options);

@@ -17,7 +17,7 @@ constexpr auto kInterval = std::chrono::milliseconds(100);
 
 Progress::Progress(std::size_t total)
     : total_(std::max<std::size_t>(total, 1)),
-      wanted_(isatty(STDERR_FILENO) != 0),
+      wanted_(total != 0 && isatty(STDERR_FILENO) != 0),
       drawn_(false),
       next_(std::chrono::steady_clock::now() + kPatience) {}
 

@@ -8,6 +8,7 @@
 // Drawn on standard error, only where that is a terminal, and wiped off in the end.
 class Progress {
  public:
+  // Nothing is drawn for a total of 0, one that is not known.
   explicit Progress(std::size_t total);
   ~Progress();
   Progress(const Progress&) = delete;

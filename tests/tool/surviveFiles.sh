@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Usage: surviveFiles.sh SIPUTIL MUTATE COUNT SAMPLE...
 # Runs `siputil message` on COUNT damaged messages, many at once: the exit status must be that of
-# refused texts, and nearly every file must have its message; a few are damaged to nothing.
+# refused texts, and nearly every file must have its message; a few are damaged to nothing. Then on
+# all of them as one log.
 set -euo pipefail
 
 siputil=$1 mutate=$2 count=$3
@@ -22,3 +23,8 @@ find . -type f -print0 | xargs -0 -n 1000 bash -c '
 results=$(wc -l <../results)
 echo "$count files, $results messages"
 [ "$results" -gt $((count * 9 / 10)) ]
+status=0
+find . -type f -exec cat {} + | "$siputil" message --json --find >../found 2>../errors || status=$?
+found=$(wc -l <../found)
+echo "status $status, $found messages found"
+[ "$status" -eq 1 ] && [ "$found" -gt $((count / 2)) ]

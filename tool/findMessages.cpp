@@ -1,0 +1,214 @@
+// findMessages.cpp - finds SIP messages among other bytes: in logs and in TCP streams.
+#include "findMessages.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "message.h"
+
+namespace {
+
+constexpr std::string_view kLineEnds = "\r\n";
+
+// METHOD URI SIP/2.0 or SIP/2.0 CODE..., without the blanks in the URI that a line of a log has:
+// `12:00 received INVITE sip:b.test SIP/2.0` begins no message.
+bool beginsMessage(std::string_view line) {
+  if (!isStartLine(line)) {
+    return false;
+  }
+  const std::size_t first = line.find(' ');
+  const std::string_view uri = line.substr(first + 1, line.find(' ', first + 1) - first - 1);
+  return line.substr(0, 4) == "SIP/" ||
+         (first + 1 + uri.size() == line.rfind(' ') && uri.find(':') != std::string_view::npos);
+}
+
+std::string_view withoutLineEnd(std::string_view line) {
+  for (const char end : {'\n', '\r'}) {
+    line.remove_suffix(!line.empty() && line.back() == end ? 1 : 0);
+  }
+  return line;
+}
+
+}  // namespace
+
+MessageFinder::MessageFinder(Source source, std::function<void(std::string_view)> found)
+    : source_(source),
+      found_(std::move(found)),
+      state_(State::kSeeking),
+      begin_(0),
+      line_(0),
+      searched_(0),
+      body_(0),
+      whole_(0),
+      ended_(false),
+      insideLine_(false),
+      passedOver_(0) {}
+
+void MessageFinder::add(std::string_view bytes) {
+  // A piece at a time, for what is held is to stay near the bound.
+  while (!bytes.empty()) {
+    const std::string_view piece = bytes.substr(0, kLongest / 16);
+    held_.append(piece);
+    bytes.remove_prefix(piece.size());
+    work();
+  }
+}
+
+void MessageFinder::finish() {
+  ended_ = true;
+  work();  // nothing is held then
+  ended_ = false;
+  insideLine_ = false;
+}
+
+// Does what can be done with the bytes at hand, and lets go of those that are done with.
+void MessageFinder::work() {
+  while (step()) {
+  }
+  if (rest().size() > kLongest) {
+    insideLine_ = true;
+    if (state_ == State::kSeeking) {
+      drop(rest().size());
+    } else {
+      tell(rest().size());
+    }
+  }
+  held_.erase(0, begin_);
+  begin_ = 0;
+  if (held_.empty()) {
+    std::string().swap(held_);
+  }
+}
+
+// Returns whether there is more to do with the bytes at hand.
+bool MessageFinder::step() {
+  switch (state_) {
+    case State::kSeeking:
+      return seek();
+    case State::kHeader:
+      return readHeader();
+    case State::kBody:
+      return readBody();
+    default:
+      return readToStartLine();
+  }
+}
+
+// Looks whether the line in hand begins a message. Line ends between messages keep a connection
+// alive (RFC 5626 4.4.1).
+bool MessageFinder::seek() {
+  if (!insideLine_ && line_ == 0) {
+    const std::size_t ends = std::min(rest().find_first_not_of(kLineEnds), rest().size());
+    begin_ += ends;
+    searched_ -= std::min(searched_, ends);
+  }
+  const std::optional<std::string_view> line = nextLine();
+  if (!line) {
+    return false;
+  }
+  if (!insideLine_ && beginsMessage(*line)) {
+    state_ = State::kHeader;
+  } else {
+    drop(line_);
+    insideLine_ = false;
+  }
+  return true;
+}
+
+bool MessageFinder::readHeader() {
+  const std::size_t line = line_;
+  const std::optional<std::string_view> text = nextLine();
+  if (!text) {
+    if (ended_) {
+      tell(rest().size());
+    }
+    return false;
+  }
+  if (beginsMessage(*text)) {
+    tell(line);
+    return true;
+  }
+  if (text->empty()) {
+    body_ = line_;
+    const std::size_t length = statedLength(rest().substr(0, body_)).value_or(kLongest);
+    whole_ = body_ + std::min(length, kLongest);
+    state_ = whole_ > kLongest ? State::kToStartLine : State::kBody;
+  }
+  return true;
+}
+
+bool MessageFinder::readBody() {
+  // In a log the byte behind the body is looked at as well.
+  const std::size_t needed = whole_ + (source_ == Source::kLog ? 1 : 0);
+  if (rest().size() < needed && !ended_) {
+    return false;
+  }
+  if (rest().size() >= whole_) {
+    tell(source_ == Source::kLog ? lengthInLog() : whole_);
+  } else {
+    state_ = State::kToStartLine;
+  }
+  return true;
+}
+
+bool MessageFinder::readToStartLine() {
+  const std::size_t line = line_;
+  const std::optional<std::string_view> text = nextLine();
+  if (text && !beginsMessage(*text)) {
+    return true;
+  }
+  if (text || ended_) {
+    tell(text ? line : rest().size());
+  }
+  return text.has_value();
+}
+
+// Returns the next line without its end and moves behind it; nothing while its end is not there.
+std::optional<std::string_view> MessageFinder::nextLine() {
+  const std::size_t start = line_;
+  std::size_t end = rest().find('\n', std::max(line_, searched_));
+  searched_ = rest().size();
+  if (end == std::string_view::npos) {
+    if (!ended_ || start == rest().size()) {
+      return std::nullopt;
+    }
+    end = rest().size() - 1;
+  }
+  line_ = end + 1;
+  searched_ = line_;
+  return withoutLineEnd(rest().substr(start, line_ - start));
+}
+
+// Returns the length of a message of which all is there.
+std::size_t MessageFinder::lengthInLog() const {
+  const std::string_view text = rest();
+  if (whole_ == body_ || whole_ == text.size() || text[whole_ - 1] == '\n' ||
+      kLineEnds.find(text[whole_]) != std::string_view::npos) {
+    return whole_;
+  }
+  std::size_t line = body_;
+  while (line < whole_) {
+    const std::size_t end = std::min(text.find('\n', line), text.size());
+    if (beginsMessage(withoutLineEnd(text.substr(line, end - line)))) {
+      return line;
+    }
+    line = end + 1;
+  }
+  return whole_;
+}
+
+void MessageFinder::tell(std::size_t length) {
+  const std::size_t begin = begin_;
+  begin_ += length;
+  line_ = 0;
+  searched_ = 0;
+  state_ = State::kSeeking;
+  found_(std::string_view{held_}.substr(begin, length));
+}
+
+void MessageFinder::drop(std::size_t length) {
+  passedOver_ += withoutLineEnd(rest().substr(0, length)).size();
+  begin_ += length;
+  line_ = 0;
+  searched_ = 0;
+}
