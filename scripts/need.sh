@@ -15,6 +15,7 @@ package_of() {
     nlohmann/json.hpp) echo nlohmann-json3-dev ;;
     gtest/gtest.h) echo libgtest-dev ;;
     benchmark/benchmark.h) echo libbenchmark-dev ;;
+    pcap/pcap.h) echo libpcap-dev ;;
     zlib.h) echo zlib1g-dev ;;
     *-linux-gnu*-g++) echo "g++-${1%-g++}" ;;
     qemu-*) echo qemu-user ;;

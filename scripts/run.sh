@@ -5,7 +5,7 @@ set -euo pipefail
 
 root=$(dirname "$(dirname "$(readlink -f "$0")")")
 build=$root/build/tool
-"$root/scripts/need.sh" g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp
+"$root/scripts/need.sh" g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp pcap/pcap.h
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 if ! {

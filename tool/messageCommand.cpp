@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "body.h"
+#include "capture.h"
 #include "command.h"
 #include "diagnostics.h"
 #include "dump.h"
@@ -23,6 +24,7 @@ constexpr std::size_t kPieceSize = std::size_t{1} << 16;
 struct MessageOptions {
   std::vector<std::string> files;
   std::vector<std::string> only;
+  std::string filter;
   bool find = false;
   bool json = false;
   bool verbose = false;
@@ -48,22 +50,24 @@ class MessagePrinter {
   MessagePrinter(const MessageOptions& options, Counts& counts)
       : options_(options), counts_(counts), bold_(colourWanted()) {}
 
-  void print(const Message& message) {
+  // The passage is that of a captured message, else null.
+  void print(const Message& message, const Passage* passage) {
     ++counts_.messages;
     counts_.refused += message.faults.size();
     if (options_.json) {
-      printJson(message);
+      printJson(message, passage);
     } else {
-      std::cout << (counts_.messages > 1 ? "\n" : "");
+      std::cout << (counts_.messages > 1 ? "\n" : "")
+                << (passage == nullptr ? "" : passageText(*passage) + '\n');
       printTree(message);
     }
   }
 
   // Prints the messages of a text that has nothing else.
-  void printAll(std::string_view text) {
+  void printAll(std::string_view text, const Passage* passage = nullptr) {
     MessageReader reader(text);
     while (const std::optional<Message> message = reader.next()) {
-      print(*message);
+      print(*message, passage);
     }
   }
 
@@ -91,8 +95,15 @@ class MessagePrinter {
     }
   }
 
-  void printJson(const Message& message) {
+  void printJson(const Message& message, const Passage* passage) {
     nlohmann::ordered_json object;
+    if (passage != nullptr) {
+      const std::string time = timeText(passage->time);
+      object["time"] = time.empty() ? nullptr : nlohmann::ordered_json(time);
+      object["source"] = endpointJson(passage->source);
+      object["destination"] = endpointJson(passage->destination);
+      object["transport"] = passage->transport;
+    }
     object["startLine"] = message.startLine;
     object["headers"] = nlohmann::ordered_json::array();
     for (const Field& field : message.fields) {
@@ -113,6 +124,10 @@ class MessagePrinter {
       object["faults"].push_back(fault);
     }
     std::cout << jsonLine(object) << '\n';
+  }
+
+  static nlohmann::ordered_json endpointJson(const Endpoint& endpoint) {
+    return {{"address", addressText(endpoint)}, {"port", endpoint.port}};
   }
 
   static nlohmann::ordered_json fieldJson(ReadField& read) {
@@ -208,6 +223,39 @@ class MessagePrinter {
   bool bold_;
 };
 
+void printNotes(const std::string& name, const CaptureCounts& counts) {
+  const std::pair<std::size_t, const char*> notes[] = {
+      {counts.fragments, "IP fragments left out"},
+      {counts.notSip, "datagrams that are not SIP passed over"},
+      {counts.tcp.passedOver, "bytes outside messages in TCP streams passed over"},
+      {counts.tcp.gaps, "gaps in TCP streams"},
+      {counts.tcp.closed, "TCP streams closed early, too many at once"},
+  };
+  for (const auto& [count, what] : notes) {
+    if (count != 0) {
+      std::cerr << "siputil: " << name << ": " << count << ' ' << what << '\n';
+    }
+  }
+}
+
+int runCapture(const MessageOptions& options, const std::string& name, Input& input,
+               MessagePrinter& printer) {
+  Progress progress(input.size());
+  CaptureCounts counts;
+  const auto print = [&](const Passage& passage, std::string_view message) {
+    printer.printAll(message, &passage);
+    progress.at(input.position());
+  };
+  const std::string error = readCapture(input, options.filter, print, counts);
+  printNotes(name, counts);
+  if (error.empty()) {
+    return kAccepted;
+  }
+  std::cout.flush();
+  std::cerr << "siputil: " << name << ": " << printable(error) << '\n';
+  return kRefused;
+}
+
 // Shows the messages between the lines of a log.
 void runLog(Input& input, MessagePrinter& printer) {
   Progress progress(input.size());
@@ -230,7 +278,7 @@ void runText(Input& input, MessagePrinter& printer) {
   Progress progress(text.size());
   MessageReader reader(text);
   while (const std::optional<Message> message = reader.next()) {
-    printer.print(*message);
+    printer.print(*message, nullptr);
     progress.at(reader.position());
   }
 }
@@ -238,7 +286,11 @@ void runText(Input& input, MessagePrinter& printer) {
 int runFile(const MessageOptions& options, const std::string& name, MessagePrinter& printer) {
   Input input(name);
   int status = kAccepted;
-  if (input.readable() && options.find) {
+  if (input.readable() && isCapture(input.head())) {
+    status = runCapture(options, name, input, printer);
+  } else if (input.readable() && !options.filter.empty()) {
+    throw CaptureUsageError("--filter: " + name + " is no capture");
+  } else if (input.readable() && options.find) {
     runLog(input, printer);
   } else if (input.readable()) {
     runText(input, printer);
@@ -270,7 +322,10 @@ int run(const MessageOptions& options) {
 std::function<int()> prepareMessage(CLI::App& parser) {
   const auto options = std::make_shared<MessageOptions>();
   options->files = {"-"};
-  parser.add_option("FILE", options->files, "Files with messages; - or none is standard input")
+  parser
+      .add_option("FILE", options->files,
+                  "Files with messages, as text or as pcap or pcapng captures; - or none is "
+                  "standard input")
       ->type_name("")
       ->expected(1)
       ->allow_extra_args(false);
@@ -279,7 +334,10 @@ std::function<int()> prepareMessage(CLI::App& parser) {
   parser.add_option("--only", options->only, "Show these header fields alone; may be repeated")
       ->type_name("NAME")
       ->allow_extra_args(false);
-  parser.add_flag("--find", options->find, "Show the messages between other lines");
+  parser.add_option("--filter", options->filter, "Of captures, show what this pcap filter lets by")
+      ->type_name("EXPR")
+      ->allow_extra_args(false);
+  parser.add_flag("--find", options->find, "Of texts, show the messages between other lines");
   return [options, &parser] {
     takeRest(parser, options->files, SIZE_MAX);
     return run(*options);

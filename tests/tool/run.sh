@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Usage: run.sh SIPUTIL CASE
+# Usage: run.sh SIPUTIL CASE [MAKECAPTURE]
 # Runs siputil as a case file says and compares. The lines of a case begin with
 #   #  a remark      $  the arguments, as a shell reads them    <  one line of standard input
+#   @  one line of a description of the capture that standard input is
 #   >  one line of standard output    !  one of standard error  =  the exit status
 # In lines of input, \xHH and the like stand for bytes; in arguments $data is tests/data.
 set -euo pipefail
@@ -16,6 +17,9 @@ lines() { sed -n "s/^$1 \{0,1\}//p" "$case"; }
 data=$(dirname "$0")/../data
 eval "arguments=($(lines '[$]'))"
 lines '<' | while IFS= read -r line; do printf '%b\n' "$line"; done >"$work/input"
+if grep -q '^@' "$case"; then
+  lines '@' | "${3:?a program that makes captures}" >"$work/input"
+fi
 lines '>' >"$work/expected-output"
 lines '!' >"$work/expected-errors"
 lines '=' >"$work/expected-status"
