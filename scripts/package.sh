@@ -5,8 +5,8 @@
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
-scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp dpkg-shlibdeps lintian \
-  pkg-config
+scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp pcap/pcap.h dpkg-shlibdeps \
+  lintian pkg-config
 build=$PWD/build/package
 export DEB_BUILD_MAINT_OPTIONS=hardening=+all
 CXXFLAGS="$(dpkg-buildflags --get CPPFLAGS) $(dpkg-buildflags --get CXXFLAGS) -g0"

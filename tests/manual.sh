@@ -24,6 +24,6 @@ completions() { # COMMAND_WORD...
 }
 # shellcheck source=tool/share/siputil.bash
 source "$2/siputil.bash"
-diff -u <({ listed_commands && listed_options; } | sort) <(completions '')
+diff -u <({ listed_commands && listed_options; } | sort -u) <(completions '')
 diff -u <(echo message) <(completions mess)
 diff -u <(listed_options message | grep only) <(completions message file --on)

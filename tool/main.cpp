@@ -34,7 +34,7 @@ const Command kCommands[] = {
      "Show whole SIP messages and what is wrong with them",
      prepareMessage,
      {"siputil message message.sip", "siputil message --only Via --only Contact message.sip",
-      "siputil message --color=always message.sip | less -R"}},
+      "siputil message --find server.log", "siputil message --color=always message.sip | less -R"}},
     {"check",
      "Read any number of messages and show what is refused, by reason",
      prepareCheck,

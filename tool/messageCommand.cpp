@@ -48,7 +48,7 @@ bool isWanted(const Field& field, const std::vector<std::string>& only) {
 class MessagePrinter {
  public:
   MessagePrinter(const MessageOptions& options, Counts& counts)
-      : options_(options), counts_(counts), bold_(colourWanted()) {}
+      : options_(options), counts_(counts) {}
 
   // The passage is that of a captured message, else null.
   void print(const Message& message, const Passage* passage) {
@@ -214,13 +214,8 @@ class MessagePrinter {
     }
   }
 
-  std::string emphasised(const std::string& text) const {
-    return bold_ ? "\x1b[1m" + text + "\x1b[0m" : text;
-  }
-
   const MessageOptions& options_;
   Counts& counts_;
-  bool bold_;
 };
 
 void printNotes(const std::string& name, const CaptureCounts& counts) {
@@ -233,7 +228,7 @@ void printNotes(const std::string& name, const CaptureCounts& counts) {
   };
   for (const auto& [count, what] : notes) {
     if (count != 0) {
-      std::cerr << "siputil: " << name << ": " << count << ' ' << what << '\n';
+      std::cerr << "siputil: " << printable(name) << ": " << count << ' ' << what << '\n';
     }
   }
 }
@@ -252,7 +247,7 @@ int runCapture(const MessageOptions& options, const std::string& name, Input& in
     return kAccepted;
   }
   std::cout.flush();
-  std::cerr << "siputil: " << name << ": " << printable(error) << '\n';
+  std::cerr << "siputil: " << printable(name) << ": " << printable(error) << '\n';
   return kRefused;
 }
 
@@ -296,8 +291,7 @@ int runFile(const MessageOptions& options, const std::string& name, MessagePrint
     runText(input, printer);
   }
   if (!input.readable()) {
-    std::cerr << "siputil: " << name << " cannot be read\n";
-    status = kWrongUsage;
+    status = complain(name + " cannot be read", kWrongUsage);
   }
   return status;
 }

@@ -17,6 +17,7 @@ export siputil
 mkdir traces
 cp "$data/messages/prack.sip" message.sip
 cp "$data/messages/register.sip" "$data/messages/redirect-302.sip" traces
+{ echo 'Nov 21 received:' && cat message.sip; } >server.log
 printf -- '--b\r\n\r\nhello\r\n--b--\r\n' >body.bin
 printf 'sip:a@b.test\nsip:[::1]\n' >uris.txt
 siputil gzip message.sip >message.gz
