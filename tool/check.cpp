@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <iostream>
 #include <iterator>
 #include <map>
@@ -10,9 +11,11 @@
 #include <optional>
 
 #include "body.h"
+#include "capture.h"
 #include "command.h"
 #include "diagnostics.h"
 #include "dump.h"
+#include "input.h"
 #include "message.h"
 #include "progress.h"
 
@@ -24,6 +27,9 @@ namespace fs = std::filesystem;
 constexpr std::size_t kMostReasons = 1000;
 constexpr std::size_t kMostReasonLines = 8;
 constexpr std::size_t kMostExampleText = 100;
+
+constexpr std::size_t kPieceSize = std::size_t{1} << 16;
+constexpr std::size_t kMostText = std::size_t{1} << 28;  // bytes of a text; of a capture, any
 
 struct CheckOptions {
   std::vector<std::string> paths;
@@ -68,20 +74,27 @@ std::string withoutNumbers(std::string_view text) {
   return result;
 }
 
+// Told how many bytes of a file are done.
+using Reached = std::function<void(std::size_t position)>;
+
 // Checks texts and keeps what was refused.
 class Checker {
  public:
-  // The progress had come to so many bytes before.
-  void check(const std::string& file, std::string_view text, Progress& progress, std::size_t done) {
+  void begin(const std::string& file) {
     file_ = file;
+    ++counts_.files;
+  }
+
+  // Checks the text of the file, or a message of a capture: its lines are counted by itself. Tells
+  // how far it is.
+  void check(std::string_view text, const Reached& reached) {
     text_ = text;
     lineOffset_ = 0;
     line_ = 1;
-    ++counts_.files;
     MessageReader reader(text);
     while (const std::optional<Message> message = reader.next()) {
       check(*message);
-      progress.at(done + reader.position());
+      reached(reader.position());
     }
   }
 
@@ -238,21 +251,59 @@ void printGroups(const Checker& checker) {
             << " header fields, " << counts.refused << " refused\n";
 }
 
+// Reads all of a text; false when it is longer than a text may be.
+bool readWhole(Input& input, std::string& text) {
+  std::string piece(kPieceSize, 0);
+  while (const std::size_t length = input.read(piece.data(), piece.size())) {
+    if (text.size() + length > kMostText) {
+      return false;
+    }
+    text.append(piece, 0, length);
+  }
+  return true;
+}
+
+// Each checks a file and tells how far it is. Returns what is wrong with it, or "".
+std::string checkCapture(Input& input, Checker& checker, const Reached& reached) {
+  CaptureCounts counts;
+  const auto check = [&](const Passage& /*passage*/, std::string_view message) {
+    checker.check(message, [&input, &reached](std::size_t) { reached(input.position()); });
+  };
+  return readCapture(input, "", check, counts);
+}
+
+std::string checkText(Input& input, Checker& checker, const Reached& reached) {
+  std::string text;
+  if (!readWhole(input, text)) {
+    return "is too large";
+  }
+  if (!input.readable()) {
+    return "cannot be read";
+  }
+  checker.check(text, reached);
+  return "";
+}
+
 // Checks the files at or below the paths; returns the status that those give which cannot be read.
 int checkAll(const std::vector<std::string>& paths, Checker& checker) {
   int status = kAccepted;
+  Progress progress(sizeOf(paths));
+  std::size_t done = 0;
   const auto complainOf = [&status](const std::string& path) {
     status = complain(path + " cannot be read", kWrongUsage);
   };
-  Progress progress(sizeOf(paths));
-  std::size_t done = 0;
   const auto check = [&](const std::string& file) {
-    std::string text;
-    if (!readFile(file, text)) {
+    Input input(file);
+    if (!input.readable()) {
       return complainOf(file);
     }
-    checker.check(file, text, progress, done);
-    done += text.size();
+    checker.begin(file);
+    const auto reached = [&](std::size_t position) { progress.at(done + position); };
+    const auto read = isCapture(input.head()) ? checkCapture : checkText;
+    if (const std::string fault = read(input, checker, reached); !fault.empty()) {
+      status = complain(file + ": " + fault, kWrongUsage);
+    }
+    done += input.position();
     progress.at(done);
   };
   walk(paths, check, complainOf);
@@ -275,8 +326,9 @@ int run(const CheckOptions& options) {
 std::function<int()> prepareCheck(CLI::App& parser) {
   const auto options = std::make_shared<CheckOptions>();
   parser
-      .add_option("PATH", options->paths,
-                  "Files with messages, directories of them; - is standard input")
+      .add_option(
+          "PATH", options->paths,
+          "Files with messages, as text or captures, directories of them; - is standard input")
       ->required()
       ->type_name("")
       ->expected(1)

@@ -10,18 +10,6 @@ namespace {
 
 constexpr std::string_view kLineEnds = "\r\n";
 
-// METHOD URI SIP/2.0 or SIP/2.0 CODE..., without the blanks in the URI that a line of a log has:
-// `12:00 received INVITE sip:b.test SIP/2.0` begins no message.
-bool beginsMessage(std::string_view line) {
-  if (!isStartLine(line)) {
-    return false;
-  }
-  const std::size_t first = line.find(' ');
-  const std::string_view uri = line.substr(first + 1, line.find(' ', first + 1) - first - 1);
-  return line.substr(0, 4) == "SIP/" ||
-         (first + 1 + uri.size() == line.rfind(' ') && uri.find(':') != std::string_view::npos);
-}
-
 std::string_view withoutLineEnd(std::string_view line) {
   for (const char end : {'\n', '\r'}) {
     line.remove_suffix(!line.empty() && line.back() == end ? 1 : 0);
@@ -66,7 +54,7 @@ void MessageFinder::work() {
   while (step()) {
   }
   if (rest().size() > kLongest) {
-    insideLine_ = true;
+    insideLine_ = rest().back() != '\n';
     if (state_ == State::kSeeking) {
       drop(rest().size());
     } else {

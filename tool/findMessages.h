@@ -30,7 +30,7 @@ class MessageFinder {
   void finish();
 
   // Returns the memory that is held.
-  std::size_t held() const { return held_.capacity(); }
+  std::size_t held() const { return held_.empty() ? 0 : held_.capacity(); }
 
   // Returns how many bytes stood outside messages, line ends left out.
   std::size_t passedOver() const { return passedOver_; }

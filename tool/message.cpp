@@ -85,6 +85,16 @@ bool isStartLine(std::string_view line) {
          line.substr(version + 1) == kVersion;
 }
 
+bool beginsMessage(std::string_view line) {
+  if (!isStartLine(line)) {
+    return false;
+  }
+  const std::size_t first = line.find(' ');
+  const std::string_view uri = line.substr(first + 1, line.find(' ', first + 1) - first - 1);
+  return line.substr(0, 4) == "SIP/" ||
+         (first + 1 + uri.size() == line.rfind(' ') && uri.find(':') != std::string_view::npos);
+}
+
 std::optional<std::size_t> statedLength(std::string_view header) {
   std::optional<Message> message = MessageReader(header).next();
   return message ? contentLength(*message) : std::nullopt;
@@ -174,7 +184,7 @@ std::size_t MessageReader::lengthToStartLine() {
   const std::size_t start = position_;
   std::size_t line = position_;
   while (const std::optional<std::string_view> text = nextLine()) {
-    if (isStartLine(*text)) {
+    if (beginsMessage(*text)) {
       break;
     }
     line = position_;

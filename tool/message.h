@@ -25,6 +25,11 @@ struct Message {
 // Returns whether a line without its end is a status line or a request line.
 bool isStartLine(std::string_view line);
 
+// Returns whether a line among others begins a message: METHOD URI SIP/2.0 or SIP/2.0 CODE...,
+// without the blanks in the URI that a line of a log has. `12:00 received INVITE sip:b.test
+// SIP/2.0` begins none.
+bool beginsMessage(std::string_view line);
+
 // Returns the length that the Content-Length fields of a header, its start line in front, give the
 // body; nothing when there is none or they say nothing certain.
 std::optional<std::size_t> statedLength(std::string_view header);

@@ -19,6 +19,9 @@
 namespace {
 
 constexpr std::size_t kIndent = 2;
+// A longer field name moves its own value alone; else one would blow up all the lines.
+constexpr std::size_t kMostNameWidth = 32;
+
 constexpr std::size_t kPieceSize = std::size_t{1} << 16;
 
 struct MessageOptions {
@@ -147,6 +150,7 @@ class MessagePrinter {
         width = std::max(width, printable(field.name).size());
       }
     }
+    width = std::min(width, kMostNameWidth);
     for (const Field& field : message.fields) {
       ReadField read(field);
       count(read);

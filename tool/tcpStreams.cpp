@@ -22,13 +22,17 @@ TcpStream::TcpStream(const Packet& segment, const FoundMessage& found, TcpCounts
               [this, &found](std::string_view message) { found(passage_, message); }),
       first_(firstByte(segment)),
       next_(first_),
+      ended_(false),
       waitingSize_(0) {}
 
 void TcpStream::add(const timeval& time, const Packet& segment) {
   const std::uint32_t first = firstByte(segment);
   // The difference of sequence numbers, modulo 2^32, as a signed one (RFC 9293 3.4).
   std::int64_t ahead = static_cast<std::int32_t>(first - static_cast<std::uint32_t>(next_));
-  if ((segment.syn && first != first_) || ahead > kFarthest || ahead < -kFarthest) {
+  if (segment.reset && (ahead < 0 || ahead > std::int64_t{kMostWaiting})) {
+    return;  // outside of any window it ends nothing (RFC 9293 3.10.7.4)
+  }
+  if ((segment.syn && (first != first_ || ended_)) || ahead > kFarthest || ahead < -kFarthest) {
     finish();
     begin(first);
     ahead = 0;
@@ -40,6 +44,7 @@ void TcpStream::add(const timeval& time, const Packet& segment) {
   }
   if (segment.reset || (segment.fin && waiting_.empty())) {
     finish();
+    ended_ = true;
   }
 }
 
@@ -53,6 +58,7 @@ void TcpStream::finish() {
 void TcpStream::begin(std::uint32_t sequence) {
   first_ = sequence;
   next_ = sequence;
+  ended_ = false;
 }
 
 void TcpStream::place(std::int64_t position, std::string_view bytes) {
@@ -113,7 +119,7 @@ void TcpStreams::add(const timeval& time, const Packet& segment) {
   stream.add(time, segment);
   held_ = held_ - before + stream.held();
   while (entries_.size() > kMostStreams || held_ > kMostHeld) {
-    ++counts_.closed;
+    counts_.closed += entries_.back().stream.held() == 0 ? 0U : 1U;
     closeOldest();
   }
 }

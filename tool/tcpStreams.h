@@ -19,7 +19,7 @@ using FoundMessage = std::function<void(const Passage& passage, std::string_view
 // What was lost or left out.
 struct TcpCounts {
   unsigned long gaps = 0;
-  unsigned long closed = 0;    // streams, to stay below the bounds
+  unsigned long closed = 0;    // streams with something held, to stay below the bounds
   std::size_t passedOver = 0;  // bytes outside messages
 };
 
@@ -57,6 +57,7 @@ class TcpStream {
   MessageFinder finder_;
   std::uint32_t first_;  // sequence number of the first byte
   std::int64_t next_;    // position of the next byte: a sequence number that does not wrap
+  bool ended_;           // by a FIN or RST; a SYN begins anew
   std::map<std::int64_t, std::string> waiting_;
   std::size_t waitingSize_;
 };

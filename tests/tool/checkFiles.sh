@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Usage: checkFiles.sh SIPUTIL
+# Usage: checkFiles.sh SIPUTIL MAKECAPTURE
 # Runs `siputil check` on directories: the order, links that lead back, what is no file, what is not
-# there, a name that would steer a terminal.
+# there, a name that would steer a terminal, a capture, a file too large to be a text.
 set -euo pipefail
 
-siputil=$1
+siputil=$1 makeCapture=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -48,6 +48,20 @@ status 2
 
 1 files, 1 messages, 1 header fields, 1 refused
 status 1
+END
+
+mkdir mixed
+printf 'udp 192.0.2.1 1 192.0.2.2 2 ACK sip:a SIP/2.0\\r\\nTo: <sip:a\\r\\n\\r\\n\n' | "$makeCapture" >mixed/1.pcap
+cp message mixed/2
+truncate -s 257M mixed/core
+diff -u - <(check mixed) <<'END'
+siputil: mixed/core: is too large
+1  SipAddress::parseURI missing '>'
+   SipHeader::SipHeader | value parsing failed
+   first: mixed/1.pcap:2: To: <sip:a
+
+3 files, 2 messages, 2 header fields, 1 refused
+status 2
 END
 
 # Whatever is refused of many files, few reasons are kept.

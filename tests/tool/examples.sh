@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Usage: examples.sh SIPUTIL DATA
+# Usage: examples.sh SIPUTIL DATA MAKECAPTURE
 # Runs the examples that `siputil COMMAND --help` shows, beside the files that they name: each must
 # succeed and print something, and each command must have two.
 set -euo pipefail
 
-siputil=$(readlink -f "$1") data=$(readlink -f "$2")
+siputil=$(readlink -f "$1") data=$(readlink -f "$2") makeCapture=$(readlink -f "$3")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -17,6 +17,7 @@ export siputil
 mkdir traces
 cp "$data/messages/prack.sip" message.sip
 cp "$data/messages/register.sip" "$data/messages/redirect-302.sip" traces
+printf '%s\n' 'udp 192.0.2.1 5060 192.0.2.2 5060 ACK sip:a SIP/2.0\r\n\r\n' | "$makeCapture" >trace.pcap
 { echo 'Nov 21 received:' && cat message.sip; } >server.log
 printf -- '--b\r\n\r\nhello\r\n--b--\r\n' >body.bin
 printf 'sip:a@b.test\nsip:[::1]\n' >uris.txt
