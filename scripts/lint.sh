@@ -15,7 +15,7 @@ scripts/layers.sh
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
 git ls-files -z --cached --others --exclude-standard 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' \
-  'examples/*.cpp' |
+  ':(glob)examples/*.cpp' |
   xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev --quiet --warnings-as-errors='*' \
     2> >(grep -v 'warnings generated' >&2)
 cmake --preset release >/dev/null
