@@ -11,7 +11,7 @@ Input::Input(const std::string& name)
     file_.open(name, std::ios::binary);
     std::error_code none;
     const std::uintmax_t size = std::filesystem::file_size(name, none);
-    size_ = none ? 0 : size;
+    size_ = none ? 0 : static_cast<std::size_t>(size);
     readable_ = file_.is_open();
   }
   head_.resize(readFile(head_.data(), head_.size()));
