@@ -28,7 +28,6 @@ constexpr std::size_t kMostReasons = 1000;
 constexpr std::size_t kMostReasonLines = 8;
 constexpr std::size_t kMostExampleText = 100;
 
-constexpr std::size_t kPieceSize = std::size_t{1} << 16;
 constexpr std::size_t kMostText = std::size_t{1} << 28;  // bytes of a text; of a capture, any
 
 struct CheckOptions {
@@ -251,18 +250,6 @@ void printGroups(const Checker& checker) {
             << " header fields, " << counts.refused << " refused\n";
 }
 
-// Reads all of a text; false when it is longer than a text may be.
-bool readWhole(Input& input, std::string& text) {
-  std::string piece(kPieceSize, 0);
-  while (const std::size_t length = input.read(piece.data(), piece.size())) {
-    if (text.size() + length > kMostText) {
-      return false;
-    }
-    text.append(piece, 0, length);
-  }
-  return true;
-}
-
 // Each checks a file and tells how far it is. Returns what is wrong with it, or "".
 std::string checkCapture(Input& input, Checker& checker, const Reached& reached) {
   CaptureCounts counts;
@@ -278,7 +265,7 @@ std::string checkCapture(Input& input, Checker& checker, const Reached& reached)
 
 std::string checkText(Input& input, Checker& checker, const Reached& reached) {
   std::string text;
-  if (!readWhole(input, text)) {
+  if (!input.readAll(text, kMostText)) {
     return "is too large";
   }
   if (!input.readable()) {

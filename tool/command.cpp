@@ -5,10 +5,9 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 
+#include "input.h"
 #include "text.h"
 
 namespace {
@@ -117,17 +116,8 @@ int forEachText(const Options& options,
 }
 
 bool readFile(const std::string& name, std::string& text) {
-  std::ifstream file;
-  if (name != "-") {
-    file.open(name, std::ios::binary);
-  }
-  std::istream& in = name == "-" ? std::cin : file;
-  try {
-    text.assign(std::istreambuf_iterator<char>(in), {});
-  } catch (const std::ios_base::failure&) {
-    return false;  // a directory, for one
-  }
-  return name == "-" || file.is_open();
+  Input input(name);
+  return input.readAll(text) && input.readable();
 }
 
 int complain(const std::string& what, int status) {

@@ -28,6 +28,17 @@ std::size_t Input::read(char* buffer, std::size_t length) {
   return count;
 }
 
+bool Input::readAll(std::string& text, std::size_t most) {
+  std::string piece(kPieceSize, 0);
+  while (const std::size_t length = read(piece.data(), piece.size())) {
+    if (text.size() + length > most) {
+      return false;
+    }
+    text.append(piece, 0, length);
+  }
+  return true;
+}
+
 // The stream turns what goes wrong in it into its bad bit.
 std::size_t Input::readFile(char* buffer, std::size_t length) {
   in_.read(buffer, static_cast<std::streamsize>(length));

@@ -3,12 +3,16 @@
 #define TOOL_INPUT_H
 
 #include <cstddef>
+#include <cstdint>
 #include <fstream>
 #include <string>
 #include <string_view>
 
 class Input {
  public:
+  // As many bytes as it pays to read at once.
+  static constexpr std::size_t kPieceSize = std::size_t{1} << 16;
+
   // Opens a file, or standard input for `-`.
   explicit Input(const std::string& name);
 
@@ -26,6 +30,10 @@ class Input {
 
   // Reads and returns how many bytes; 0 at the end.
   std::size_t read(char* buffer, std::size_t length);
+
+  // Appends what is left to a text; false, and the rest is not read, when that would be longer than
+  // so many bytes.
+  bool readAll(std::string& text, std::size_t most = SIZE_MAX);
 
  private:
   std::size_t readFile(char* buffer, std::size_t length);

@@ -22,8 +22,6 @@ constexpr std::size_t kIndent = 2;
 // A longer field name moves its own value alone; else one would blow up all the lines.
 constexpr std::size_t kMostNameWidth = 32;
 
-constexpr std::size_t kPieceSize = std::size_t{1} << 16;
-
 struct MessageOptions {
   std::vector<std::string> files;
   std::vector<std::string> only;
@@ -232,7 +230,7 @@ void printNotes(const std::string& name, const CaptureCounts& counts) {
   };
   for (const auto& [count, what] : notes) {
     if (count != 0) {
-      std::cerr << "siputil: " << printable(name) << ": " << count << ' ' << what << '\n';
+      complain(name + ": " + std::to_string(count) + ' ' + what, kAccepted);
     }
   }
 }
@@ -251,8 +249,7 @@ int runCapture(const MessageOptions& options, const std::string& name, Input& in
     return kAccepted;
   }
   std::cout.flush();
-  std::cerr << "siputil: " << printable(name) << ": " << printable(error) << '\n';
-  return kRefused;
+  return complain(name + ": " + error, kRefused);
 }
 
 // Shows the messages between the lines of a log.
@@ -260,7 +257,7 @@ void runLog(Input& input, MessagePrinter& printer) {
   Progress progress(input.size());
   MessageFinder finder(MessageFinder::Source::kLog,
                        [&printer](std::string_view message) { printer.printAll(message); });
-  std::string piece(kPieceSize, 0);
+  std::string piece(Input::kPieceSize, 0);
   while (const std::size_t length = input.read(piece.data(), piece.size())) {
     finder.add(std::string_view{piece}.substr(0, length));
     progress.at(input.position());
@@ -270,10 +267,7 @@ void runLog(Input& input, MessagePrinter& printer) {
 
 void runText(Input& input, MessagePrinter& printer) {
   std::string text;
-  std::string piece(kPieceSize, 0);
-  while (const std::size_t length = input.read(piece.data(), piece.size())) {
-    text.append(piece, 0, length);
-  }
+  input.readAll(text);
   Progress progress(text.size());
   MessageReader reader(text);
   while (const std::optional<Message> message = reader.next()) {
