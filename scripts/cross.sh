@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Usage: cross.sh arm64|armhf|s390x|i386 [CTEST_ARGUMENT...]
 # Builds the library, the tool and the tests for another processor with Debian's cross compiler and
-# runs the tests under qemu-user, those for i386 by themselves. zlib comes from that processor's Debian packages, GoogleTest from
-# its Debian sources. The tool is built without libpcap, which would need a dozen packages more.
+# runs the tests under qemu-user, those for i386 by themselves. zlib comes from that processor's
+# Debian packages, GoogleTest from its Debian sources. The tool is built without libpcap, which
+# would need a dozen packages more.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
@@ -23,16 +24,16 @@ scripts/need.sh "${tools[@]}" cmake ninja CLI/CLI.hpp nlohmann/json.hpp googlete
 
 sysroot=$PWD/build/sysroot-$processor
 if [ ! -d "$sysroot" ]; then
-  as_root=()
-  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-  if ! dpkg --print-foreign-architectures | grep -qx "$processor"; then
-    "${as_root[@]}" dpkg --add-architecture "$processor"
-    "${as_root[@]}" apt-get update
-  fi
-  packages=$(mktemp -d)
-  (cd "$packages" && apt-get download "zlib1g-dev:$processor")
-  dpkg -x "$packages"/*.deb "$sysroot"
-  rm -r "$packages"
+  # apt works in a folder of its own, so that the machine's list of architectures stays as it is. A
+  # list of packages that cannot be fetched is no reason to stop: the download decides.
+  folder=$(mktemp -d)
+  trap 'rm -r "$folder"' EXIT
+  mkdir -p "$folder/lists/partial" "$folder/cache/archives/partial"
+  apt=(apt-get -o "APT::Architectures::=$processor" -o "Dir::State::Lists=$folder/lists"
+    -o "Dir::Cache=$folder/cache" -o APT::Sandbox::User=root)
+  "${apt[@]}" update || true
+  (cd "$folder" && "${apt[@]}" download "zlib1g-dev:$processor")
+  dpkg -x "$folder"/*.deb "$sysroot"
 fi
 set -x
 cmake -G Ninja -S . -B "build/$processor" -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/cross.cmake" \

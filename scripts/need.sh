@@ -50,9 +50,17 @@ if ! command -v apt-get >/dev/null || ! command -v "${as_root[0]-true}" >/dev/nu
   echo "dev: missing here, please install (Debian's package names): ${missing[*]}" >&2
   exit 1
 fi
-echo "dev: installing ${missing[*]} with apt-get" >&2
-{
-  "${as_root[@]}" apt-get update
+install() {
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends \
     "${missing[@]}"
+}
+
+# The package lists are fetched only where they do not do as they are. One of another source that
+# cannot be fetched is no reason to stop: the second attempt decides.
+echo "dev: installing ${missing[*]} with apt-get" >&2
+{
+  install || {
+    "${as_root[@]}" apt-get update || true
+    install
+  }
 } >&2 </dev/null
