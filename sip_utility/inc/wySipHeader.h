@@ -19,9 +19,11 @@ class SIPUTILITY_EXPORT SipHeader {
  public:
   // Reads a name, a token, and a value with its parameters, white space around each allowed; an
   // empty value text gives neither. The name decides the syntax: `value;name=value;...`, or
-  // `scheme name=value,...` for the authentication headers. What a value covers is told at
-  // SipHeaderMatchValue; a bracket that it has no memory to look into counts as none. After a
-  // failure the pieces in front of the failing one are set.
+  // `scheme name=value,...` for the authentication headers. SipHeaderMatchValue says what a value
+  // covers. After a failure the pieces before the failing one are set.
+  //
+  // A bracketed tel URI is read as an opaque URI where there is no memory for a tel address. So
+  // <tel:+1>x, which is refused otherwise, may then be accepted.
   SipHeader(const SipString& name, const SipString& value);
 
   SipHeader(const SipHeader&) = delete;

@@ -34,7 +34,10 @@ SIPUTILITY_EXPORT SipHeader* ParseViaHeaderToHeader(const char* via);
 // when the addresses are (10.0.0.1 differs from ::10.0.0.1), which texts that the platform cannot
 // read never are; other hosts are compared byte by byte, letter case included. Hosts are taken by
 // their length modulo 65536. Texts that are not addresses are logged and then compared by the
-// pieces in front of their fault. Fails: 0 for a null argument, and without memory.
+// pieces before their fault.
+// Fails: 0 for a null argument, and out of memory. With one exception: where GetHostType() has no
+// memory to classify a host, both are compared byte by byte, so that equal texts that the platform
+// cannot read as addresses give 1.
 SIPUTILITY_EXPORT int CompareSIPURI(const char* remote, const char* local);
 
 // Returns what a host is: 1 an IPv4 address, 2 an IPv6 address, bare or with any first and last
