@@ -141,6 +141,33 @@ TEST_F(SipHeaderMatchTest, LogsOneSetOfLinesForEachBracket) {
   EXPECT_EQ(all, takeLog());
 }
 
+TEST_F(SipHeaderMatchTest, RepeatsNoLineOfAHandlerThatUsesTheLibrary) {
+  struct Handler {
+    static void take(void* self, const HostLogLine& line) {
+      auto& handler = *static_cast<Handler*>(self);
+      handler.lines.emplace_back(line.text);
+      if (handler.lines.back() == handler.trigger) {
+        handler.trigger.clear();
+        naive::countOf<SipNonAuthHeaderMatchValue>("x<tel:+;>");
+      }
+    }
+    Lines linesOf(const char* text) {
+      naive::countOf<SipNonAuthHeaderMatchValue>(text);
+      return std::exchange(lines, {});
+    }
+    Lines lines;
+    std::string trigger;
+  } handler;
+  hostSetLogHandler(&Handler::take, &handler);
+  const Lines nested = handler.linesOf("x<tel:+;>");
+  const Lines one = handler.linesOf("<tel:+>");
+  handler.trigger = "TelAddressMatchGlobalPhoneNumber: No phonedigit found";
+  Lines all = one;
+  all.insert(std::find(all.begin(), all.end(), handler.trigger) + 1, nested.begin(), nested.end());
+  all.insert(all.end(), one.begin(), one.end());
+  EXPECT_EQ(all, handler.linesOf("<tel:+><tel:+>"));
+}
+
 TEST_F(SipHeaderMatchTest, TriesAnOpaqueUriWhereThereIsNoMemoryForATelUri) {
   const SipString text("<tel:+1>");
   const SipStrStream stream(text);

@@ -1,10 +1,13 @@
 // wySipMatchTest.cpp - grammar matchers and character predicates of SIP text.
 #include "wySipMatch.h"
 
+#include <functional>
 #include <initializer_list>
 
 #include "libraryTest.h"
 #include "naive.h"
+#include "wySipHeaderMatch.h"
+#include "wyTelAddressMatch.h"
 
 namespace {
 
@@ -93,8 +96,22 @@ TEST_F(SipMatchTest, ReportsOffsetsBehindTheEndAtEachLevel) {
 TEST_F(SipMatchDeathTest, OffsetsThatWrapEndTheProcess) {
   SipStrStream stream(SipString("123"));
   stream.discard(1);
-  EXPECT_EXIT(SipMatchDigit().match(stream, 0xFFFFFFFFU), testing::KilledBySignal(SIGABRT),
-              kSilence);
+  const unsigned int offset = 0xFFFFFFFFU;
+  const std::function<unsigned int()> cases[] = {
+      [&] { return SipMatchDigit().match(stream, offset); },
+      [&] { return SipMatchDigit().doMatch(stream, offset); },
+      [&] { return SipMatchUric().doMatch(stream, offset); },
+      [&] { return SipMatchLWS().doMatch(stream, offset); },
+      [&] { return SipMatchQuotedString().matchQuote(stream, offset); },
+      [&] { return SipMatchSpecificString("x").doMatch(stream, offset); },
+      [&] { return SipHeaderMatchValue(WY_SIP_HEADER_TYPE_NON_AUTH).doMatch(stream, offset); },
+      [&] { return TelAddressMatchPhoneNumber(WY_SIP_TELURI_TYPE_LOCAL).doMatch(stream, offset); },
+      [&] { return SipAddrParamList().matchEqual(stream, offset); },
+  };
+  for (const auto& match : cases) {
+    SCOPED_TRACE(&match - cases);
+    EXPECT_EXIT(match(), testing::KilledBySignal(SIGABRT), kSilence);
+  }
 }
 
 TEST_F(SipMatchTest, AsksTheSubclassForMembersAndQuotes) {

@@ -1,6 +1,8 @@
 // wySipHeaderMatch.cpp - grammar matchers of header values.
 #include "wySipHeaderMatch.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 
 #include "internal/borrowed.h"
@@ -18,6 +20,40 @@ namespace {
 constexpr const char* kSourceFile = "sip_utility/src/wySipHeaderMatch";
 
 constexpr unsigned int kTelFrame = 6;  // "<tel:" and ">"
+
+// Keeps the lines of an attempt, to log them again: an attempt that would end the same way need not
+// be made twice to be reported twice. Of an attempt with more lines than it holds the tape keeps
+// the first ones and the last two, the failure among them, so that attempts that are repeated cost
+// time in proportion to the text.
+class LogTape {
+ public:
+  void add(const LogLine& line) {
+    if (count_ == kCapacity) {
+      lines_[kCapacity - 2] = lines_[kCapacity - 1];
+      --count_;
+    }
+    lines_[count_++] = line;
+  }
+
+  void replay() const { std::for_each_n(lines_, count_, logLine); }
+
+ private:
+  static constexpr std::size_t kCapacity = 16;
+
+  std::size_t count_ = 0;
+  LogLine lines_[kCapacity];  // the first count_ of them
+};
+
+// Puts what an attempt logs onto a tape.
+class TapeRecorder final : public LogListener {
+ public:
+  explicit TapeRecorder(LogTape& tape) : tape_(tape) {}
+
+ private:
+  void hear(const LogLine& line) override { tape_.add(line); }
+
+  LogTape& tape_;
+};
 
 // Reads the runs of one value. The tel URI, which is the same text for every "<", is tried once.
 class ValueReader {
@@ -104,9 +140,8 @@ class ValueReader {
     if (telLength_) {
       telLog_.replay();
     } else {
-      telLog_.record();
+      const TapeRecorder recorder(telLog_);
       telLength_ = tryTel();
-      telLog_.stop();
     }
     return *telLength_;
   }
@@ -146,9 +181,9 @@ SipHeaderMatchValue::SipHeaderMatchValue(WY_SIP_SIPHEADER_TYPE headerType)
 unsigned int SipHeaderMatchValue::doMatch(const SipStrStream& stream, unsigned int offset) {
   switch (headerType_) {
     case WY_SIP_HEADER_TYPE_NON_AUTH:
-      return matchOf<grammar::nonAuthHeaderValue>(unread(stream), offset);
+      return matchOf<grammar::nonAuthHeaderValue>(unreadFor(stream, offset), offset);
     case WY_SIP_HEADER_TYPE_AUTH:
-      return matchOf<grammar::token>(unread(stream), offset);
+      return matchOf<grammar::token>(unreadFor(stream, offset), offset);
     default:
       return 0;
   }
@@ -159,11 +194,11 @@ unsigned int grammar::nonAuthHeaderValue(Unread text, unsigned int offset) {
 }
 
 unsigned int SipNonAuthHeaderMatchValue::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::nonAuthHeaderValue(unread(stream), offset);
+  return grammar::nonAuthHeaderValue(unreadFor(stream, offset), offset);
 }
 
 unsigned int SipHeaderMatchIHeaderChars::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return ValueReader(unread(stream)).runLength(offset);
+  return ValueReader(unreadFor(stream, offset)).runLength(offset);
 }
 
 unsigned int grammar::absoluteUri(Unread text, unsigned int offset) {
@@ -180,5 +215,5 @@ unsigned int grammar::absoluteUri(Unread text, unsigned int offset) {
 }
 
 unsigned int SipHeaderMatchAbsoluteURI::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::absoluteUri(unread(stream), offset);
+  return grammar::absoluteUri(unreadFor(stream, offset), offset);
 }

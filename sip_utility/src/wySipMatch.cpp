@@ -241,8 +241,10 @@ unsigned int SipMatch::match(const SipStrStream& stream, unsigned int offset) {
   return lastMatch_;
 }
 
+void reportPastEnd() { reportAssertion(kSourceFile); }
+
 unsigned int SipMatchCharSet::doMatch(const SipStrStream& stream, unsigned int offset) {
-  const Unread text = unread(stream);
+  const Unread text = unreadFor(stream, offset);
   unsigned int end = offset;
   while (end < text.length && matchChar(text.bytes[end])) {
     ++end;
@@ -252,7 +254,7 @@ unsigned int SipMatchCharSet::doMatch(const SipStrStream& stream, unsigned int o
 
 unsigned int SipMatchEscapedCharSet::doMatch(const SipStrStream& stream, unsigned int offset) {
   assertHolds(!matchChar('%'), kSourceFile);
-  const Unread text = unread(stream);
+  const Unread text = unreadFor(stream, offset);
   unsigned int end = offset;
   while (end < text.length) {
     if (matchChar(text.bytes[end])) {
@@ -295,7 +297,7 @@ unsigned int grammar::lwsFrom(Unread text, unsigned int offset) {
 }
 
 unsigned int SipMatchLWS::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::lws(unread(stream), offset);
+  return grammar::lws(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::separatedByLws(char separator, Unread text, unsigned int offset) {
@@ -309,7 +311,7 @@ unsigned int grammar::separatedByLws(char separator, Unread text, unsigned int o
 SipMatchLWSChar::SipMatchLWSChar(char separator) : separator_(separator) {}
 
 unsigned int SipMatchLWSChar::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::separated(separator_, unread(stream), offset);
+  return grammar::separated(separator_, unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::quotedString(Unread text, unsigned int offset) {
@@ -319,11 +321,11 @@ unsigned int grammar::quotedString(Unread text, unsigned int offset) {
 
 unsigned int SipMatchQuotedString::doMatch(const SipStrStream& stream, unsigned int offset) {
   const auto quoteAt = [this, &stream](unsigned int at) { return matchQuote(stream, at); };
-  return quotedLength<false>(unread(stream), offset, quoteAt);
+  return quotedLength<false>(unreadFor(stream, offset), offset, quoteAt);
 }
 
 unsigned int SipMatchQuotedString::matchQuote(const SipStrStream& stream, unsigned int offset) {
-  return unread(stream).has(offset, '"') ? 1 : 0;
+  return unreadFor(stream, offset).has(offset, '"') ? 1 : 0;
 }
 
 SipMatchSpecificString::SipMatchSpecificString(const SipString& literal) : literal_(literal) {}
@@ -331,7 +333,7 @@ SipMatchSpecificString::SipMatchSpecificString(const SipString& literal) : liter
 SipMatchSpecificString::~SipMatchSpecificString() = default;
 
 unsigned int SipMatchSpecificString::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return unread(stream).has(offset, view(literal_)) ? literal_.length() : 0;
+  return unreadFor(stream, offset).has(offset, view(literal_)) ? literal_.length() : 0;
 }
 
 unsigned int grammar::utf8NonAscii(Unread text, unsigned int offset) {
@@ -346,7 +348,7 @@ unsigned int grammar::utf8NonAscii(Unread text, unsigned int offset) {
 }
 
 unsigned int SipMatchUTF8NonASCII::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::utf8NonAscii(unread(stream), offset);
+  return grammar::utf8NonAscii(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::label(Unread text, unsigned int offset) {
@@ -354,7 +356,7 @@ unsigned int grammar::label(Unread text, unsigned int offset) {
 }
 
 unsigned int SipMatchILabel::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return labelLength(unread(stream), offset, SipMatchCharSet::doMatch(stream, offset));
+  return labelLength(unreadFor(stream, offset), offset, SipMatchCharSet::doMatch(stream, offset));
 }
 
 bool SipMatchILabel::matchChar(char byte) { return isIn(kLabel, byte); }
@@ -378,7 +380,7 @@ unsigned int grammar::hostname(Unread text, unsigned int offset) {
 }
 
 unsigned int SipMatchHostname::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::hostname(unread(stream), offset);
+  return grammar::hostname(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::decOctet(Unread text, unsigned int offset) {
@@ -399,7 +401,7 @@ unsigned int grammar::decOctet(Unread text, unsigned int offset) {
 }
 
 unsigned int SipMatchIIPV4DecOctet::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::decOctet(unread(stream), offset);
+  return grammar::decOctet(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::ipv4Address(Unread text, unsigned int offset) {
@@ -423,7 +425,7 @@ unsigned int grammar::ipv4Address(Unread text, unsigned int offset) {
 }
 
 unsigned int SipMatchIIPV4Address::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::ipv4Address(unread(stream), offset);
+  return grammar::ipv4Address(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::h16(Unread text, unsigned int offset) {
@@ -432,7 +434,7 @@ unsigned int grammar::h16(Unread text, unsigned int offset) {
 }
 
 unsigned int SipMatchIIPV6H16::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::h16(unread(stream), offset);
+  return grammar::h16(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::ipv6Address(Unread text, unsigned int offset) {
@@ -440,7 +442,7 @@ unsigned int grammar::ipv6Address(Unread text, unsigned int offset) {
 }
 
 unsigned int SipMatchIIPV6Address::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::ipv6Address(unread(stream), offset);
+  return grammar::ipv6Address(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::host(Unread text, unsigned int offset) {
@@ -465,7 +467,7 @@ unsigned int grammar::host(Unread text, unsigned int offset) {
 }
 
 unsigned int SipMatchHost::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::host(unread(stream), offset);
+  return grammar::host(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::scheme(Unread text, unsigned int offset) {
@@ -476,7 +478,7 @@ unsigned int grammar::scheme(Unread text, unsigned int offset) {
 }
 
 unsigned int SipAddressMatchScheme::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::scheme(unread(stream), offset);
+  return grammar::scheme(unreadFor(stream, offset), offset);
 }
 
 bool SipAddressMatchSchemeTrailing::matchChar(char byte) { return isIn(kSchemeTrailing, byte); }
@@ -494,7 +496,7 @@ unsigned int grammar::userInfo(Unread text, unsigned int offset) {
 }
 
 unsigned int SipAddressMatchUserInfo::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::userInfo(unread(stream), offset);
+  return grammar::userInfo(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::displayName(Unread text, unsigned int offset) {
@@ -516,7 +518,7 @@ unsigned int grammar::displayName(Unread text, unsigned int offset) {
 }
 
 unsigned int SipAddressMatchDisplayName::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::displayName(unread(stream), offset);
+  return grammar::displayName(unreadFor(stream, offset), offset);
 }
 
 bool SipAddressMatchParamChar::matchChar(char byte) { return isIn(kParamChar, byte); }
@@ -539,5 +541,5 @@ unsigned int grammar::uriHeaders(Unread text, unsigned int offset) {
 }
 
 unsigned int SipAddressMatchHeaders::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::uriHeaders(unread(stream), offset);
+  return grammar::uriHeaders(unreadFor(stream, offset), offset);
 }

@@ -188,7 +188,7 @@ VARN_EXCEPTION_CODES noMemoryToSet() {
 }
 
 unsigned int separated(char separator, const SipStrStream& stream, unsigned int offset) {
-  const Unread text = unread(stream);
+  const Unread text = unreadFor(stream, offset);
   assertWithin(offset, text);
   const unsigned int count = grammar::separated(separator, text, offset);
   assertWithin(checkedSum(offset, count), text);
@@ -471,12 +471,12 @@ unsigned int SipHdrParamList::matchSep(const SipStrStream& stream, unsigned int 
   if (headerType_ == WY_SIP_HEADER_TYPE_NON_AUTH) {
     return separated(';', stream, offset);
   }
-  return first == 1 ? matchOf<grammar::lws>(unread(stream), offset)
+  return first == 1 ? matchOf<grammar::lws>(unreadFor(stream, offset), offset)
                     : separated(',', stream, offset);
 }
 
 unsigned int SipHdrParamList::matchValue(const SipStrStream& stream, unsigned int offset) const {
-  const Unread text = unread(stream);
+  const Unread text = unreadFor(stream, offset);
   unsigned int length = matchOf<grammar::quotedString>(text, offset);
   if (length == 0) {
     length = matchOf<grammar::ipv6Address>(text, offset);
@@ -489,7 +489,7 @@ unsigned int SipHdrParamList::matchValue(const SipStrStream& stream, unsigned in
 
 unsigned int SipHdrParamList::matchTagParamValue(const SipStrStream& stream,
                                                  unsigned int offset) const {
-  return matchOf<grammar::token>(unread(stream), offset);
+  return matchOf<grammar::token>(unreadFor(stream, offset), offset);
 }
 
 unsigned int SipHdrParamList::matchEqual(const SipStrStream& stream, unsigned int offset) const {
@@ -497,7 +497,7 @@ unsigned int SipHdrParamList::matchEqual(const SipStrStream& stream, unsigned in
 }
 
 unsigned int SipHdrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {
-  return matchOf<grammar::token>(unread(stream), offset);
+  return matchOf<grammar::token>(unreadFor(stream, offset), offset);
 }
 
 const char* SipHdrParamList::getSep(int first) const {
@@ -509,17 +509,17 @@ const char* SipHdrParamList::getSep(int first) const {
 
 unsigned int SipHdrParamList::MatchQuotedTagValue(const SipStrStream& stream,
                                                   unsigned int offset) const {
-  return matchOf<grammar::quotedString>(unread(stream), offset);
+  return matchOf<grammar::quotedString>(unreadFor(stream, offset), offset);
 }
 
 unsigned int SipAddrParamList::matchSep(const SipStrStream& stream, unsigned int offset,
                                         int /*first*/) const {
-  return unread(stream).has(offset, ';') ? 1 : 0;
+  return unreadFor(stream, offset).has(offset, ';') ? 1 : 0;
 }
 
 // The paramchar rule, also for a derived list that has other names.
 unsigned int SipAddrParamList::matchValue(const SipStrStream& stream, unsigned int offset) const {
-  return matchOf<grammar::paramChars>(unread(stream), offset);
+  return matchOf<grammar::paramChars>(unreadFor(stream, offset), offset);
 }
 
 unsigned int SipAddrParamList::matchTagParamValue(const SipStrStream& /*stream*/,
@@ -528,16 +528,16 @@ unsigned int SipAddrParamList::matchTagParamValue(const SipStrStream& /*stream*/
 }
 
 unsigned int SipAddrParamList::matchEqual(const SipStrStream& stream, unsigned int offset) const {
-  return unread(stream).has(offset, '=') ? 1 : 0;
+  return unreadFor(stream, offset).has(offset, '=') ? 1 : 0;
 }
 
 unsigned int SipAddrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {
-  return matchOf<grammar::paramChars>(unread(stream), offset);
+  return matchOf<grammar::paramChars>(unreadFor(stream, offset), offset);
 }
 
 const char* SipAddrParamList::getSep(int /*first*/) const { return ";"; }
 
 unsigned int SipAddrParamList::MatchQuotedTagValue(const SipStrStream& stream,
                                                    unsigned int offset) const {
-  return matchOf<grammar::quotedString>(unread(stream), offset);
+  return matchOf<grammar::quotedString>(unreadFor(stream, offset), offset);
 }

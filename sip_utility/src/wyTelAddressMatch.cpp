@@ -54,7 +54,7 @@ unsigned int grammar::globalPhoneNumber(Unread text, unsigned int /*offset*/) {
 
 unsigned int TelAddressMatchGlobalPhoneNumber::doMatch(const SipStrStream& stream,
                                                        unsigned int offset) {
-  return grammar::globalPhoneNumber(unread(stream), offset);
+  return grammar::globalPhoneNumber(unreadFor(stream, offset), offset);
 }
 
 unsigned int grammar::localPhoneNumber(Unread text, unsigned int /*offset*/) {
@@ -74,18 +74,18 @@ unsigned int grammar::localPhoneNumber(Unread text, unsigned int /*offset*/) {
 
 unsigned int TelAddressMatchLocalPhoneNumber::doMatch(const SipStrStream& stream,
                                                       unsigned int offset) {
-  return grammar::localPhoneNumber(unread(stream), offset);
+  return grammar::localPhoneNumber(unreadFor(stream, offset), offset);
 }
 
 TelAddressMatchPhoneNumber::TelAddressMatchPhoneNumber(WY_SIP_TELURI_TYPE type) : type_(type) {}
 
-unsigned int TelAddressMatchPhoneNumber::doMatch(const SipStrStream& stream,
-                                                 unsigned int /*offset*/) {
+unsigned int TelAddressMatchPhoneNumber::doMatch(const SipStrStream& stream, unsigned int offset) {
+  const Unread text = unreadFor(stream, offset);
   switch (type_) {
     case WY_SIP_TELURI_TYPE_LOCAL:
-      return matchOf<grammar::localPhoneNumber>(stream);
+      return matchOf<grammar::localPhoneNumber>(text, 0);
     case WY_SIP_TELURI_TYPE_GLOBAL:
-      return matchOf<grammar::globalPhoneNumber>(stream);
+      return matchOf<grammar::globalPhoneNumber>(text, 0);
     default:
       return 0;
   }
@@ -103,5 +103,5 @@ unsigned int grammar::phoneContext(Unread text, unsigned int /*offset*/) {
 }
 
 unsigned int TelAddressMatchContext::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::phoneContext(unread(stream), offset);
+  return grammar::phoneContext(unreadFor(stream, offset), offset);
 }

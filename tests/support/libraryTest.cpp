@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <new>
 
 namespace {
@@ -11,6 +12,21 @@ namespace {
 std::string logLine(int level, int moduleId, std::string_view source, std::string_view text) {
   std::string line = std::to_string(level) + ' ' + std::to_string(moduleId) + ' ';
   return line.append(source).append(" | ").append(text);
+}
+
+// Expects the place of an assertion to be a line that asserts. The framework's header is not here.
+void expectAsserts(const HostAssertion& assertion) {
+  const std::string family = std::string(SIPUTILITY_SOURCE_DIR) + '/' + assertion.sourceFile;
+  std::ifstream source(family + ".cpp");
+  if (!source.is_open()) {
+    EXPECT_STREQ("framework/inc/singoConfig", assertion.sourceFile);
+    return;
+  }
+  std::string line;
+  for (int i = 0; i < assertion.line; ++i) {
+    std::getline(source, line);
+  }
+  EXPECT_NE(std::string::npos, line.find("ssert")) << family << ':' << assertion.line;
 }
 
 }  // namespace
@@ -79,6 +95,7 @@ LibraryTest::LibraryTest() {
   hostSetAssertionHandler(
       [](void* self, const HostAssertion& assertion) {
         EXPECT_STREQ("ASSERT Failure:", assertion.message);
+        expectAsserts(assertion);
         static_cast<LibraryTest*>(self)->assertions_.emplace_back(assertion.sourceFile);
       },
       this);

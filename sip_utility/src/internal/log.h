@@ -25,56 +25,55 @@ enum LogModule {
 
 constexpr int kMemoryCategory = 2;
 
-// Keeps the lines that the thread logs while the tape records, to log them again: an attempt
-// that would end the same way need not be made twice to be reported twice. Of an attempt with
-// more lines than it holds the tape keeps the first ones and the last two, the failure among
-// them. One records at a time.
-class LogTape {
+// A place in the sources: a family, and the line where it is named.
+struct Source {
+  // NOLINTNEXTLINE(google-explicit-constructor): a family stands for the place
+  Source(const char* family, int lineOfCaller = __builtin_LINE())
+      : sourceFile(family), line(lineOfCaller) {}
+
+  const char* sourceFile;
+  int line;
+};
+
+// One line of the module log.
+struct LogLine {
+  LogLevel level;
+  LogModule module;
+  const char* sourceFile;
+  int line;
+  const char* format;
+  uintptr_t a1;
+  uintptr_t a2;
+};
+
+// Hears each line that the thread logs while it lives. It does not hear what a handler of the log
+// makes the library log: the handler's calls are none of the listener's.
+class LogListener {
  public:
-  LogTape() = default;
-  LogTape(const LogTape&) = delete;
-  LogTape& operator=(const LogTape&) = delete;
+  LogListener(const LogListener&) = delete;
+  LogListener& operator=(const LogListener&) = delete;
 
-  // Begins and ends recording. The texts of format, source and arguments live as long as the
-  // tape.
-  void record() { recording_ = this; }
-  void stop() { recording_ = nullptr; }
-
-  // Logs the lines again.
-  void replay() const;
+ protected:
+  LogListener() : outer_(current_) { current_ = this; }
+  virtual ~LogListener() { current_ = outer_; }
 
  private:
-  friend void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
-                       const char* format, uintptr_t a1, uintptr_t a2);
+  friend void logLine(const LogLine& line);
 
-  struct Line {
-    LogLevel level;
-    LogModule module;
-    const char* sourceFile;
-    int line;
-    const char* format;
-    uintptr_t a1;
-    uintptr_t a2;
-  };
+  virtual void hear(const LogLine& line) = 0;
 
-  void add(const Line& line) {
-    if (count_ == kCapacity) {
-      lines_[kCapacity - 2] = lines_[kCapacity - 1];
-      --count_;
-    }
-    lines_[count_++] = line;
-  }
+  static inline thread_local LogListener* current_ = nullptr;
 
-  static inline thread_local LogTape* recording_ = nullptr;
-
-  static constexpr std::size_t kCapacity = 16;
-  std::size_t count_ = 0;
-  Line lines_[kCapacity];  // the first count_ of them
+  LogListener* outer_;
 };
 
 // Writes one line to the module log.
-void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
-              const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0);
+void logLine(const LogLine& line);
+
+inline void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
+                     const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0) {
+  logLine({level, module, sourceFile, line, format, a1, a2});
+}
 
 // Logs a failure of the library. Cold: so is the code that leads there.
 [[gnu::cold]] void logFailure(const char* sourceFile, const char* format, uintptr_t a1 = 0,
@@ -101,22 +100,22 @@ inline void recordBlock(const char* sourceFile, const void* pointer, std::size_t
 // Takes a recorded block or object off the record, before it is freed.
 inline void forgetBlock(const void* pointer) { pzmemlog_remove(kMemoryCategory, pointer); }
 
-// Reports a failed assertion to the framework.
-[[gnu::cold]] void reportAssertion(const char* sourceFile, int line);
+// Reports a failed assertion of this place to the framework.
+[[gnu::cold]] void reportAssertion(Source source);
 
 // Returns whether a precondition holds and reports it to the framework when it does not.
-inline bool assertHolds(bool holds, const char* sourceFile, int line = __builtin_LINE()) {
+inline bool assertHolds(bool holds, Source source) {
   if (!holds) {
-    reportAssertion(sourceFile, line);
+    reportAssertion(source);
   }
   return holds;
 }
 
 // Reports each null pointer as a failed assertion and returns whether there was none.
 template <typename... Pointers>
-bool assertNoneNull(const char* sourceFile, const Pointers*... pointers) {
+bool assertNoneNull(Source source, const Pointers*... pointers) {
   bool none = true;
-  ((none = assertHolds(pointers != nullptr, sourceFile) && none), ...);
+  ((none = assertHolds(pointers != nullptr, source) && none), ...);
   return none;
 }
 

@@ -9,16 +9,6 @@
 #include "allocationWatch.h"
 #include "log.h"
 
-// A place in the sources: a family, and the line where it is named.
-struct Source {
-  // NOLINTNEXTLINE(google-explicit-constructor): a family stands for the place
-  Source(const char* family, int lineOfCaller = __builtin_LINE())
-      : sourceFile(family), line(lineOfCaller) {}
-
-  const char* sourceFile;
-  int line;
-};
-
 // Returns an object made from the arguments and recorded for the place; null without memory.
 template <typename Object, typename... Arguments>
 Object* newRecorded(Source source, Arguments&&... arguments) {

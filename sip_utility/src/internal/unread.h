@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "charClass.h"
+#include "checkedMath.h"
 #include "stringAccess.h"
 
 // Shows bytes that someone else owns. Offsets are counted from the first unread byte and may lie
@@ -58,6 +59,13 @@ struct Unread {
 inline Unread unread(const SipStrStream& stream) {
   const std::string_view rest = SipStringAccess::rest(stream);
   return {rest.data(), static_cast<unsigned int>(rest.size())};
+}
+
+// As unread(), for what looks at the offset: position + offset must not wrap, which ends the
+// process.
+inline Unread unreadFor(const SipStrStream& stream, unsigned int offset) {
+  checkedSum(stream.pos(), offset);
+  return unread(stream);
 }
 
 // A rule of the grammar: how many bytes it covers at the offset, 0 for none.
