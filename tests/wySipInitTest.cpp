@@ -121,6 +121,10 @@ TEST_F(SipInitTest, CredentialsFreeTheStringsThatAreSet) {
       record->*string = set ? __strdup("secret") : nullptr;
     }
     record->~wyCredentialsStruct();
+    const std::string bytes(buffer, sizeof(buffer));
+    const std::string nulls(5 * sizeof(char*), '\0');
+    EXPECT_EQ(nulls.substr(0, 3 * sizeof(char*)), bytes.substr(0, 3 * sizeof(char*)));
+    EXPECT_EQ(nulls, bytes.substr(4 * sizeof(char*)));
     EXPECT_EQ((Lines{lifeLine("wyCredentialsStruct::wyCredentialsStruct : ", record),
                      lifeLine("wyCredentialsStruct::~wyCredentialsStruct : ", record)}),
               takeLog());

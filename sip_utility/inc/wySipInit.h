@@ -44,7 +44,7 @@ class SIPUTILITY_EXPORT wyCredentialsStruct {
   wyCredentialsStruct(const wyCredentialsStruct&) = delete;
   wyCredentialsStruct& operator=(const wyCredentialsStruct&) = delete;
 
-  // Frees the strings with __free.
+  // Frees the strings with __free and sets them to null.
   ~wyCredentialsStruct();
 
   char* firstString;

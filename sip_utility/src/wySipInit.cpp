@@ -50,12 +50,8 @@ struct SingoConfig_SO {
   }
 };
 
-// Overwrites a text whose object goes; no compiler may leave that out.
-template <std::size_t kSize>
-void wipe(char (&text)[kSize]) {
-  std::memset(text, 0, kSize);
-  __asm__ volatile("" : : "r"(text) : "memory");
-}
+// Keeps what an object that ends was overwritten with; a compiler would leave those stores out.
+void keepStores(const void* object) { __asm__ volatile("" : : "r"(object) : "memory"); }
 
 }  // namespace
 
@@ -84,9 +80,10 @@ wySipConnParams::wySipConnParams()
 
 wySipConnParams::~wySipConnParams() {
   logTrace(kRecordSourceFile, "wySipConnParams::~wySipConnParams: %x", logArgument(this));
-  wipe(firstText);
-  wipe(secondText);
-  wipe(fourthText);
+  std::memset(firstText, 0, sizeof(firstText));
+  std::memset(secondText, 0, sizeof(secondText));
+  std::memset(fourthText, 0, sizeof(fourthText));
+  keepStores(this);
 }
 
 wyCredentialsStruct::wyCredentialsStruct()
@@ -112,4 +109,5 @@ wyCredentialsStruct::~wyCredentialsStruct() {
   releaseBlock(sixthString);
   releaseBlock(seventhString);
   releaseBlock(eighthString);
+  keepStores(this);
 }
