@@ -56,7 +56,10 @@ TEST_F(SipHeaderMatchTest, EndsAValueAtItsParametersOrItsFirstFault) {
   }
   const SipStrStream digest("Digest realm=\"r\"");
   EXPECT_EQ(6U, SipHeaderMatchValue(WY_SIP_HEADER_TYPE_AUTH).match(digest, 0));
-  EXPECT_EQ(0U, SipHeaderMatchValue(WY_SIP_HEADER_TYPE_NONE).match(digest, 0));
+  for (const unsigned int type : {0U, 3U, 4U, 0xFFFFFFFFU}) {
+    SipHeaderMatchValue other(static_cast<WY_SIP_SIPHEADER_TYPE>(type));
+    EXPECT_EQ(0U, other.match(digest, 0));
+  }
   EXPECT_EQ(Lines{}, takeAssertions());
 }
 

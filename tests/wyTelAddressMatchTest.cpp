@@ -22,7 +22,7 @@ TEST_F(TelAddressMatchTest, ClassesHoldTheirMembers) {
 TEST_F(TelAddressMatchTest, TellsNumbersAndContextsFromTheStreamsPosition) {
   const std::string prefix = "TelAddressMatch";
   const struct {
-    char rule;  // of a global or local number, or a context
+    char rule;  // of a global or local number, a context, or a type without or unknown
     const char* text;
     unsigned int count;
     std::string reason;
@@ -39,12 +39,14 @@ TEST_F(TelAddressMatchTest, TellsNumbersAndContextsFromTheStreamsPosition) {
       {'c', "+33-1;", 5, ""},
       {'c', "+", 0, "Context: Could not match descriptor BNF"},
       {'n', "+1", 0, ""},
+      {'u', "+1", 0, ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     TelAddressMatchContext context;
     TelAddressMatchPhoneNumber number(c.rule == 'g'   ? WY_SIP_TELURI_TYPE_GLOBAL
                                       : c.rule == 'l' ? WY_SIP_TELURI_TYPE_LOCAL
+                                      : c.rule == 'u' ? static_cast<WY_SIP_TELURI_TYPE>(4)
                                                       : WY_SIP_TELURI_TYPE_NONE);
     SipMatch& rule = c.rule == 'c' ? static_cast<SipMatch&>(context) : number;
     SipStrStream stream(sipString(std::string("+1a") + c.text));

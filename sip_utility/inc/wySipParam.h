@@ -169,7 +169,7 @@ class SIPUTILITY_EXPORT SipParamList {
 };
 
 // The kind of a header, as far as its syntax goes.
-enum WY_SIP_SIPHEADER_TYPE {
+enum WY_SIP_SIPHEADER_TYPE : unsigned int {
   WY_SIP_HEADER_TYPE_NONE = 0,      // not set yet
   WY_SIP_HEADER_TYPE_AUTH = 1,      // `scheme name=value,name=value`
   WY_SIP_HEADER_TYPE_NON_AUTH = 2,  // `value;name=value;name=value`

@@ -11,7 +11,7 @@
 #include "wySipMatch.h"
 
 // The kind of a telephone number.
-enum WY_SIP_TELURI_TYPE {
+enum WY_SIP_TELURI_TYPE : unsigned int {
   WY_SIP_TELURI_TYPE_NONE = 0,    // not known yet
   WY_SIP_TELURI_TYPE_LOCAL = 1,   // needs a phone context
   WY_SIP_TELURI_TYPE_GLOBAL = 2,  // begins with "+"
