@@ -29,7 +29,8 @@ TEST_F(SipPortTest, ReadsOneToFiveDigitsUpTo65535) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
-    SipPort port(7);
+    SipPort port;
+    port = 7;
     SipStrStream stream(c.text);
     EXPECT_EQ(c.log.empty() ? VARN_OK : VARN_INVALID_INPUT, port.set(stream));
     EXPECT_EQ(c.port, port.get());

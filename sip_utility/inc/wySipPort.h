@@ -10,7 +10,7 @@
 class SIPUTILITY_EXPORT SipPort {
  public:
   SipPort();
-  explicit SipPort(unsigned short port);
+  SipPort(unsigned short port);  // NOLINT(google-explicit-constructor): a number is a port
   SipPort(const SipPort& other);
   SipPort& operator=(const SipPort& other);
   virtual ~SipPort();

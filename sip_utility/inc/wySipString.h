@@ -124,7 +124,7 @@ class SIPUTILITY_EXPORT SipString {
 class SIPUTILITY_EXPORT SipStrStream {
  public:
   // Starts at the first byte of a copy of the text; see valid() for out of memory.
-  explicit SipStrStream(const SipString& text);
+  SipStrStream(const SipString& text);  // NOLINT(google-explicit-constructor): texts are read so
 
   // Makes an independent cursor over a copy of the text, at the same position.
   SipStrStream(const SipStrStream& other);
