@@ -1,4 +1,5 @@
 // platformTest.cpp - the host platform, where the library does not show it.
+#include <algorithm>
 #include <climits>
 #include <cstdio>
 #include <cstring>
@@ -35,6 +36,64 @@ TEST_F(PlatformTest, FailsTheAllocationThatItIsAskedToFail) {
   EXPECT_TRUE(first != nullptr && third != nullptr);
   __free(first);
   __free(third);
+}
+
+TEST_F(PlatformTest, ComparesBytesOrAsciiLettersOfEitherCase) {
+  const auto sign = [](int difference) { return (difference > 0) - (difference < 0); };
+  const struct {
+    const char* a;
+    const char* b;
+    int bytes;
+    int letters;
+  } cases[] = {
+      {"", "", 0, 0},        {"", "a", -1, -1},   {"tAG", "Tag", 1, 0},     {"a", "B", 1, -1},
+      {"Z", "[", -1, 1},     {"@", "`", -1, -1},  {"[", "{", -1, -1},       {"ab", "A", 1, 1},
+      {"z", "\xDA", -1, -1}, {"abc", "ab", 1, 1}, {"\xDA", "\xFA", -1, -1}, {"Zz", "zZ", -1, 0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.a);
+    const auto a = exactCopy(c.a);
+    const auto b = exactCopy(c.b);
+    const std::size_t size = std::min(__strlen(a.get()), __strlen(b.get())) + 1;
+    EXPECT_EQ(c.bytes, sign(__strcmp(a.get(), b.get())));
+    EXPECT_EQ(-c.bytes, sign(__memcmp(b.get(), a.get(), size)));
+    EXPECT_EQ(c.letters, sign(__stricmp(a.get(), b.get())));
+    EXPECT_EQ(-c.letters, sign(__stricmp(b.get(), a.get())));
+  }
+}
+
+TEST_F(PlatformTest, SearchesFillsAndCopies) {
+  const auto owned = exactCopy("tel:+1;x=1");
+  char* const text = owned.get();
+  EXPECT_EQ(10U, __strlen(text));
+  EXPECT_EQ(text + 9, __strstr(text + 6, "1"));
+  EXPECT_EQ(nullptr, __strstr(text, "11"));
+  EXPECT_EQ(text + 5, __strchr(text, '1'));
+  EXPECT_EQ(text + 10, __strchr(text, '\0'));
+  EXPECT_EQ(nullptr, __strchr(text, '2'));
+  EXPECT_EQ(text, __memcpy(text, "sip", 3));
+  EXPECT_EQ(text + 9, __memset(text + 9, 0x102, 1));
+  EXPECT_STREQ("sip:+1;x=\2", text);
+}
+
+TEST_F(PlatformTest, CopiesAndAppendsWhatFits) {
+  const struct {
+    size_t (*write)(char* out, const char* cstr, size_t size);
+    size_t size;
+    const char* after;  // of "ab" and "cde", "." for a zero byte
+    size_t length;
+  } cases[] = {
+      {__strlcpy, 0, "ab.###", 3}, {__strlcpy, 1, ".b.###", 3}, {__strlcpy, 3, "cd.###", 3},
+      {__strlcpy, 4, "cde.##", 3}, {__strlcpy, 6, "cde.##", 3}, {__strlcat, 0, "ab.###", 3},
+      {__strlcat, 1, "ab.###", 4}, {__strlcat, 2, "ab.###", 5}, {__strlcat, 3, "ab.###", 5},
+      {__strlcat, 5, "abcd.#", 5}, {__strlcat, 6, "abcde.", 5},
+  };
+  for (const auto& c : cases) {
+    std::string out("ab\0###", 6);
+    EXPECT_EQ(c.length, c.write(out.data(), "cde", c.size));
+    std::replace(out.begin(), out.end(), '\0', '.');
+    EXPECT_EQ(c.after, out);
+  }
 }
 
 TEST_F(PlatformTest, ConvertsNumbers) {

@@ -33,6 +33,11 @@ bool standsInUserPart(unsigned char byte) {
          (byte != 0 && std::strchr("-_.!~*'()&=+$,;?/:", byte) != nullptr);
 }
 
+// Returns a byte as 0 to 255, a capital ASCII letter in lower case.
+int lowerCase(char c) {
+  return static_cast<unsigned char>('A' <= c && c <= 'Z' ? c + ('a' - 'A') : c);
+}
+
 // Returns the value of a hexadecimal digit, -1 for another byte.
 int hexDigitValue(char c) {
   if ('0' <= c && c <= '9') {
@@ -56,6 +61,45 @@ char* __strdup(const char* cstr) {
   const size_t size = cstr == nullptr ? 0 : std::strlen(cstr) + 1;
   void* const copy = size == 0 ? nullptr : std::malloc(size);
   return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, cstr, size));
+}
+
+void* __memset(void* bytes, int byte, size_t size) { return std::memset(bytes, byte, size); }
+
+void* __memcpy(void* to, const void* from, size_t size) { return std::memcpy(to, from, size); }
+
+int __memcmp(const void* a, const void* b, size_t size) { return std::memcmp(a, b, size); }
+
+size_t __strlen(const char* cstr) { return std::strlen(cstr); }
+
+char* __strstr(const char* cstr, const char* part) {
+  return const_cast<char*>(std::strstr(cstr, part));
+}
+
+char* __strchr(const char* cstr, int byte) { return const_cast<char*>(std::strchr(cstr, byte)); }
+
+int __strcmp(const char* a, const char* b) { return std::strcmp(a, b); }
+
+int __stricmp(const char* a, const char* b) {
+  while (*a != '\0' && lowerCase(*a) == lowerCase(*b)) {
+    ++a;
+    ++b;
+  }
+  return lowerCase(*a) - lowerCase(*b);
+}
+
+size_t __strlcpy(char* out, const char* cstr, size_t size) {
+  const size_t length = std::strlen(cstr);
+  if (size != 0) {
+    const size_t count = length < size ? length : size - 1;
+    std::memcpy(out, cstr, count);
+    out[count] = '\0';
+  }
+  return length;
+}
+
+size_t __strlcat(char* out, const char* cstr, size_t size) {
+  const size_t length = strnlen(out, size);
+  return length + __strlcpy(out + length, cstr, size - length);
 }
 
 int __atoi(const char* cstr) {

@@ -56,6 +56,9 @@ void freeFunctions() {
   expectText("sip:a%20%E9%3Ab@host.test", quoted);
   __free(quoted);
   expect(CompareSIPURI("sip:a@[::1]", "sip:a@[0:0::1]") == 1, "one address in two spellings");
+  char text[6];
+  expect(__strlcpy(text, "tel:+1", 5) == 6, "what fits of a text is copied");
+  expect(__strlcat(text, "55", 6) == 6 && __stricmp(text, "TEL:5") == 0, "and appended");
   char digits[] = "-9223372036854775808";
   expectText("-2147483648", __itoaL(__atoi(digits), digits, 10));
 }

@@ -1,15 +1,16 @@
-// imsdpl.h - the handset's platform layer: memory, numbers, the module log and the memory log.
+// imsdpl.h - the handset's platform layer: memory, text, the module log and the memory log.
 //
-// The contract that lib-imsdpl fulfils. Every function may be called on any thread at any time;
-// none throws, none ends the process. Blocks come from and go back to this layer only.
+// The contract that lib-imsdpl fulfils, for C and C++. Every function may be called on any thread
+// at any time; none throws, none ends the process. Blocks come from and go back to this layer only.
 #ifndef IMSDPL_H
 #define IMSDPL_H
 
-#include <cstddef>
-#include <cstdint>
+#include <stddef.h>  // NOLINT(modernize-deprecated-headers): C has no other
+#include <stdint.h>  // NOLINT(modernize-deprecated-headers)
 
 // glibc exports a __strdup of its own, which the dynamic linker may find before the platform's;
-// on glibc hosts the platform's copy therefore goes by another link name.
+// on glibc hosts the platform's copy therefore goes by another link name. glibc exports no other
+// name of this header, and AddressSanitizer intercepts no other.
 #if defined(__GLIBC__)
 #define IMSDPL_STRDUP_LINK_NAME __asm__("imsdpl_strdup")
 #else
@@ -17,7 +18,9 @@
 #endif
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the handset's names.
+#ifdef __cplusplus
 extern "C" {
+#endif
 
 // Allocates size bytes, uninitialised; also 0 bytes give a block. Returns null on failure.
 // Owns: the caller, until __free.
@@ -33,6 +36,25 @@ void __free(void* block);
 // Returns a copy of a zero-terminated text, terminator included; null for null or on failure.
 // Owns: the caller, until __free.
 char* __strdup(const char* cstr) IMSDPL_STRDUP_LINK_NAME;
+
+// Each is the C library's operation of the name without the underscores; none takes null, whatever
+// the size. __stricmp is strcmp without regard to the case of ASCII letters.
+void* __memset(void* bytes, int byte, size_t size);
+void* __memcpy(void* to, const void* from, size_t size);
+int __memcmp(const void* a, const void* b, size_t size);
+size_t __strlen(const char* cstr);
+char* __strstr(const char* cstr, const char* part);
+char* __strchr(const char* cstr, int byte);
+int __strcmp(const char* a, const char* b);
+int __stricmp(const char* a, const char* b);
+
+// Each writes cstr, or appends it to the text in out, as far as it fits into the size bytes of out,
+// and a terminating zero. __strlcpy writes nothing where size is 0, __strlcat nothing where out has
+// no zero in its size bytes. None takes null.
+// Returns the length that out would have with room for all: __strlcpy that of cstr, __strlcat that
+// of the text before, at most size, and of cstr together.
+size_t __strlcpy(char* out, const char* cstr, size_t size);
+size_t __strlcat(char* out, const char* cstr, size_t size);
 
 // Returns the value of the decimal number that the text begins with, after white space and one
 // sign; 0 for null or no digit. A value beyond the range of int gives the nearest int.
@@ -59,7 +81,7 @@ void wyDplStrURIQuote(char* out, unsigned char* in, unsigned int outSize);
 void wyDplStrURIDequote(char* text);
 
 // Returns the framework registry of the calling thread, a Globals; null for a thread without one.
-void* wyDplTlsGet();
+void* wyDplTlsGet(void);  // NOLINT(modernize-redundant-void-arg): in C () says nothing
 
 // Writes one line to the module log. The format is printf's with at most three arguments, each
 // handed over as a machine word; missing ones are 0. The texts are read before the call returns.
@@ -72,7 +94,9 @@ void pzmemlog_add(int category, const char* sourceFile, int line, const void* po
 // Records that a recorded block is about to be freed. Has no effect on the block.
 void pzmemlog_remove(int category, const void* pointer);
 
+#ifdef __cplusplus
 }  // extern "C"
+#endif
 // NOLINTEND(bugprone-reserved-identifier)
 
 #endif  // IMSDPL_H
