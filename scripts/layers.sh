@@ -8,7 +8,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 folders='platform/inc:
   platform/host: platform/inc
-  sip_utility/inc:
+  sip_utility/inc: platform/inc/imsvarn.h
   sip_utility/src/internal: sip_utility/inc platform/inc
   sip_utility/src: sip_utility/src/internal sip_utility/inc platform/inc
   tool: sip_utility/inc platform/inc platform/host/hostControl.h

@@ -19,9 +19,11 @@ constexpr const char* kSource = "sip_utility/src/wySipInit";
 TEST_F(SipInitTest, MakesOneConfigurationAThreadAndInitialisesItAtEveryCall) {
   const unsigned long calls = hostInitCalls();
   const unsigned long configs = hostLiveConfigs();
-  std::thread([&] {  // begins without a configuration
+  std::thread([&] {
+    EXPECT_EQ(nullptr, Globals::Instance()->GetSingObj(3));
     InitServiceModules();
     InitServiceModules();
+    EXPECT_EQ(SingoConfig_SO::Instance(), Globals::Instance()->GetSingObj(3));
     EXPECT_EQ(configs + 1, hostLiveConfigs());
     EXPECT_EQ(Lines{}, takeLog());
     for (const int result : {1, -1}) {
@@ -31,8 +33,7 @@ TEST_F(SipInitTest, MakesOneConfigurationAThreadAndInitialisesItAtEveryCall) {
                 takeLog());
     }
     hostSetInitResult(0);
-  })
-      .join();
+  }).join();
   EXPECT_EQ(calls + 4, hostInitCalls());
   EXPECT_EQ(configs, hostLiveConfigs());
 }
@@ -68,7 +69,9 @@ TEST_F(SipInitTest, ReportsAThreadWithoutRegistryOrMemory) {
     hostSetRegistry(false);
     InitServiceModules();
     EXPECT_EQ((Lines{"5 6053 framework/inc/singoConfig | Globals is NULL", none}), takeLog());
-    EXPECT_EQ(Lines{"framework/inc/singoConfig"}, takeAssertions());
+    EXPECT_EQ(nullptr, SingoConfig_SO::Instance());
+    EXPECT_EQ(Lines{"5 6053 framework/inc/singoConfig | Globals is NULL"}, takeLog());
+    EXPECT_EQ(Lines(2, "framework/inc/singoConfig"), takeAssertions());
     hostSetRegistry(true);
     hostFailAllocation(1);
     InitServiceModules();

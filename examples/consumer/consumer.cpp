@@ -10,8 +10,10 @@
 
 #include "imsdpl.h"
 #include "wySipCommon.h"
+#include "wySipInit.h"
 
 int main() {
+  InitServiceModules();  // once on each thread
   SipHeader contact("Contact", "\"Bob\" <sip:bob@host.test;transport=tcp>;expires=60");
   if (contact.GetLastErrorCode() != VARN_OK) {
     return 1;

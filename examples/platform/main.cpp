@@ -5,7 +5,6 @@
 #include <thread>
 
 #include "imsdpl.h"
-#include "imsvarn.h"
 #include "sipMultipartmessagebodyUtility.h"
 #include "wySipAddress.h"
 #include "wySipCommon.h"
@@ -33,6 +32,7 @@ void startUp() {
   InitServiceModules();
   WySingletonBaseClass* const config = Globals::Instance()->GetSingObj(kSingoConfigId);
   expect(config != nullptr, "the configuration is registered");
+  expect(SingoConfig_SO::Instance() == config, "and found again");
   std::thread([config] {
     expect(Globals::Instance()->GetSingObj(kSingoConfigId) == nullptr, "a thread begins without");
     InitServiceModules();

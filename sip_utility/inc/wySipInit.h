@@ -4,13 +4,23 @@
 #ifndef WY_SIP_INIT_H
 #define WY_SIP_INIT_H
 
+#include "imsvarn.h"
 #include "wySipExport.h"
 
+// The way to the framework's configuration.
+class SIPUTILITY_EXPORT SingoConfig_SO {
+ public:
+  // Returns the calling thread's SingoConfig, made and registered under the id 3 at the first call.
+  // Fails: null without memory; also, with a failed assertion and "Globals is NULL" (level 5,
+  // module 6053), for a thread without a registry.
+  // Owns: the registry.
+  static SingoConfig* Instance();
+};
+
 // Sets the framework's configuration up for the calling thread, to be called once by each thread
-// that uses the framework: makes the thread's SingoConfig, unless there is one, and calls its
-// Init(). Failures are logged (level 5): "Globals is NULL" (module 6053, and a failed assertion)
-// for a thread without a registry, "InitServiceModules | SingoConfig is NULL" for no object, and
-// "InitServiceModules | pSingoConfig->Init() Failed" (module 6054).
+// that uses the framework: takes SingoConfig_SO::Instance() and calls its Init(). Failures are
+// logged (level 5, module 6054): "InitServiceModules | SingoConfig is NULL" for no object, and
+// "InitServiceModules | pSingoConfig->Init() Failed".
 extern "C" SIPUTILITY_EXPORT void InitServiceModules();
 
 // Parameters of a connection. Both ends of its life are logged (level 3, module 6054), of a copy

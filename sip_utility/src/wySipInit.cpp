@@ -5,7 +5,6 @@
 #include <cstring>
 #include <new>
 
-#include "imsvarn.h"
 #include "internal/log.h"
 #include "internal/platformBlock.h"
 
@@ -28,32 +27,26 @@ static_assert(offsetof(wyCredentialsStruct, fourthString) == 4 * sizeof(char*),
               "users know the layout");
 static_assert(sizeof(wyCredentialsStruct) == 9 * sizeof(char*), "users know the layout");
 
-// The thread's configuration object.
-struct SingoConfig_SO {
-  // Returns the object, made and registered at the first call; null, logged, without a registry,
-  // null without memory.
-  static SingoConfig* Instance() {
-    Globals* const globals = Globals::Instance();
-    if (!assertHolds(globals != nullptr, kFrameworkSourceFile)) {
-      logEvent(kSevere, kModuleFramework, kFrameworkSourceFile, __builtin_LINE(),
-               "Globals is NULL");
-      return nullptr;
-    }
-    if (WySingletonBaseClass* const registered = globals->GetSingObj(kSingoConfigId)) {
-      return static_cast<SingoConfig*>(registered);
-    }
-    auto* const config = new (std::nothrow) SingoConfig;
-    if (config != nullptr) {
-      globals->RegisterSingObj(kSingoConfigId, config);
-    }
-    return config;
-  }
-};
-
 // Keeps what an object that ends was overwritten with; a compiler would leave those stores out.
 void keepStores(const void* object) { __asm__ volatile("" : : "r"(object) : "memory"); }
 
 }  // namespace
+
+SingoConfig* SingoConfig_SO::Instance() {
+  Globals* const globals = Globals::Instance();
+  if (!assertHolds(globals != nullptr, kFrameworkSourceFile)) {
+    logEvent(kSevere, kModuleFramework, kFrameworkSourceFile, __builtin_LINE(), "Globals is NULL");
+    return nullptr;
+  }
+  if (WySingletonBaseClass* const registered = globals->GetSingObj(kSingoConfigId)) {
+    return static_cast<SingoConfig*>(registered);
+  }
+  auto* const config = new (std::nothrow) SingoConfig;
+  if (config != nullptr) {
+    globals->RegisterSingObj(kSingoConfigId, config);
+  }
+  return config;
+}
 
 void InitServiceModules() {
   SingoConfig* const config = SingoConfig_SO::Instance();
