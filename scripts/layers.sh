@@ -2,7 +2,8 @@
 # Usage: layers.sh
 # Checks that includes run downwards only, as docs/architecture.md draws it: each folder includes
 # itself and what is listed for it here, an exported header those of its own row and the rows above,
-# and no headers include each other in a circle.
+# and no headers include each other in a circle. A class that an exported header only names is an
+# exported one, or belongs to the library's namespace.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
@@ -58,3 +59,17 @@ awk -v folders="$folders" -v rows="$rows" -v headers="$headers" '
 
 awk '$1 ~ /^(platform|sip_utility|tool).*\.h$/ {sub(/.*\//, "", $1); sub(/.*\//, "", $2); print}' \
   <<<"$includes" | tsort >/dev/null
+
+awk '
+  /^class SIPUTILITY_EXPORT / { exported[$3 ";"] }
+  /^namespace siputility / { private = 1 }
+  /^}/ { private = 0 }
+  /^(class|struct) [A-Za-z]+;|^ *friend [a-z]+ [A-Za-z]+;/ && !private { named[$NF] = FILENAME }
+  END {
+    for (name in named)
+      if (!(name in exported)) {
+        print "layers: " named[name] " names a global " name
+        failed = 1
+      }
+    exit failed
+  }' sip_utility/inc/*.h

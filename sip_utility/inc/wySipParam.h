@@ -11,6 +11,11 @@
 #include "wySipExport.h"
 #include "wySipString.h"
 
+// Internals of the library, no part of its interface.
+namespace siputility {
+struct SipParamAccess;
+}  // namespace siputility
+
 // One parameter: a name and a value, empty for a parameter without one. A node knows the pointer
 // that points at it, so that deleting it takes it off its chain.
 class SIPUTILITY_EXPORT SipParam {
@@ -56,7 +61,7 @@ class SIPUTILITY_EXPORT SipParam {
   void setNext(SipParam* next);
 
  private:
-  friend struct SipParamAccess;
+  friend struct siputility::SipParamAccess;
 
   SipParam* next_;
   SipParam** prevLink_;

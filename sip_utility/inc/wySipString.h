@@ -8,6 +8,13 @@
 
 #include "wySipExport.h"
 
+// Internals of the library, no part of its interface.
+namespace siputility {
+class BorrowedLWSStream;
+class BorrowedStream;
+struct SipStringAccess;
+}  // namespace siputility
+
 // The result codes of the library. Operations return them; objects with a last-error field
 // store them there as well.
 enum VARN_EXCEPTION_CODES : unsigned int {
@@ -106,7 +113,7 @@ class SIPUTILITY_EXPORT SipString {
   int caseCompare(const char* cstr) const;
 
  private:
-  friend struct SipStringAccess;
+  friend struct siputility::SipStringAccess;
 
   SIPUTILITY_HIDDEN void replace(const char* text, unsigned int length);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES assign(const char* text, unsigned int length);
@@ -163,9 +170,9 @@ class SIPUTILITY_EXPORT SipStrStream {
   VARN_EXCEPTION_CODES discard(unsigned int length);
 
  private:
-  friend struct SipStringAccess;
+  friend struct siputility::SipStringAccess;
   friend class SipLWSStrStream;
-  friend class BorrowedStream;
+  friend class siputility::BorrowedStream;
 
   SIPUTILITY_HIDDEN SipStrStream();
 
@@ -187,7 +194,7 @@ class SIPUTILITY_EXPORT SipLWSStrStream : public SipStrStream {
   bool done() const override;
 
  private:
-  friend class BorrowedLWSStream;
+  friend class siputility::BorrowedLWSStream;
 
   SIPUTILITY_HIDDEN SipLWSStrStream();
 };

@@ -16,8 +16,11 @@
 #include "wySipString.h"
 #include "wyTelAddressMatch.h"
 
+// Internals of the library, no part of its interface.
+namespace siputility {
 class ParamNameIndex;
 class ParamOrder;
+}  // namespace siputility
 
 // The parameters of a tel URI but isub, ext and phone-context: as URI parameters, with names of
 // letters, digits and "-". They are walked, and so written, in ascending order of their names,
@@ -41,11 +44,12 @@ class SIPUTILITY_EXPORT TelAddrParamList : public SipAddrParamList {
   const SipParam* nextParam(const SipParam* param) const override;
 
  private:
-  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseNext(SipStrStream& stream, ParamNameIndex& names);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseNext(SipStrStream& stream,
+                                                   siputility::ParamNameIndex& names);
   SIPUTILITY_HIDDEN void makeOrder() const;
   SIPUTILITY_HIDDEN const SipParam* smallestAbove(const SipParam* param) const;
 
-  mutable ParamOrder* order_;
+  mutable siputility::ParamOrder* order_;
 };
 
 class SIPUTILITY_EXPORT TelAddress {

@@ -11,6 +11,8 @@
 #include "matchOf.h"
 #include "stringAccess.h"
 
+namespace siputility {
+
 // A string without a terminating zero.
 class BorrowedString {
  public:
@@ -41,5 +43,11 @@ class BorrowedLWSStream : public SipLWSStrStream {
   }
   ~BorrowedLWSStream() override { SipStringAccess::takeBack(*this); }
 };
+
+}  // namespace siputility
+
+using siputility::BorrowedLWSStream;
+using siputility::BorrowedStream;
+using siputility::BorrowedString;
 
 #endif  // SIPUTILITY_INTERNAL_BORROWED_H

@@ -19,6 +19,8 @@
 #include "paramNode.h"
 #include "wySipParam.h"
 
+namespace siputility {
+
 class ParamNameIndex {
  public:
   // Takes in the names of a chain, null for none. A list whose rules may change it while they are
@@ -122,5 +124,9 @@ class ParamNameIndex {
   std::int32_t root_;
   Name row_[kLookedUpInRow];  // the first count_ of them are names, while there is no tree
 };
+
+}  // namespace siputility
+
+using siputility::ParamNameIndex;
 
 #endif  // SIPUTILITY_INTERNAL_PARAM_NAME_INDEX_H

@@ -77,6 +77,8 @@ class ParamListChange {
   bool watched_;
 };
 
+namespace siputility {
+
 struct SipParamAccess {
   // Each assigns bytes that lie elsewhere, at least one.
   // Fails: VARN_RESOURCE_FAILURE, also where a piece that never had bytes gets none.
@@ -88,6 +90,10 @@ struct SipParamAccess {
     return SipStringAccess::replace(param.value_, value);
   }
 };
+
+}  // namespace siputility
+
+using siputility::SipParamAccess;
 
 // Deletes a recorded node of the list, which takes it off its chain.
 inline void deleteParam(SipParam* param, const SipParamList* list) {

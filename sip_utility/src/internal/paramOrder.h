@@ -7,6 +7,8 @@
 
 #include "wySipParam.h"
 
+namespace siputility {
+
 class ParamOrder {
  public:
   // Returns an index over the count nodes of a list's chain, null without memory.
@@ -47,5 +49,9 @@ class ParamOrder {
   unsigned int count_;
   unsigned int cursor_;
 };
+
+}  // namespace siputility
+
+using siputility::ParamOrder;
 
 #endif  // SIPUTILITY_INTERNAL_PARAM_ORDER_H

@@ -9,6 +9,8 @@
 
 #include "wySipString.h"
 
+namespace siputility {
+
 struct SipStringAccess {
   // Returns whether the string has ever got a buffer and still holds it; a failed assignment
   // takes it away.
@@ -69,5 +71,9 @@ struct SipStringAccess {
   static void lend(SipStrStream& stream, std::string_view bytes) { lend(stream.text_, bytes); }
   static void takeBack(SipStrStream& stream) { takeBack(stream.text_); }
 };
+
+}  // namespace siputility
+
+using siputility::SipStringAccess;
 
 #endif  // SIPUTILITY_INTERNAL_STRING_ACCESS_H
