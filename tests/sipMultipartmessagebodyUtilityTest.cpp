@@ -33,6 +33,9 @@ const std::map<std::string, char> kEvents = {
     {"4 SipConnection::wySipProcessMultipartMsgBody | message headers failed", 'e'},
     {"4 SipConnection::wySipProcessMultipartMsgBody | error in validating close delimiter", 'f'},
     {"4 SipConnection::wySipProcessMultipartMsgBody | did not found CRLF", 'E'},
+    {"4 SipConnection::wySipProcessMultipartMsgBody | epilogues take more than 4 times the body and "
+     "64 MiB",
+     'g'},
     {"4 SipConnection::Validateboundary | input parameter is null", 'h'},
     {"4 SipMultipartMessageBody::Validateboundary |invalid dash boundary", 'i'},
     {"4 SipConnection::Validateboundary | invalid dash boundary", 'j'},
@@ -225,7 +228,7 @@ TEST_F(MultipartParserTest, MakesATreeOfABody) {
   }
 }
 
-TEST_F(MultipartParserTest, TakesContentsHeadersAndEpiloguesOfAnyLengthWithinReason) {
+TEST_F(MultipartParserTest, TakesContentsAndHeadersOfAnyLength) {
   for (const std::size_t count : {255U, 256U, 257U}) {
     std::string body = "--b\r\n";
     std::string headers;
@@ -239,14 +242,31 @@ TEST_F(MultipartParserTest, TakesContentsHeadersAndEpiloguesOfAnyLengthWithinRea
     EXPECT_EQ(std::string(70000, 'x'), std::string(root->body, root->body + 70000));
     EXPECT_EQ(count == 256 ? "qLE" : "LE", takeEvents());
   }
-  for (const int count : {200, 5000}) {
+}
+
+// Parts of 17 bytes, the epilogue of each from its 15th byte to the end, and a last part without.
+TEST_F(MultipartParserTest, EndsBeforeTheEpiloguesTakeMuchMoreThanTheBody) {
+  for (const std::size_t count : {20U, 200U}) {
     std::string body;
-    for (int i = 0; i < count; ++i) {
-      body += "--b\r\n\r\nx--b--\r\n\r\n";  // each epilogue is the whole rest
+    for (std::size_t i = 0; i < count; ++i) {
+      body += "--b\r\n\r\nx--b--\r\n\r\n";
     }
-    Utility utility;
-    EXPECT_EQ(count == 200, parse(utility, body, kMixed) != nullptr);
-    EXPECT_EQ(count == 200 ? 'S' : 'F', takeEvents().back());
+    const std::size_t longest =
+        ((64U << 20U) + 17 * count * (count - 1) / 2 + 14 * count) / (count - 4);
+    for (const bool tooLong : {false, true}) {
+      const std::size_t length = longest + (tooLong ? 1 : 0) - body.size() - 10;
+      Utility utility;
+      const Node* root =
+          parse(utility, body + "--b\r\n\r\n" + std::string(length, 'x') + "--b", kMixed);
+      const std::string events = takeEvents();
+      EXPECT_EQ(tooLong ? "NSgF" : "NSNS", events.substr(events.size() - 4));
+      EXPECT_EQ(tooLong, root == nullptr);
+      EXPECT_EQ(tooLong ? count : count + 1, utility.nodeCount);  // the earlier parts stay
+      EXPECT_EQ(nullptr, utility.current->epilogue);
+      EXPECT_EQ(utility.m_pMultipartMsgHead,
+                utility.wySipGetMultiPartMessageBody(nullptr, 0, nullptr));
+      takeLog();
+    }
   }
 }
 

@@ -64,8 +64,9 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
 
   // Takes a multipart body apart: body[0, contentLength) and a zero byte behind it, under the
   // current boundary.
-  // Fails: 0 also, without a log line, when the epilogues of the body, of which each reaches to its
-  // end, take more than 4 times its length and 1 MiB together.
+  // Fails: 0 also when the epilogues of the body, of which each reaches to its end, together take
+  // more than 4 times its length and 64 MiB. The epilogue that passes this bound is left out, later
+  // parts are not read, the parts before it stay.
   int wySipProcessMultipartMsgBody(unsigned char* body);
 
   // Checks a delimiter line, its CRLF cut off, and stores its boundary.

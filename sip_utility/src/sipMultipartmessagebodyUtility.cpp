@@ -9,6 +9,7 @@
 #include <cstring>
 #include <functional>
 #include <string_view>
+#include <utility>
 
 #include "imsxml.h"
 #include "internal/borrowed.h"
@@ -35,7 +36,8 @@ constexpr int kNotClosed = 4;
 // What the epilogues of one body may take, each a copy of its whole rest: a body with many parts
 // that all have one must not take memory by the square of its length.
 constexpr std::uint64_t kEpilogueFactor = 4;
-constexpr std::uint64_t kEpilogueRoom = 1U << 20U;
+constexpr std::uint64_t kMebibyte = 1U << 20U;
+constexpr std::uint64_t kEpilogueRoom = 64 * kMebibyte;
 
 using Node = SipMultipartMessageBody;
 
@@ -418,15 +420,19 @@ class SipMultipartMessageBodyUtility::Parse {
 
   // Gives the current node its epilogue, the last one that it had.
   bool storeEpilogue() {
-    if (epilogue_ == nullptr) {
+    char* const epilogue = std::exchange(epilogue_, nullptr);
+    if (epilogue == nullptr) {
       return true;
     }
-    epilogueSize_ += std::strlen(epilogue_) + 1;
+    epilogueSize_ += std::strlen(epilogue) + 1;
     if (epilogueSize_ > kEpilogueFactor * owner_.contentLength + kEpilogueRoom) {
+      logFailure(kSourceFile,
+                 "SipConnection::wySipProcessMultipartMsgBody | epilogues take more than %d times "
+                 "the body and %d MiB",
+                 kEpilogueFactor, kEpilogueRoom / kMebibyte);
       return false;
     }
-    owner_.current->SetEpilogue(epilogue_);
-    epilogue_ = nullptr;
+    owner_.current->SetEpilogue(epilogue);
     return owner_.current->epilogue != nullptr;
   }
 
