@@ -355,6 +355,25 @@ TEST_F(MultipartParserTest, MakesChildrenWhileTheBoundaryIsNotTheLastOne) {
   EXPECT_EQ("d d", adds("d"));
 }
 
+TEST_F(MultipartParserTest, ReadsAllHeadersOfANodeOrFails) {
+  sweepAllocations([&] {
+    Utility utility;
+    const auto reads = [&](std::string headers, const char* tree) {
+      const bool done = utility.ParseAndStoreMsgHeaders(headers.data()) == 1;
+      const unsigned long left = hostFailAllocation(0);  // a dump allocates
+      EXPECT_TRUE(!done || tree == dump(utility.current));
+      hostFailAllocation(left);
+      return done;
+    };
+    const bool done = utility.wySipConstructMultipartMessageStructure() == 1 &&
+                      reads("A: b\r\nC: d", "-|A: b,C: d,|0||-") &&
+                      reads("Content-Type: multipart/x;boundary=c\r\n@: g\r\n",
+                            "-|Content-Type: multipart/x;boundary=c,|1||-");
+    EXPECT_TRUE(!done || utility.m_pCurrentboundary == "c"sv);
+    return done ? VARN_OK : VARN_RESOURCE_FAILURE;
+  });
+}
+
 TEST_F(MultipartParserTest, KeepsItsTreeAndTakesNewContent) {
   Utility utility;
   EXPECT_EQ(nullptr, parse(utility, "abc", ";"));

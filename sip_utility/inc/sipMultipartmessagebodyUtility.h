@@ -87,7 +87,8 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   // place of the headers that it has; no lines change nothing. A line that is no header field is
   // left out. A multipart Content-Type makes its boundary the current one.
   // Fails: 0 for no current node, for a line without ":" and for a multipart Content-Type without
-  // boundary; the lines behind it are not read.
+  // boundary; the lines after it are not read. 0 also when a header or a boundary was lost for
+  // lack of memory; the other lines are read.
   int ParseAndStoreMsgHeaders(char* headers);
 
   // Reads a close delimiter and moves the cursor behind it. When the current boundary is the last
@@ -131,7 +132,7 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   // stand, none of them does.
   const DashBoundary* growthEnd_;
   Parse* parse_;      // the parse that goes on; null between the parses
-  bool outOfMemory_;  // a header of this parse was lost for want of memory
+  bool outOfMemory_;  // the latest header block lost a header or a boundary for that reason
 };
 
 // Returns SipMultipartMessageBodyUtility::getInstance().

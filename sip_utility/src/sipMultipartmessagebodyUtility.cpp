@@ -369,10 +369,8 @@ class SipMultipartMessageBodyUtility::Parse {
         length != 0) {
       return false;
     }
-    if (headers != nullptr) {
-      owner_.ParseAndStoreMsgHeaders(headers);
-    }
-    return !owner_.outOfMemory_ && storePreamble();
+    const bool lost = headers != nullptr && owner_.ParseAndStoreMsgHeaders(headers) == 0;
+    return !(lost && owner_.outOfMemory_) && storePreamble();
   }
 
   bool storePreamble() {
@@ -538,7 +536,6 @@ int SipMultipartMessageBodyUtility::wySipProcessMultipartMsgBody(unsigned char* 
   }
   Parse parse(*this, reinterpret_cast<char*>(body));
   parse_ = &parse;
-  outOfMemory_ = false;
   const bool done = parse.run();
   parse_ = nullptr;
   return done ? 1 : 0;
@@ -642,8 +639,8 @@ int SipMultipartMessageBodyUtility::ParseAndStoreMsgHeaders(char* headers) {
   if (current != nullptr) {
     current->deleteHeaders();
   }
-  if (current == nullptr || !current->AllocSipHeaders(lines)) {
-    outOfMemory_ = current != nullptr;
+  outOfMemory_ = current != nullptr && !current->AllocSipHeaders(lines);
+  if (current == nullptr || outOfMemory_) {
     logFailure(kSourceFile,
                "SipConnection::ParseAndStoreMsgHeaders | AllocSipHeaders return false");
     return 0;
@@ -656,7 +653,7 @@ int SipMultipartMessageBodyUtility::ParseAndStoreMsgHeaders(char* headers) {
       return 0;
     }
   }
-  return 1;
+  return outOfMemory_ ? 0 : 1;
 }
 
 int SipMultipartMessageBodyUtility::ValidateCloseDelimiter(char*& cursor) {
