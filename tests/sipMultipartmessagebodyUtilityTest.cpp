@@ -68,6 +68,8 @@ const std::map<std::string, char> kEvents = {
     {"4 SipConnection::Validateboundary  | Storedashboundary return error", 'y'},
 };
 
+std::string textOf(const char* text) { return text == nullptr ? "none" : text; }
+
 unsigned char* bytes(const char* text) {
   return reinterpret_cast<unsigned char*>(const_cast<char*>(text));
 }
@@ -286,7 +288,7 @@ int naiveLength(std::string_view text, std::string_view boundary) {
 TEST_F(MultipartParserTest, FindsDelimitersAsTheNaiveSearchDoes) {
   for (const char* boundary : {"b", "-", "--", "-b", "b-b", "b--b", "--b"}) {
     Utility utility;
-    utility.m_pCurrentboundary = __strdup(boundary);
+    utility.m_pCurrentboundary = boundary;
     for (unsigned int bits = 1; bits < 1U << 11U; ++bits) {
       std::string text;  // the bits below the highest one
       for (unsigned int rest = bits; rest > 1; rest /= 2) {
@@ -353,6 +355,118 @@ TEST_F(MultipartParserTest, MakesChildrenWhileTheBoundaryIsNotTheLastOne) {
   EXPECT_EQ(3, utility.ValidateCloseDelimiter(cursor));
   EXPECT_EQ(nullptr, utility.dashBoundaryList);
   EXPECT_EQ("d d", adds("d"));
+  utility.current = utility.m_pMultipartMsgHead;  // a caller may go back
+  EXPECT_EQ("e d", adds("e"));
+  EXPECT_EQ("e e", adds("e"));
+  EXPECT_EQ("-||0||-(-||0||- + -||0||- + -||0||- + -||0||-(-||0||- + -||0||- + -||0||-))",
+            dump(utility.m_pMultipartMsgHead));
+  utility.current = nullptr;
+  EXPECT_EQ(0, utility.wySipConstructMultipartMessageStructure());
+}
+
+TEST_F(MultipartParserTest, RefusesAContentThatBeginsWithAnyStoredBoundary) {
+  const std::string texts[] = {"a", "ab", "abc", "b", "ba", "c"};
+  for (int choice = 0; choice < 6 * 6 * 6; ++choice) {
+    SCOPED_TRACE(choice);
+    Utility utility;
+    const Lines stored = {texts[choice % 6], texts[choice / 6 % 6], texts[choice / 36]};
+    for (std::string boundary : stored) {
+      EXPECT_EQ(1, utility.Storedashboundary(boundary.data()));
+    }
+    for (const std::string& text : texts) {
+      const bool begins = std::any_of(stored.begin(), stored.end(), [&](const auto& boundary) {
+        return text.compare(0, boundary.size(), boundary) == 0;
+      });
+      const std::string body = "--" + text + "\r\n--" + utility.m_pCurrentboundary;
+      EXPECT_EQ(begins ? 0 : 1, utility.wySipProcessMessageBody(bytes(body.c_str())));
+      EXPECT_EQ(begins ? "o" : "", takeEvents());
+    }
+    auto*& list = utility.dashBoundaryList;  // a caller may take one out
+    auto* const first = std::exchange(list, list->next);
+    __free(first->boundary);
+    deleteRecorded(first);
+    const std::string body = "--" + stored.back();
+    utility.m_pCurrentboundary = "-";
+    EXPECT_EQ(0, utility.wySipProcessMessageBody(bytes(body.c_str())));
+    EXPECT_EQ(list == nullptr ? "" : "o", takeEvents());
+  }
+}
+
+// A parser, and what its boundaries should be.
+struct Watched {
+  Watched() { parser.lastBoundary = "none"; }
+
+  void store(const char* boundary) {
+    const std::string text = boundary;
+    last = stored.empty() ? text : stored.size() > 1 ? stored.back() : last;
+    if (stored.empty() || stored.back() != text) {
+      current = text;
+      stored.push_back(text);
+    }
+    EXPECT_EQ(1, parser.Storedashboundary(const_cast<char*>(boundary)));
+  }
+
+  void close() {
+    std::string text = "--" + current + "--";
+    char* cursor = text.data();
+    if (parser.ValidateCloseDelimiter(cursor) == 3 && current == last) {
+      stored.clear();
+    } else if (cursor != text.data() && !stored.empty()) {
+      current = stored.back();
+    }
+  }
+
+  void nest() {
+    char header[] = "Content-Type: multipart/x;boundary=e";
+    EXPECT_EQ(1, parser.wySipConstructMultipartMessageStructure());
+    EXPECT_EQ(1, parser.ParseAndStoreMsgHeaders(header));
+    current = "e";
+  }
+
+  // Lets a boundary show a text, without a "b" that it begins with.
+  static void show(const char*& shown, std::string& text, const char* boundary) {
+    if (boundary != nullptr) {
+      shown = boundary + (*boundary == 'b' ? 1 : 0);
+      text = shown;
+    }
+  }
+
+  Utility parser;
+  std::string current = "none";
+  std::string last = "none";
+  Lines stored;
+};
+
+// Callers let the two boundaries show what they like: a text of their own, one that belongs to the
+// parser, a piece of it.
+TEST_F(MultipartParserTest, NeitherFreesNorOutlivesWhatItsBoundariesShow) {
+  using Step = void (*)(Watched&);
+  const Step steps[] = {
+      [](Watched& w) { Watched::show(w.parser.m_pCurrentboundary, w.current, "a"); },
+      [](Watched& w) { Watched::show(w.parser.lastBoundary, w.last, w.parser.m_pCurrentboundary); },
+      [](Watched& w) {
+        Watched::show(w.parser.m_pCurrentboundary, w.current, w.parser.lastBoundary);
+      },
+      [](Watched& w) {
+        const auto* const list = w.parser.dashBoundaryList;
+        Watched::show(w.parser.m_pCurrentboundary, w.current, list ? list->boundary : nullptr);
+      },
+      [](Watched& w) { w.store("ba"); },
+      [](Watched& w) { w.store("c"); },
+      [](Watched& w) { w.store(w.current == "none" ? "d" : w.parser.m_pCurrentboundary); },
+      [](Watched& w) { w.close(); },
+      [](Watched& w) { w.nest(); },
+  };
+  hostSetLogHandler(nullptr, nullptr);
+  for (int sequence = 0; sequence < 9 * 9 * 9 * 9 * 9 && !HasFailure(); ++sequence) {
+    SCOPED_TRACE(sequence);
+    Watched watched;
+    for (int rest = sequence; rest > 0; rest /= 9) {
+      steps[rest % 9](watched);
+      EXPECT_EQ(watched.current, textOf(watched.parser.m_pCurrentboundary));
+      EXPECT_EQ(watched.last, textOf(watched.parser.lastBoundary));
+    }
+  }
 }
 
 TEST_F(MultipartParserTest, ReadsAllHeadersOfANodeOrFails) {
@@ -376,7 +490,8 @@ TEST_F(MultipartParserTest, ReadsAllHeadersOfANodeOrFails) {
 
 TEST_F(MultipartParserTest, KeepsItsTreeAndTakesNewContent) {
   Utility utility;
-  EXPECT_EQ(nullptr, parse(utility, "abc", ";"));
+  EXPECT_EQ(nullptr, parse(utility, ";", ";"));
+  EXPECT_EQ(nullptr, utility.wySipGetMultiPartMessageBody(bytes("abc"), 3, utility.content));
   Node* const root = utility.wySipGetMultiPartMessageBody(nullptr, 0, "text/plain");
   EXPECT_EQ("-||0|abc|-", dump(root));
   takeLog();

@@ -26,7 +26,8 @@
 
 class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
  public:
-  // A boundary that an opening delimiter had.
+  // A boundary that an opening delimiter had, a block of the platform. The record is on the memory
+  // log (category 2).
   struct DashBoundary {
     char* boundary;
     DashBoundary* next;
@@ -79,16 +80,17 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   // boundary and when no delimiter comes.
   int wySipProcessMessageBody(unsigned char* body);
 
-  // Makes a node, current from now on: the root, else a sibling of the current node when the
-  // current boundary is the last one, else a child of it.
+  // Makes a node, current from now on: the root, else the next sibling of the current node when
+  // the current boundary is the last one, else its first child.
+  // Fails: 0 also, without a log line, for a tree without a current node.
   int wySipConstructMultipartMessageStructure();
 
   // Reads the lines of a header block, their number taken modulo 256, into the current node, in
   // place of the headers that it has; no lines change nothing. A line that is no header field is
   // left out. A multipart Content-Type makes its boundary the current one.
   // Fails: 0 for no current node, for a line without ":" and for a multipart Content-Type without
-  // boundary; the lines after it are not read. 0 also when a header or a boundary was lost for
-  // lack of memory; the other lines are read.
+  // boundary; the lines after it are not read. 0 also when memory ran out for a header or a
+  // boundary; the other lines are read.
   int ParseAndStoreMsgHeaders(char* headers);
 
   // Reads a close delimiter and moves the cursor behind it. When the current boundary is the last
@@ -102,9 +104,12 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   // stored before; the first boundary of all is the last one, too.
   int Storedashboundary(char* text);
 
-  DashBoundary* dashBoundaryList;
-  const char* m_pCurrentboundary;  // a copy, the object's own
-  const char* lastBoundary;        // a copy, the object's own
+  DashBoundary* dashBoundaryList;  // the object's own
+  // The steps let these two show copies, which the object owns: a copy lives until neither shows it
+  // and a step makes another one. A caller may let them show texts of its own, which the object
+  // neither writes nor frees and which live as long as they are shown, or texts of the list.
+  const char* m_pCurrentboundary;
+  const char* lastBoundary;
   SipMultipartMessageBody* m_pMultipartMsgHead;
   SipMultipartMessageBody* current;
   char* content;  // zero-terminated copy of the body, the object's own
@@ -116,7 +121,6 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
  private:
   class Parse;
 
-  SIPUTILITY_HIDDEN bool takeBody(const unsigned char* data, unsigned int length);
   SIPUTILITY_HIDDEN SipMultipartMessageBody* takeWhole();
   SIPUTILITY_HIDDEN bool takeParts(const SipHeader& contentType);
   SIPUTILITY_HIDDEN bool storeHeader(char* line);
@@ -126,13 +130,16 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   SIPUTILITY_HIDDEN bool beginsWithStored(std::string_view text) const;
   SIPUTILITY_HIDDEN bool leaveBoundary();
   SIPUTILITY_HIDDEN bool isLastBoundary() const;
+  SIPUTILITY_HIDDEN bool showCopy(const char*& boundary, std::string_view text);
   SIPUTILITY_HIDDEN void forgetBoundaries();
+
+  std::string_view copies_[2];  // what the two boundaries may show: blocks of the platform, or null
 
   // Up to this boundary each one begins with the one in front of it: where the first does not
   // stand, none of them does.
   const DashBoundary* growthEnd_;
   Parse* parse_;      // the parse that goes on; null between the parses
-  bool outOfMemory_;  // the latest header block lost a header or a boundary for that reason
+  bool outOfMemory_;  // memory ran out for a header or a boundary of the latest header block
 };
 
 // Returns SipMultipartMessageBodyUtility::getInstance().

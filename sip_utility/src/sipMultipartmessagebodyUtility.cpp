@@ -47,6 +47,12 @@ bool startsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
 }
 
+// Returns whether a pointer is one to a byte of a text or to its end.
+bool isWithin(std::string_view text, const char* p) {
+  const std::less_equal<> notAfter;
+  return notAfter(text.data(), p) && notAfter(p, text.data() + text.size());
+}
+
 bool isMultipart(const SipHeader& contentType) {
   return view(contentType.getValue()).find("multipart") != std::string_view::npos;
 }
@@ -61,19 +67,7 @@ PlatformText unquotedBoundary(std::string_view front, const char* boundary) {
   return text;
 }
 
-// Replaces a boundary by a copy of a text. Without memory nothing changes.
-bool assignBoundary(const char*& boundary, const char* text) {
-  if (boundary != nullptr && std::strcmp(boundary, text) == 0) {
-    return true;
-  }
-  const char* const copy = __strdup(text);
-  if (copy == nullptr) {
-    return false;
-  }
-  releaseBlock(boundary);
-  boundary = copy;
-  return true;
-}
+void freeText(std::string_view text) { __free(const_cast<char*>(text.data())); }
 
 using DashBoundary = SipMultipartMessageBodyUtility::DashBoundary;
 
@@ -82,6 +76,13 @@ DashBoundary* latestOf(DashBoundary* list) {
     list = list->next;
   }
   return list;
+}
+
+bool contains(const DashBoundary* list, const DashBoundary* node) {
+  while (list != nullptr && list != node) {
+    list = list->next;
+  }
+  return list != nullptr;
 }
 
 void deleteBoundary(DashBoundary* node) {
@@ -125,6 +126,20 @@ void removeLatestHeader(Node& node, SipHeader* header) {
   *slot = nullptr;
   ++node.freeHeaderSlots;
   deleteRecorded(header);
+}
+
+// Returns a copy of a body; null without memory and for one of 2 GiB or more.
+PlatformText copyOfBody(const unsigned char* data, unsigned int length) {
+  logTrace(kSourceFile, "SipConnection::wySipGetMultiPartMessageBody | Decode App MsgBody");
+  PlatformText copy;
+  if (length <= INT_MAX) {
+    copy = copyOf({reinterpret_cast<const char*>(data), length});
+  }
+  if (copy == nullptr) {
+    logTrace(kSourceFile,
+             "SipConnection::wySipGetMultiPartMessageBody : setmessagebody failed. Malloc failed");
+  }
+  return copy;
 }
 
 // Puts the children of a node's siblings in front of a chain of parent links. Returns the chain.
@@ -246,10 +261,7 @@ class SipMultipartMessageBodyUtility::Parse {
   }
 
   // Returns whether a pointer is one into the copy.
-  bool holds(const char* p) const {
-    const std::less_equal<> notBehind;
-    return notBehind(work_.get(), p) && notBehind(p, work_.get() + length_);
-  }
+  bool holds(const char* p) const { return isWithin({work_.get(), length_}, p); }
 
   // Returns the copy from here to its end.
   std::string_view bytesFrom(const char* p) const {
@@ -458,6 +470,7 @@ SipMultipartMessageBodyUtility::SipMultipartMessageBodyUtility()
       partContentLength(0),
       nodeCount(0),
       firstBoundary(0),
+      copies_{},
       growthEnd_(nullptr),
       parse_(nullptr),
       outOfMemory_(false) {
@@ -472,8 +485,9 @@ SipMultipartMessageBodyUtility::~SipMultipartMessageBodyUtility() {
     instance = nullptr;
   }
   forgetBoundaries();
-  releaseBlock(m_pCurrentboundary);
-  releaseBlock(lastBoundary);
+  for (const std::string_view copy : copies_) {
+    freeText(copy);
+  }
   if (m_pMultipartMsgHead != nullptr) {
     deleteTree(m_pMultipartMsgHead);
   }
@@ -496,8 +510,14 @@ void SipMultipartMessageBodyUtility::deleteInstance() {
 
 SipMultipartMessageBody* SipMultipartMessageBodyUtility::wySipGetMultiPartMessageBody(
     unsigned char* data, unsigned int length, const char* contentType) {
-  if (data != nullptr && length > 0 && !takeBody(data, length)) {
-    return nullptr;
+  PlatformText earlier;  // the Content-Type value may be in it
+  if (data != nullptr && length > 0) {
+    PlatformText copy = copyOfBody(data, length);
+    if (copy == nullptr) {
+      return nullptr;
+    }
+    earlier.reset(std::exchange(content, copy.release()));
+    contentLength = length;
   }
   if (content == nullptr) {
     logFailure(kSourceFile,
@@ -604,6 +624,9 @@ int SipMultipartMessageBodyUtility::wySipProcessMessageBody(unsigned char* body)
 }
 
 int SipMultipartMessageBodyUtility::wySipConstructMultipartMessageStructure() {
+  if (m_pMultipartMsgHead != nullptr && current == nullptr) {
+    return 0;
+  }
   auto* const node = newRecorded<Node>(kSourceFile);
   logTrace(kSourceFile,
            "SipConnection::wySipConstructMultipartMessageStructure new SipMultipartMessageBody[%x]",
@@ -615,10 +638,10 @@ int SipMultipartMessageBodyUtility::wySipConstructMultipartMessageStructure() {
     m_pMultipartMsgHead = node;
   } else if (isLastBoundary()) {
     node->parent = current->parent;
-    current->next = node;
+    node->next = std::exchange(current->next, node);
   } else {
     node->parent = current;
-    current->child = node;
+    node->next = std::exchange(current->child, node);
   }
   current = node;
   ++nodeCount;
@@ -714,8 +737,8 @@ bool SipMultipartMessageBodyUtility::storeFirstBoundary(const char* boundary) {
     return false;
   }
   node->boundary = __strdup(boundary);
-  if (node->boundary == nullptr || !assignBoundary(m_pCurrentboundary, boundary) ||
-      !assignBoundary(lastBoundary, boundary)) {
+  if (node->boundary == nullptr || !showCopy(m_pCurrentboundary, node->boundary) ||
+      !showCopy(lastBoundary, node->boundary)) {
     logTrace(kSourceFile, "SipConnection::Storedashboundary | strdup failed");
     deleteBoundary(node);
     return false;
@@ -733,34 +756,17 @@ bool SipMultipartMessageBodyUtility::storeFurtherBoundary(const char* boundary) 
     node->boundary = __strdup(boundary);
   }
   // The first boundary of the list was the last one from its storing on.
-  if ((latest != dashBoundaryList && !assignBoundary(lastBoundary, latest->boundary)) ||
+  if ((latest != dashBoundaryList && !showCopy(lastBoundary, latest->boundary)) ||
       (isNew && (node == nullptr || node->boundary == nullptr ||
-                 !assignBoundary(m_pCurrentboundary, boundary)))) {
+                 !showCopy(m_pCurrentboundary, node->boundary)))) {
     logTrace(kSourceFile, "SipConnection::Storedashboundary |  strdup failed");
     deleteBoundary(node);
     return false;
   }
   latest->next = node;
-  if (node != nullptr && latest == growthEnd_ && startsWith(boundary, latest->boundary)) {
+  if (node != nullptr && latest == growthEnd_ && startsWith(node->boundary, latest->boundary)) {
     growthEnd_ = node;
   }
-  return true;
-}
-
-bool SipMultipartMessageBodyUtility::takeBody(const unsigned char* data, unsigned int length) {
-  logTrace(kSourceFile, "SipConnection::wySipGetMultiPartMessageBody | Decode App MsgBody");
-  PlatformText copy;
-  if (length <= INT_MAX) {
-    copy = copyOf({reinterpret_cast<const char*>(data), length});
-  }
-  if (copy == nullptr) {
-    logTrace(kSourceFile,
-             "SipConnection::wySipGetMultiPartMessageBody : setmessagebody failed. Malloc failed");
-    return false;
-  }
-  __free(content);
-  content = copy.release();
-  contentLength = length;
   return true;
 }
 
@@ -786,7 +792,7 @@ bool SipMultipartMessageBodyUtility::takeParts(const SipHeader& contentType) {
     return false;
   }
   firstBoundary = 1;
-  if (!assignBoundary(m_pCurrentboundary, boundary->c_str()) ||
+  if (!showCopy(m_pCurrentboundary, boundary->c_str()) ||
       wySipProcessMultipartMsgBody(reinterpret_cast<unsigned char*>(content)) != 1) {
     logFailure(kSourceFile,
                "SipConnection::wySipGetMultiPartMessageBody | failure in parsing Sip message");
@@ -827,25 +833,52 @@ bool SipMultipartMessageBodyUtility::enterNested(SipHeader* header) {
     return false;
   }
   firstBoundary = 1;
-  outOfMemory_ = !assignBoundary(m_pCurrentboundary, boundary->c_str()) || outOfMemory_;
+  outOfMemory_ = !showCopy(m_pCurrentboundary, boundary->c_str()) || outOfMemory_;
   return true;
 }
 
 bool SipMultipartMessageBodyUtility::beginsWithStored(std::string_view text) const {
+  const bool grows = contains(dashBoundaryList, growthEnd_);  // callers may change the list
   const DashBoundary* each = dashBoundaryList;
   while (each != nullptr && !startsWith(text, each->boundary)) {
-    each = each == dashBoundaryList && growthEnd_ != nullptr ? growthEnd_->next : each->next;
+    each = grows && each == dashBoundaryList ? growthEnd_->next : each->next;
   }
   return each != nullptr;
 }
 
 bool SipMultipartMessageBodyUtility::leaveBoundary() {
   if (isLastBoundary()) {
-    forgetBoundaries();
-    return true;
+    // The two may show a text of the list, which goes.
+    const bool kept =
+        showCopy(m_pCurrentboundary, m_pCurrentboundary) && showCopy(lastBoundary, lastBoundary);
+    if (kept) {
+      forgetBoundaries();
+    }
+    return kept;
   }
   return dashBoundaryList == nullptr ||
-         assignBoundary(m_pCurrentboundary, latestOf(dashBoundaryList)->boundary);
+         showCopy(m_pCurrentboundary, latestOf(dashBoundaryList)->boundary);
+}
+
+bool SipMultipartMessageBodyUtility::showCopy(const char*& boundary, std::string_view text) {
+  for (const std::string_view copy : copies_) {
+    if (copy.data() != nullptr && copy == text) {
+      boundary = copy.data();
+      return true;
+    }
+  }
+  const char* const copy = copyOf(text).release();
+  if (copy == nullptr) {
+    return false;
+  }
+  boundary = copy;
+  // The other boundary can show one of the earlier copies, and no more.
+  const bool firstIsShown =
+      isWithin(copies_[0], m_pCurrentboundary) || isWithin(copies_[0], lastBoundary);
+  std::string_view& place = copies_[firstIsShown ? 1 : 0];
+  freeText(place);
+  place = {copy, text.size()};
+  return true;
 }
 
 bool SipMultipartMessageBodyUtility::isLastBoundary() const {
