@@ -162,19 +162,22 @@ TEST_F(MultipartBodyTest, ReportsWhereThereIsNoMemoryAndHoldsNothingThen) {
   std::string text("text");
   EXPECT_TRUE(node.SetMessageBody(bytes(text), 4));
   node.child = &node;
-  const auto check = [&](bool failed, const char* message) {
+  takeLog();
+  const auto check = [&](bool failed, const char* message, Lines expected = {}) {
     EXPECT_TRUE(failed && hostFailAllocation(1) == 0);
-    EXPECT_EQ(severeLine(kSource, std::string("SipMultipartMessageBody::") + message),
-              takeLog().back());
+    expected.push_back(severeLine(kSource, std::string("SipMultipartMessageBody::") + message));
+    EXPECT_EQ(expected, takeLog());
   };
   hostFailAllocation(1);
-  check(!node.SetMessageBody(bytes(text), 4) && !node.body, "SetMessageBody | malloc failed");
+  check(!node.SetMessageBody(bytes(text), 4) && !node.body, "SetMessageBody | malloc failed",
+        {traces("SetMessageBody | Enter")});
   node.SetPreamble(text.data());
   check(node.preamble == nullptr, "SetPreamble | strdup failed");
   node.SetEpilogue(text.data());
   check(node.epilogue == nullptr, "SetEpilogue | strdup failed");
   check(!node.AllocSipHeaders(3) && node.freeHeaderSlots == 0, "AllocSipHeaders | failed");
-  check(!node.GetNestedMessagebodyList(), "GetNestedMessagebodys | malloc failure");
+  check(!node.GetNestedMessagebodyList(), "GetNestedMessagebodys | malloc failure",
+        {traces("GetNestedMessagebodyList | Enter")});
   hostFailAllocation(0);
   node.child = nullptr;
 }
