@@ -6,6 +6,7 @@
 #include <random>
 #include <set>
 
+#include "imsdpl.h"
 #include "libraryTest.h"
 #include "wySipMatch.h"
 
@@ -210,7 +211,10 @@ TEST_F(SipParamListTest, SetsOnlyWhatItsGrammarCovers) {
   EXPECT_EQ(VARN_OK, list.setParameter("q", " \"c d\" "));
   EXPECT_EQ(VARN_OK, list.setParameter("r", ""));
   EXPECT_EQ(VARN_OK, writes(list, " r,q=\"c d\""));
-  EXPECT_TRUE(list.getParameter("R")->length() == 0 && list.getParameter("") == nullptr);
+  EXPECT_TRUE(list.getParameter("R")->length() == 0);
+  list.find("r")->setName("");
+  EXPECT_TRUE(list.getParameter("") == nullptr && list.removeParameter("") == VARN_OK);
+  EXPECT_EQ(VARN_OK, writes(list, " ,q=\"c d\""));
 }
 
 TEST_F(SipParamListTest, KeepsItsNamesArrayUntilAParameterIsSetOrRemoved) {
@@ -240,6 +244,25 @@ TEST_F(SipParamListTest, KeepsItsNamesArrayUntilAParameterIsSetOrRemoved) {
   EXPECT_EQ("", names());
   EXPECT_EQ(nullptr, list.getParameterNames(nullptr));
   EXPECT_EQ(Lines{kSource}, takeAssertions());
+}
+
+TEST_F(SipParamListTest, RemovesANodeFromTheChainThatACallerLedPastAnother) {
+  for (const bool replaces : {false, true}) {
+    SipAddrParamList list;
+    EXPECT_EQ(VARN_OK, parse(list, ";d;c;b;a"));
+    SipParam* a = list.find("a");
+    SipParam* b = list.find("b");  // the caller's, once no chain leads to it
+    SipParam* d = list.find("d");
+    a->setNext(list.find("c"));
+    EXPECT_EQ(VARN_OK, replaces ? list.setParameter("C", "1") : list.removeParameter("C"));
+    EXPECT_TRUE(a->next() == d && b->next() == d);
+    EXPECT_EQ(VARN_OK, writes(list, replaces ? ";C=1;a;d" : ";a;d"));
+    EXPECT_EQ(VARN_OK, list.removeParameter(replaces ? "e" : "d"));
+    pzmemlog_remove(2, b);
+    delete b;
+    EXPECT_EQ(VARN_OK, writes(list, replaces ? ";C=1;a;d" : ";a"));
+  }
+  EXPECT_EQ(Lines{}, takeAssertions());
 }
 
 class NumberedList : public SipAddrParamList {

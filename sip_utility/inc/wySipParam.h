@@ -57,7 +57,9 @@ class SIPUTILITY_EXPORT SipParam {
   // Returns the node behind this one; null at the end.
   SipParam* next() const;
 
-  // Overwrites the pointer to the next node and nothing else: that node does not learn of it.
+  // Overwrites the pointer to the next node and nothing else: that node does not learn of it. A
+  // node that no chain leads to any more is the caller's, who deletes it, its next() unchanged,
+  // before the nodes around it.
   void setNext(SipParam* next);
 
  private:

@@ -181,6 +181,15 @@ VARN_EXCEPTION_CODES readAll(const Grammar& grammar, SipParam** head, SipStrStre
   return VARN_OK;
 }
 
+// Returns the pointer on a chain that leads to the parameter of this name, letter case ignored; the
+// null at its end for none.
+SipParam** linkTo(SipParam** link, std::string_view name) {
+  while (*link != nullptr && !equalIgnoringCase((*link)->getName(), name)) {
+    link = SipParamAccess::link(**link);
+  }
+  return link;
+}
+
 // Reports that there is no memory for a parameter to be set.
 VARN_EXCEPTION_CODES noMemoryToSet() {
   logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
@@ -281,14 +290,8 @@ const SipParam* SipParamList::nextParam(const SipParam* param) const {
 }
 
 SipParam* SipParamList::find(const SipString& name) const {
-  if (name.length() == 0) {
-    return nullptr;
-  }
-  SipParam* param = head_;
-  while (param != nullptr && !equalIgnoringCase(param->getName(), view(name))) {
-    param = param->next();
-  }
-  return param;
+  SipParam* first = head_;
+  return name.length() == 0 ? nullptr : *linkTo(&first, view(name));
 }
 
 const SipString* SipParamList::getParameter(const SipString& name) const {
@@ -324,8 +327,11 @@ const SipString** SipParamList::getParameterNames(VARN_EXCEPTION_CODES* error) {
 }
 
 VARN_EXCEPTION_CODES SipParamList::removeParameter(const SipString& name) {
-  SipParam* param = find(name);
-  if (param != nullptr) {
+  SipParam** link = linkTo(&head_, view(name));
+  SipParam* param = *link;
+  if (name.length() != 0 && param != nullptr) {
+    // After setNext() the node may know another pointer; its destructor mends that one.
+    *link = param->next();
     deleteParam(param, this);
     clearParamNames();
   }

@@ -80,6 +80,9 @@ class ParamListChange {
 namespace siputility {
 
 struct SipParamAccess {
+  // Returns where a node keeps its pointer to the next one.
+  static SipParam** link(SipParam& param) { return &param.next_; }
+
   // Each assigns bytes that lie elsewhere, at least one.
   // Fails: VARN_RESOURCE_FAILURE, also where a piece that never had bytes gets none.
   static VARN_EXCEPTION_CODES setName(SipParam& param, std::string_view name) {
