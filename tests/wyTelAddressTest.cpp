@@ -1,9 +1,9 @@
 // wyTelAddressTest.cpp - what a tel address is read from, changed to, written as and converted to.
 #include "wyTelAddress.h"
 
+#include <algorithm>
 #include <functional>
 #include <random>
-#include <set>
 
 #include "imsdpl.h"
 #include "libraryTest.h"
@@ -128,15 +128,10 @@ TEST_F(TelAddressTest, ReadsAWholeTextOrKeepsThePiecesInFrontOfItsFault) {
   EXPECT_EQ(Lines{}, takeAssertions());
 }
 
-struct OpenAddress : TelAddress {
-  using TelAddress::parseTelNameAddr;
-  using TelAddress::TelAddress;
-};
-
 TEST_F(TelAddressTest, ReadsAStreamIntoEachOfItsOutputsOrIntoNone) {
   SipString texts[5];
   TelAddrParamList list;
-  OpenAddress address("tel:1");
+  TelAddress address("tel:1");
   for (int missing = 6; missing >= 0; --missing) {
     const auto piece = [&](int i) { return i == missing ? nullptr : &texts[i]; };
     SipStrStream stream("x<tel:+1;ext=2;phone-context=b>y");
@@ -308,12 +303,36 @@ TEST_F(TelAddressTest, NamesItsParametersAndFindsThemInAnyCase) {
     ASSERT_NE(nullptr, local.getParameter(name)) << name;
     EXPECT_STREQ(value, local.getParameter(name)->c_str());
   }
-  const SipString** held = local.getParameterNames();
   local.removeParameter("a");
-  EXPECT_EQ(nullptr, held[0]);
   local.removeParameter("Isub");
   local.setParameter("ext", "5");
   EXPECT_EQ("c b ext phone-context ", names(local));
+}
+
+TEST_F(TelAddressTest, EmptiesItsNamesOnlyWhereOneOfThemIsGone) {
+  const struct {
+    const char* text;
+    const char* removed;
+    bool empties;
+  } cases[] = {
+      {"tel:+1;a", "none", false},
+      {"tel:+1;a", "Ext", false},
+      {"tel:+1;a", "ISUB", false},                        // set after the names were taken
+      {"tel:1;phone-context=c", "phone-context", false},  // refused
+      {"tel:+1;a", "A", true},
+      {"tel:+1;isub=x", "ISUB", true},
+      {"tel:+1;phone-context=c", "phone-context", true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.removed);
+    TelAddress address(c.text);
+    EXPECT_EQ(VARN_OK, address.setParameter(" isub ", ""));  // goes to the list
+    const SipString** held = address.getParameterNames();
+    const SipString* first = held[0];
+    EXPECT_EQ(VARN_OK, address.setISDNSubAddr("later"));
+    address.removeParameter(c.removed);
+    EXPECT_EQ(c.empties ? nullptr : first, held[0]);
+  }
 }
 
 struct OpenList : TelAddrParamList {
@@ -432,6 +451,36 @@ TEST_F(TelAddressTest, WalksANodeThatGetsItsNameBack) {
   EXPECT_EQ(sorted(list, nullptr), walked(list, nullptr));
 }
 
+struct RoundaboutList : TelAddrParamList {
+  const SipParam* firstParam() const override { return nextParam(nullptr); }
+};
+
+struct EveryOtherList : TelAddrParamList {
+  const SipParam* nextParam(const SipParam* param) const override {
+    const SipParam* passed = TelAddrParamList::nextParam(param);
+    return passed == nullptr ? nullptr : TelAddrParamList::nextParam(passed);
+  }
+};
+
+TEST_F(TelAddressTest, AsksADerivedListForTheFirstParameterAsForTheNext) {
+  for (const char last : {'d', 'z'}) {
+    RoundaboutList all;
+    EveryOtherList some;
+    std::string expected[2];
+    for (char name = 'a'; name <= last; ++name) {
+      all.setParameter(sipString({&name, 1}), "");
+      some.setParameter(sipString({&name, 1}), "");
+      expected[0] += {';', name};
+      expected[1] += (name - 'a') % 2 == 0 ? "" : std::string{';', name};
+    }
+    SipString written[2];
+    all.appendToString(written[0]);
+    some.appendToString(written[1]);
+    EXPECT_EQ(expected[0], content(written[0]));
+    EXPECT_EQ(expected[1], content(written[1]));
+  }
+}
+
 std::string converted(SipStrStream&& stream) {
   TelAddress address(kBare);
   SipString out("before");
@@ -470,6 +519,37 @@ TEST_F(TelAddressTest, ConvertsToAUserPartInSmallLetters) {
                                                        {"# # ", "%23%20%23"}};
   for (const auto& [text, out] : cases) {
     EXPECT_EQ(out, converted(SipLWSStrStream(text)));
+  }
+}
+
+// Says that it is done from a position on, whatever it has left.
+class StoppingStream : public SipLWSStrStream {
+ public:
+  StoppingStream(const SipString& text, unsigned int end) : SipLWSStrStream(text), end_(end) {}
+  bool done() const override { return pos() >= end_; }
+
+ private:
+  unsigned int end_;
+};
+
+TEST_F(TelAddressTest, ConvertsWhatAStreamOfTheCallersHasUntilItIsDone) {
+  const struct {
+    std::string_view text;
+    unsigned int end;  // beyond the text for one that is never done
+    const char* out;
+    unsigned int position;
+  } cases[] = {
+      {"1  2", 2, "1%20", 2},   {"1  2", 3, "1%20%20", 3}, {"##", 1, "%23", 1}, {"A", 0, "", 0},
+      {"1 #", 9, "1%20%23", 3}, {"A", 9, "a", 1},          {"", 9, "", 0},
+  };
+  TelAddress address(kBare);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    StoppingStream stream(sipString(c.text), c.end);
+    SipString out;
+    EXPECT_EQ(VARN_OK, address.convertTelToSipUserInfoSyntax(stream, out));
+    EXPECT_EQ(c.out, content(out));
+    EXPECT_EQ(c.position, stream.pos());
   }
 }
 

@@ -37,9 +37,9 @@ class SIPUTILITY_EXPORT TelAddrParamList : public SipAddrParamList {
 
   unsigned int matchName(const SipStrStream& stream, unsigned int offset) const override;
 
-  // The walk in order of names. Null gives the first; a parameter of the list or of another one
-  // gives the next greater name. A walk over n parameters of an unchanging list takes O(n log n)
-  // steps; the first step makes an index for it that the list keeps.
+  // The walk in order of names. firstParam() is nextParam(nullptr); a parameter of the list or of
+  // another one gives the next greater name. A walk over n parameters of an unchanging list takes
+  // O(n log n) steps; the first step makes an index for it that the list keeps.
   const SipParam* firstParam() const override;
   const SipParam* nextParam(const SipParam* param) const override;
 
@@ -69,6 +69,12 @@ class SIPUTILITY_EXPORT TelAddress {
   TelAddress& operator=(const TelAddress&) = delete;
 
   virtual ~TelAddress();
+
+  // Reads a tel address from the stream's position into the outputs, and its brackets and kind of
+  // number into this object. A null output is a failed assertion and VARN_INVALID_INPUT.
+  VARN_EXCEPTION_CODES parseTelNameAddr(SipStrStream& stream, SipString* displayName,
+                                        SipString* phoneNumber, SipString* isub, SipString* ext,
+                                        SipString* context, TelAddrParamList* params);
 
   // Stores the code.
   void VarnSetLastErrorCode(VARN_EXCEPTION_CODES code);
@@ -116,7 +122,8 @@ class SIPUTILITY_EXPORT TelAddress {
   // getParameterNames(), also when it fails.
   VARN_EXCEPTION_CODES setParameter(const SipString& name, const SipString& value);
 
-  // Takes a parameter away, if it is there. Empties the array of getParameterNames().
+  // Takes a parameter away, if it is there. Empties the array of getParameterNames() where a name
+  // in it is gone.
   // Fails: VARN_INVALID_INPUT for the phone context of a local number.
   VARN_EXCEPTION_CODES removeParameter(const SipString& name);
 
@@ -144,9 +151,10 @@ class SIPUTILITY_EXPORT TelAddress {
   // them.
   unsigned int getStringLength() const;
 
-  // Replaces out by the rest of the stream as the user part of a SIP URI: letters in small ones,
-  // those of escapes and values, too; bytes that may not stand there as escapes of two small
-  // hexadecimal digits.
+  // Replaces out by the rest of the stream, up to where it is done, as the user part of a SIP URI:
+  // letters in lower case, those of escapes and values included; bytes that are not allowed there
+  // as escapes of two lower-case hexadecimal digits. A stream that is never done ends with its
+  // bytes.
   // Fails: VARN_RESOURCE_FAILURE.
   VARN_EXCEPTION_CODES convertTelToSipUserInfoSyntax(SipStrStream& in, SipString& out);
 
@@ -154,13 +162,6 @@ class SIPUTILITY_EXPORT TelAddress {
   // one, its parameters `user=phone`. Scheme, host and port are the caller's.
   // Fails: with the first failure, the changes in front of it done.
   VARN_EXCEPTION_CODES toSipAddress(SipAddress& target);
-
- protected:
-  // Reads a tel address from the stream's position into the outputs, and its brackets and kind of
-  // number into this object. A null output is a failed assertion and VARN_INVALID_INPUT.
-  VARN_EXCEPTION_CODES parseTelNameAddr(SipStrStream& stream, SipString* displayName,
-                                        SipString* phoneNumber, SipString* isub, SipString* ext,
-                                        SipString* context, TelAddrParamList* params);
 
  private:
   struct SIPUTILITY_HIDDEN NameArray;

@@ -131,10 +131,13 @@ WY_SIP_TELURI_TYPE typeOf(int firstByte) {
   return firstByte == '+' ? WY_SIP_TELURI_TYPE_GLOBAL : WY_SIP_TELURI_TYPE_LOCAL;
 }
 
-// Returns how many bytes to escape at the position before the end of the stream is asked for
-// again: white space is or is not the end as a whole, so a run of it is asked for once.
+// Returns how many bytes to escape before the stream is asked again whether it is done. To answer,
+// a SipLWSStrStream looks through a run of white space, with one answer for all of it: it is asked
+// once. A class of the caller's may answer anew for each byte.
 unsigned int escapedLength(const SipStrStream& stream) {
-  return std::max(unread(stream).run(0, kWhiteSpace), 1U);
+  return &typeid(stream) == &typeid(SipLWSStrStream)
+             ? std::max(unread(stream).run(0, kWhiteSpace), 1U)
+             : 1;
 }
 
 // Makes room for what the rest of the stream becomes: each "%" counts as one to be escaped, a
@@ -196,22 +199,17 @@ unsigned int TelAddrParamList::matchName(const SipStrStream& stream, unsigned in
   return matchOf<grammar::telParamName>(unread(stream), offset);
 }
 
-const SipParam* TelAddrParamList::firstParam() const {
-  if (order_ == nullptr || !order_->holds(chain())) {
-    makeOrder();
-  }
-  return order_ != nullptr ? order_->first() : smallestAbove(nullptr);
-}
+const SipParam* TelAddrParamList::firstParam() const { return nextParam(nullptr); }
 
 const SipParam* TelAddrParamList::nextParam(const SipParam* param) const {
-  if (param == nullptr) {
-    return firstParam();
-  }
-  if (order_ == nullptr) {
+  // A list that changes during a walk is looked through; the next walk gets a new index.
+  if (order_ == nullptr || (param == nullptr && !order_->holds(chain()))) {
     makeOrder();
   }
-  // A list that changes during a walk is looked through; the next walk gets a new index.
-  return order_ != nullptr && order_->holds(chain()) ? order_->above(param) : smallestAbove(param);
+  if (order_ == nullptr || !order_->holds(chain())) {
+    return smallestAbove(param);
+  }
+  return param == nullptr ? order_->first() : order_->above(param);
 }
 
 // Makes the index anew; a short list has none.
@@ -292,6 +290,17 @@ struct TelAddress::NameArray {
     delete array;
   }
 
+  // Empties the array where it has this name, which is about to go; null is in none.
+  void emptyFor(const SipString* name) const {
+    const SipString** each = names;
+    while (*each != nullptr && *each != name) {
+      ++each;
+    }
+    if (*each != nullptr) {
+      names[0] = nullptr;
+    }
+  }
+
   SipString isub{"isub"};
   SipString ext{"ext"};
   SipString context{"phone-context"};
@@ -305,18 +314,19 @@ struct TelAddress::Special {
 
   const char* name;
   const char* refusal;
+  SipString NameArray::*listed;
   SipString TelAddress::*piece;
   VARN_EXCEPTION_CODES (TelAddress::*set)(const SipString& value);
 };
 
 const TelAddress::Special* TelAddress::Special::find(const SipString& name) {
   static constexpr Special kSpecials[] = {
-      {"isub", "isub BNF does not allow parameter without value", &TelAddress::isub_,
-       &TelAddress::setISDNSubAddr},
-      {"ext", "extension BNF does not allow parameter without value", &TelAddress::extension_,
-       &TelAddress::setExtension},
-      {"phone-context", "context BNF does not allow parameter without value", &TelAddress::context_,
-       &TelAddress::setContext},
+      {"isub", "isub BNF does not allow parameter without value", &NameArray::isub,
+       &TelAddress::isub_, &TelAddress::setISDNSubAddr},
+      {"ext", "extension BNF does not allow parameter without value", &NameArray::ext,
+       &TelAddress::extension_, &TelAddress::setExtension},
+      {"phone-context", "context BNF does not allow parameter without value", &NameArray::context,
+       &TelAddress::context_, &TelAddress::setContext},
   };
   for (const Special& special : kSpecials) {
     if (equalIgnoringCase(name, special.name)) {
@@ -459,8 +469,10 @@ VARN_EXCEPTION_CODES TelAddress::removeParameter(const SipString& name) {
         "TelAddress::removeParameter | trying to remove 'phone-context' from Local phone type");
     return storeCode(VARN_INVALID_INPUT);
   }
-  if (names_ != nullptr) {
-    names_->names[0] = nullptr;  // whoever holds the array reads no freed name
+  if (names_ != nullptr) {  // whoever holds the array reads no name that is gone
+    const SipParam* param = params_.find(name);
+    const SipString* listed = param == nullptr ? nullptr : &param->getName();
+    names_->emptyFor(special == nullptr ? listed : &(names_->*special->listed));
   }
   if (special == nullptr) {
     params_.removeParameter(name);
@@ -545,7 +557,7 @@ unsigned int TelAddress::getStringLength() const {
 VARN_EXCEPTION_CODES TelAddress::convertTelToSipUserInfoSyntax(SipStrStream& in, SipString& out) {
   out.clear();
   VARN_EXCEPTION_CODES code = reserveConverted(in, out);
-  while (code == VARN_OK && !in.done()) {
+  while (code == VARN_OK && !in.done() && in.peek(0) != -1) {
     const unsigned int plain = matchOf<grammar::user>(in);
     code = plain != 0 ? takePlain(in, plain, out) : takeEscaped(in, escapedLength(in), out);
   }
