@@ -181,7 +181,7 @@ TEST_F(MessageCompressionTest, ReportsWhereThereIsNoMemory) {
   std::string data = zipped(text);
   for (const bool expands : {false, true}) {
     int nulls = 0;
-    const Lines log = sweepAllocations([&] {
+    const Runs runs = sweepAllocations([&] {
       unsigned char* output = bytes(text);
       const unsigned int length =
           expands
@@ -201,10 +201,11 @@ TEST_F(MessageCompressionTest, ReportsWhereThereIsNoMemory) {
              (expands ? "DeCompressGzipData" : "compMessageWithDeflate") + " | " + end;
     };
     const char* const noMemory = expands ? "3 6062" : "3 6068";
-    EXPECT_EQ((Lines{line(noMemory, "calloc failed"), line(noMemory, "calloc failed"),
-                     line(expands ? "4 6062" : "4 6068", "varnDeflateInit2 Failed"),
-                     line("3 6068", "calloc failed")}),
-              log);
+    EXPECT_EQ((Runs{{line(noMemory, "calloc failed")},
+                    {line(expands ? "4 6062" : "4 6068", "varnDeflateInit2 Failed")},
+                    {line("3 6068", "calloc failed")},
+                    {}}),
+              runs);
     EXPECT_EQ(1, nulls);
   }
 }

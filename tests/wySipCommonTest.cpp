@@ -102,6 +102,7 @@ TEST_F(SipCommonTest, QuotesEachUriOfAListThatCanBe) {
       wyQuoteUserInfoInSipUri,
       {"sip:a:b@h => sip:a%3Ab@h", "sip:a:b@h, <sip:c:d@h>;x => sip:a%3Ab@h, <sip:c%3Ad@h>;x",
        "\"x,y\" <sip:a:b@h>,sip:h => \"x,y\" <sip:a%3Ab@h>,sip:h",
+       "\"x,y\" <sip:a:b@h>,sip:c:d@h => \"x,y\" <sip:a%3Ab@h>,sip:c%3Ad@h",
        "sip:a\",b:c@h,sip:d@h => sip:a%22,b%3Ac%40h,sip%3Ad@h"});  // a single element
   EXPECT_EQ(",sip:a:@h,sip:a%3Ab@h,", resultOf(wyQuoteUserInfoInSipUri, ",sip:a:@h,sip:a:b@h,"));
   EXPECT_EQ((Lines{kNoScheme, kImproper, kNoScheme}), takeLog());
@@ -189,6 +190,7 @@ TEST_F(SipCommonTest, OrdersAListInPlaceByOnePass) {
     EXPECT_EQ(naive::onePass(list), resultOf(sort, list));
   };
   EXPECT_EQ("b;a;c", resultOf(sort, "c;a;b"));
+  check("\"c;b\";a");  // quotes keep nothing together
   naive::forEachText({";", "a", "b", "\xE9"}, 7, check);
   for (const std::size_t elements : {255U, 256U, 257U, 300U, 513U}) {
     std::string list = "1000";
@@ -202,24 +204,32 @@ TEST_F(SipCommonTest, OrdersAListInPlaceByOnePass) {
 
 TEST_F(SipCommonTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
   const auto none = [](const char* text) { return severeLine(kSource, text); };
-  const std::string noUserInfo = none("wyQuoteUserInfo | Malloc Failed");
-  const auto sweep = [&](Function function, const char* text, Lines results, const Lines& lines) {
-    SCOPED_TRACE(text);
-    results.insert(results.begin(), "-");
-    sweepAllocations([&] { return resultOf(function, text); }, results, lines);
+  const auto check = [&](Function function, const char* text, const Runs& runs) {
+    EXPECT_EQ(runs, sweepAllocations([&] { return resultOf(function, text); })) << text;
   };
-  sweep(wyQuoteUserInfo, "sip:a:b@h", {"sip:a%3Ab@h"}, {noUserInfo});
-  sweep(wyQuoteUserInfoInSipUri, "sip:a:b@h", {"sip:a%3Ab@h"}, {noUserInfo});
-  sweep(wyQuoteUserInfoInSipUri, "sip:a:b@h,h",  // one that cannot be rewritten stays
-        {"sip:a:b@h,h", "sip:a%3Ab@h,h"},
-        {noUserInfo, none("wyQuoteUserInfoInSipUri | Malloc Failed")});
-  sweep(quoteTag, "tag=\":\"", {"tag=\"%3A\""}, {none("wyQuoteFeatureTagValue | Malloc Failed")});
-  sweep(sort, "c;a;b", {"b;a;c"},
-        {none("wySortCommaSepStrings | Malloc Failed"),
-         none("wySortCommaSepStrings | Strdup Failed")});
-  sweep(format, "123456789012345", {"12345678-901234-5"},
-        {fails("wySipCommon::FormatIMEInumber - Memory allocation failed")});
-  sweep(read, "41", {"A"}, {none("strToH8 | wyDplCalloc failure")});
+  const std::string noUserInfo = none("wyQuoteUserInfo | Malloc Failed");
+  for (const Function function : {wyQuoteUserInfo, wyQuoteUserInfoInSipUri}) {
+    check(function, "sip:a:b@h", {{noUserInfo, "-"}, {"sip:a%3Ab@h"}});
+  }
+  const std::string noList = none("wyQuoteUserInfoInSipUri | Malloc Failed");
+  check(wyQuoteUserInfoInSipUri, "sip:a:b@h,h",
+        {{kNoScheme, noList, "-"},
+         {noUserInfo, kNoScheme, "sip:a:b@h,h"},  // one that cannot be rewritten stays
+         {kNoScheme, noList, "-"},
+         {kNoScheme, "sip:a%3Ab@h,h"}});
+  check(quoteTag, "tag=\":\"",
+        {{none("wyQuoteFeatureTagValue | Malloc Failed"), "-"}, {"tag=\"%3A\""}});
+  check(sort, "c;a;b",
+        {{none("wySortCommaSepStrings | Malloc Failed"), "-"},
+         {none("wySortCommaSepStrings | Strdup Failed"), "-"},
+         {"b;a;c"}});
+  check(format, "123456789012345",
+        {{fails("wySipCommon::FormatIMEInumber - Memory allocation failed"), "-"},
+         {"12345678-901234-5"}});
+  const Runs runs = sweepAllocations([&] { return resultOf(read, "41"); });
+  EXPECT_EQ((Lines{none("strToH8 | wyDplCalloc failure"), "-"}), runs.front());
+  EXPECT_TRUE(runs.size() == 2 && runs[1].size() == 2);
+  EXPECT_EQ("A", runs[1].back());  // after the trace of its address
 }
 
 }  // namespace

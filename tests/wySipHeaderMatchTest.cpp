@@ -174,14 +174,24 @@ TEST_F(SipHeaderMatchTest, RepeatsNoLineOfAHandlerThatUsesTheLibrary) {
 TEST_F(SipHeaderMatchTest, TriesAnOpaqueUriWhereThereIsNoMemoryForATelUri) {
   const SipString text("<tel:+1>");
   const SipStrStream stream(text);
-  const Lines log = sweepAllocations([&] {
-    const unsigned int count = SipNonAuthHeaderMatchValue().match(stream, 0);
-    EXPECT_EQ(8U, count);
-    return count == 8 ? VARN_OK : VARN_RESOURCE_FAILURE;
-  });
-  const std::string failed =
-      failureLine(kSource, "SipHeaderMatchIHeaderChars::doMatch | Malloc failed");
-  EXPECT_NE(log.end(), std::find(log.begin(), log.end(), failed));
+  const std::string host =
+      traceLine("sip_utility/src/wySipMatch", "SipMatchHost invalid character 0x2b");
+  const std::string noSip =
+      failureLine("sip_utility/src/wySipAddress", "SipAddress::parseURI couldn't find host");
+  const std::string noStream =
+      failureLine("sip_utility/src/wyTelAddress",
+                  "TelAddress::TelAddress | SipLWSStrStream constructor failed");
+  const std::string doMatch = "SipHeaderMatchIHeaderChars::doMatch | ";
+  const std::string noTel = failureLine(kSource, doMatch + "Tel Match Failed , Match with Abs URI");
+  EXPECT_EQ((Runs{{host, noSip, failureLine(kSource, doMatch + "Malloc failed")},
+                  {host, noSip, noStream, noTel},
+                  {host, noSip, noTel},
+                  {host, noSip}}),
+            sweepAllocations([&] {
+              const unsigned int count = SipNonAuthHeaderMatchValue().match(stream, 0);
+              EXPECT_EQ(8U, count);
+              return count == 8 ? VARN_OK : VARN_RESOURCE_FAILURE;
+            }));
 }
 
 TEST_F(SipHeaderMatchTest, LogsTheFailureOfALongTelAttemptForEveryBracket) {

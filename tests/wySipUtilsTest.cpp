@@ -1,6 +1,7 @@
 // wySipUtilsTest.cpp - Via values, URI equality, hosts, tokens, q-values and decimal numbers.
 #include "wySipUtils.h"
 
+#include <algorithm>
 #include <csignal>
 
 #include "imsdpl.h"
@@ -264,30 +265,80 @@ TEST_F(SipUtilsDeathTest, NumberBeyond32BitsEndsTheProcess) {
 
 TEST_F(SipUtilsTest, ReportsWhereThereIsNoMemory) {
   const auto none = [](const std::string& text) { return severeLine(kSource, text); };
+  const auto of = [](const char* family, const char* text) {
+    return failureLine(std::string("sip_utility/src/") + family, text);
+  };
+  const std::string noAddress =
+      of("wySipAddress", "SipAddress::SipAddress | SipStrStream constructor failed");
   std::string head = "wySipUtils::ParseViaHeaderToAdress | ";
-  sweepAllocations([] { return textOf(ParseViaHeaderToAdress, "UDP a:b@h"); },
-                   {"-", "sip:a:b@h", "sip:a%3Ab@h"},
-                   {none(head + "Strdup Failed"), none(head + "wyDplMalloc failed"),
-                    fails(head + "malloc failed"), fails(head + "append failed"),
-                    fails("wySipUtils::VIA header parsing failure")});
+  std::string uri = traceLine(kSource, "ParseViaHeaderToAdress: sip:a:b@h ");
+  std::string bad = fails("wySipUtils::VIA header parsing failure");
+  EXPECT_EQ(
+      (Runs{{none(head + "Strdup Failed"), "-"},
+            {none(head + "wyDplMalloc failed"), "-"},
+            {fails(head + "malloc failed"), "-"},
+            {uri, fails(head + "append failed"), "-"},
+            {uri, severeLine("sip_utility/src/wySipCommon", "wyQuoteUserInfo | Malloc Failed"),
+             "sip:a:b@h"},
+            {uri, fails(head + "append failed"), "-"},
+            {uri, bad, "-"},
+            {uri, noAddress, bad, "-"},
+            {uri, bad, "-"},
+            {uri, "sip:a%3Ab@h"}}),
+      sweepAllocations([] { return textOf(ParseViaHeaderToAdress, "UDP a:b@h"); }));
   head = "wySipUtils::ParseViaHeaderToHeader";
-  sweepAllocations(
-      [] { return textOf(ParseViaHeaderToHeader, "UDP h;p"); }, {"-", "sip:h;p"},
-      {none(head + " | Strdup Failed"), none(head + "::wyDplMalloc failed"),
-       fails(head + " :: malloc failed"), fails("wySipUtils::strValue.append: failure append"),
-       fails(head + " VIA header parsing failure")});
-  sweepAllocations(
-      [] { return std::to_string(GetHostType("[::1]")); }, {"0", "2"},
-      {traceLine(kSource, "wyDplMalloc: Fatal Error Malloc failed - UNKNOWN_IP_TYPE")});
-  head = "SipUtils::CompareSIPURI | ";
-  sweepAllocations(
-      [] { return std::to_string(compared("sip:a@[::1]", "sip:a@[::01]")); }, {"0", "1"},
-      {fails(head + "LocalHost Calloc failed "), fails(head + "RemoteHost Calloc failed ")});
-  head = "SipUtils:ValidateAndGetMaxQValue | Failure in ";
+  uri = traceLine(kSource, "ParseViaHeaderToHeader: sip:h;p ");
+  bad = fails(head + " VIA header parsing failure");
+  EXPECT_EQ((Runs{{none(head + " | Strdup Failed"), "-"},
+                  {none(head + "::wyDplMalloc failed"), "-"},
+                  {fails(head + " :: malloc failed"), "-"},
+                  {uri, fails("wySipUtils::strValue.append: failure append"), "-"},
+                  {uri, of("wySipHeader", "SipHeader::setName | name was NULL or empty"), bad, "-"},
+                  {uri, bad, "-"},
+                  {uri, of("wySipHeader", "SipHeader::setName | assignment failed."), bad, "-"},
+                  {uri, of("wySipHeader", "SipHeader::SipHeader | SipStrStream constructor failed"),
+                   bad, "-"},
+                  {uri, bad, "-"},
+                  {uri, kNotAssigned, bad, "-"},
+                  {uri, "sip:h;p"}}),
+            sweepAllocations([] { return textOf(ParseViaHeaderToHeader, "UDP h;p"); }));
+  const auto type = [](const std::string& host) {
+    return traceLine(kSource, "GetHostType | IPv6 = " + host);
+  };
+  const std::string noType =
+      traceLine(kSource, "wyDplMalloc: Fatal Error Malloc failed - UNKNOWN_IP_TYPE");
+  EXPECT_EQ((Runs{{noType, "0"}, {type("::1 [::1]"), "2"}}),
+            sweepAllocations([] { return std::to_string(GetHostType("[::1]")); }));
+  const auto differ = [](const char* text) {
+    return fails(std::string("SipUtils::CompareSIPURI | ") + text);
+  };
+  const std::string empty = of("wySipAddress", "SipAddress::SipAddress | NULL or empty address");
+  const std::string noRemote = differ("Decode Error RemotStr=1 LocalStr=0");
+  const std::string noLocal = differ("Decode Error RemotStr=0 LocalStr=1");
+  const std::string user = differ("UserName MisMatch ");
+  const std::string host = differ("FQDN MisMatch");
+  EXPECT_EQ(
+      (Runs{{empty, differ("Decode Error RemotStr=3 LocalStr=0"), user, "0"},
+            {noAddress, noRemote, user, "0"},
+            {noRemote, user, "0"},
+            {noRemote, differ("LocalHost Empty"), "0"},
+            {empty, differ("Decode Error RemotStr=0 LocalStr=3"), user, "0"},
+            {noAddress, noLocal, user, "0"},
+            {noLocal, user, "0"},
+            {noLocal, differ("LocalHost Empty"), "0"},
+            {differ("LocalHost Calloc failed "), "0"},
+            {differ("RemoteHost Calloc failed "), "0"},
+            {noType, type("::1 ::1"), host, "0"},
+            {type("::01 ::01"), noType, host, "0"},
+            {type("::01 ::01"), type("::1 ::1"), "1"}}),
+      sweepAllocations([] { return std::to_string(compared("sip:a@[::1]", "sip:a@[::01]")); }));
+  head = "SipUtils:ValidateAndGetMaxQValue | ";
   char qvalue[] = "0.5";
   char* qvalues[] = {qvalue};
-  sweepAllocations([&] { return std::to_string(ValidateAndGetMaxQValue(qvalues, 1)); },
-                   {"255", "0"}, {none(head + "Malloc"), none(head + "Strdup")});
+  EXPECT_EQ((Runs{{none(head + "Failure in Malloc"), "255"},
+                  {none(head + "Failure in Strdup"), "255"},
+                  {traceLine(kSource, head + "Return MaxValue Index is 0"), "0"}}),
+            sweepAllocations([&] { return std::to_string(ValidateAndGetMaxQValue(qvalues, 1)); }));
 }
 
 }  // namespace
