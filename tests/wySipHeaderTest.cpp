@@ -1,6 +1,8 @@
 // wySipHeaderTest.cpp - what a header field is read from, changed to and written as.
 #include "wySipHeader.h"
 
+#include <set>
+
 #include "libraryTest.h"
 
 namespace {
@@ -232,6 +234,19 @@ TEST_F(SipHeaderTest, TellsWantOfMemoryInABracketFromARefusal) {
                 return code;
               }));
   }
+}
+
+TEST_F(SipHeaderTest, ReadsATelUriAsAnOpaqueOneWhereThereIsNoMemory) {
+  std::set<std::string> values;
+  const SipString name("To");
+  const SipString text("<tel:+1>x");
+  sweepAllocations([&] {
+    SipHeader header(name, text);
+    const VARN_EXCEPTION_CODES code = header.GetLastErrorCode();
+    values.insert(std::to_string(code) + ' ' + content(header.getValue()));
+    return code == VARN_INVALID_INPUT ? VARN_OK : VARN_RESOURCE_FAILURE;
+  });
+  EXPECT_EQ((std::set<std::string>{"0 <tel:+1>x", "1 ", "3 <tel:+1>"}), values);
 }
 
 TEST_F(SipHeaderTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {

@@ -332,6 +332,12 @@ TEST_F(SipUtilsTest, ReportsWhereThereIsNoMemory) {
             {type("::01 ::01"), noType, host, "0"},
             {type("::01 ::01"), type("::1 ::1"), "1"}}),
       sweepAllocations([] { return std::to_string(compared("sip:a@[::1]", "sip:a@[::01]")); }));
+  // Equal texts that are no addresses: where a kind is not known they are compared as names.
+  const auto unreadable = [] { return std::to_string(compared("sip:u@[1::2:]", "sip:u@[1::2:]")); };
+  const Runs runs = sweepAllocations(unreadable);
+  EXPECT_EQ((Lines{noType, type("1::2: 1::2:"), "1"}), runs.at(runs.size() - 3));
+  EXPECT_EQ((Lines{type("1::2: 1::2:"), noType, "1"}), runs.at(runs.size() - 2));
+  EXPECT_EQ("0", runs.back().back());
   head = "SipUtils:ValidateAndGetMaxQValue | ";
   char qvalue[] = "0.5";
   char* qvalues[] = {qvalue};
