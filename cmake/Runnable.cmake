@@ -8,7 +8,7 @@ function(runnable target)
     file(
       GENERATE
       OUTPUT ${command}
-      CONTENT "#!/bin/sh\nexec ${emulator} $<TARGET_FILE:${target}> \"$@\"\n"
+      CONTENT "#!/bin/sh\nexec ${emulator} '$<TARGET_FILE:${target}>' \"$@\"\n"
       FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
   endif()
   set(${target} ${command} PARENT_SCOPE)

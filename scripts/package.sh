@@ -25,5 +25,5 @@ lintian --fail-on error "$build"/*.deb
 root=$build/root
 for package in "$build"/*.deb; do dpkg-deb -x "$package" "$root"; done
 "$root/usr/bin/siputil" address 'sip:alice@example.test;lr'
-tests/consumer.sh "$root/usr" "$build/consumer"
+tests/consumer.sh "$root/usr" "$build/consumer" Ninja "${CXX-c++}"
 ls -1 "$build"/*.deb

@@ -4,6 +4,8 @@
 //
 //   c++ -std=c++17 consumer.cpp $(pkg-config --cflags --libs siputility siputility-host) \
 //     -Wl,-rpath,$(pkg-config --variable=libdir siputility)
+//
+// With eval before c++ it is right for an installed tree whose path has blanks as well.
 #include <cstdio>
 
 #include <siputility/wySipHeader.h>
