@@ -82,8 +82,8 @@ def text_of(token):
 
 class Sources:
     def __init__(self):
-        names = os.popen("git ls-files --cached --others --exclude-standard sip_utility/src").read()
-        files = [n for n in names.split("\n") if n.endswith((".cpp", ".h"))]
+        names = os.popen("scripts/sources.sh 'sip_utility/src/*.cpp' 'sip_utility/src/*.h'").read()
+        files = names.split("\0")[:-1]
         self.tokens = {f: tokens_of(open(f).read()) for f in files}
         self.functions = {f: functions_of(t) for f, t in self.tokens.items()}
         self.lines = set()  # (source, module, level, text)

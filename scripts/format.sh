@@ -5,5 +5,4 @@ set -euo pipefail
 
 cd "$(dirname "$0")/.."
 scripts/need.sh clang-format
-git ls-files -z --cached --others --exclude-standard '*.h' '*.cpp' |
-  xargs -0 clang-format -i "$@"
+scripts/sources.sh '*.h' '*.cpp' | xargs -0 clang-format -i "$@"

@@ -26,9 +26,9 @@ rows='wySipExport wySipInit wySipCommon
   wySipUtils
   sipMultipartmessagebody sipMultipartmessagebodyUtility'
 
-includes=$(git ls-files --cached --others --exclude-standard '*.h' '*.cpp' |
-  xargs grep -H '^ *# *include "' | sed 's/:[^"]*"/ /; s/".*//')
-headers=$(git ls-files --cached --others --exclude-standard '*.h')
+includes=$(scripts/sources.sh '*.h' '*.cpp' |
+  xargs -0 grep -H '^ *# *include "' | sed 's/:[^"]*"/ /; s/".*//')
+headers=$(scripts/sources.sh '*.h' | tr '\0' '\n')
 
 awk -v folders="$folders" -v rows="$rows" -v headers="$headers" '
   BEGIN {

@@ -9,16 +9,16 @@ scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp pcap/pcap.h
   benchmark/benchmark.h clang-tidy shellcheck python3
 set -x
 scripts/format.sh --dry-run -Werror
-git ls-files -z --cached --others --exclude-standard dev .ci/run '*.sh' '*.bash' | xargs -0 shellcheck
+scripts/sources.sh dev .ci/run '*.sh' '*.bash' | xargs -0 shellcheck
 scripts/diagnostics.py --check
 scripts/layers.sh
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
-git ls-files -z --cached --others --exclude-standard 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' \
-  ':(glob)examples/*.cpp' |
+# The shell, not sources.sh, expands the last pattern: the projects in folders of examples/ stay out.
+scripts/sources.sh 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' examples/*.cpp |
   xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev --quiet --warnings-as-errors='*' \
     2> >(grep -v 'warnings generated' >&2)
 cmake --preset release >/dev/null
-git ls-files -z --cached --others --exclude-standard 'bench/*.cpp' |
+scripts/sources.sh 'bench/*.cpp' |
   xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/release --quiet --warnings-as-errors='*' \
     2> >(grep -v 'warnings generated' >&2)
