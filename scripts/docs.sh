@@ -6,7 +6,12 @@ set -euo pipefail
 
 cd "$(dirname "$0")/.."
 scripts/need.sh doxygen
-mkdir -p build
+# In a copy: Doxygen loses the links between pages where the path has blanks.
+copy=$(mktemp -d)
+trap 'rm -r "$copy"' EXIT
+cp -R --parents docs sip_utility/inc "$copy"
+mkdir -p build "$copy/build"
+(cd "$copy" && doxygen docs/Doxyfile) 2>&1 | sed "s,$copy/,," >&2
 rm -rf build/docs
-doxygen docs/Doxyfile
+mv "$copy/build/docs" build
 echo "build/docs/html/index.html"
