@@ -6,7 +6,7 @@ set -euo pipefail
 
 package_of() {
   case $1 in
-    g++ | cmake | clang-format | clang-tidy | doxygen | gcovr | jq) echo "$1" ;;
+    g++ | cmake | clang-format | clang-tidy | debootstrap | doxygen | gcovr | jq) echo "$1" ;;
     lintian | pkg-config | python3 | python3-jsonschema | shellcheck | valgrind) echo "$1" ;;
     clang++) echo clang ;;
     dpkg-shlibdeps) echo dpkg-dev ;;
