@@ -33,7 +33,8 @@ if [ ! -d "$sysroot" ]; then
     -o "Dir::Cache=$folder/cache" -o APT::Sandbox::User=root)
   "${apt[@]}" update || true
   (cd "$folder" && "${apt[@]}" download "zlib1g-dev:$processor")
-  dpkg -x "$folder"/*.deb "$sysroot"
+  dpkg -x "$folder"/*.deb "$sysroot.new"
+  mv "$sysroot.new" "$sysroot"
 fi
 set -x
 cmake -G Ninja -S . -B "build/$processor" -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/cross.cmake" \
