@@ -12,7 +12,7 @@ import sys
 from collections import namedtuple
 
 PAGE = "docs/diagnostics.md"
-LOG = "sip_utility/src/internal/log."
+LOG = "sip_utility/src/base/log."
 LEVELS = {"kTrace": 3, "kFailure": 4, "kSevere": 5}
 CALLS = {"logTrace": "kTrace", "logFailure": "kFailure", "logSevere": "kSevere"}
 TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])*\'|\w+|\S', re.S)

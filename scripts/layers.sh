@@ -1,30 +1,36 @@
 #!/usr/bin/env bash
 # Usage: layers.sh
-# Checks that includes run downwards only, as docs/architecture.md draws it: each folder includes
-# itself and what is listed for it here, an exported header those of its own row and the rows above,
-# and no headers include each other in a circle. A class that an exported header only names is an
-# exported one, or belongs to the library's namespace.
+# Checks that includes run downwards only, as docs/architecture.md draws it. Each folder includes
+# itself and the folders that are listed for it here. A header of the library or a source of its
+# name includes headers of its own row and of the rows above; a room also names the row whose
+# headers it may include at most. No headers include each other in a circle. A class that an
+# exported header only names is an exported one, or belongs to the library's namespace.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
-folders='platform/inc:
+src=sip_utility/src inc=sip_utility/inc
+folders="platform/inc:
   platform/host: platform/inc
-  sip_utility/inc: platform/inc/imsvarn.h
-  sip_utility/src/internal: sip_utility/inc platform/inc
-  sip_utility/src: sip_utility/src/internal sip_utility/inc platform/inc
-  tool: sip_utility/inc platform/inc platform/host/hostControl.h
-  fuzz: tool sip_utility/inc platform/inc platform/host/hostControl.h tests/support
-  examples: sip_utility/inc platform/inc
-  bench: sip_utility/inc platform/inc'
-rows='wySipExport wySipInit wySipCommon
-  wySipString
-  wySipMatch wyTelAddressMatch
-  wySipPort wySipParam
-  wySipHeaderMatch
+  $inc: platform/inc/imsdpl.h platform/inc/imsvarn.h
+  $src/base: platform/inc $inc
+  $src/grammar: $src/base $inc
+  $src/params: $src/grammar $src/base $inc
+  $src/address: $src/params $src/grammar $src/base $inc
+  $src/multipart: $src/base platform/inc $inc
+  $src: $src/multipart $src/address $src/params $src/grammar $src/base platform/inc $inc
+  tool: $inc platform/inc platform/host/hostControl.h
+  fuzz: tool $inc platform/inc platform/host/hostControl.h tests/support
+  examples: $inc platform/inc
+  bench: $inc platform/inc"
+rows='wySipExport
+  wySipString base grammar
+  wySipCommon wySipInit wySipMatch wyTelAddressMatch
+  wySipPort wySipParam params address
   wySipAddress wyTelAddress
+  wySipHeaderMatch
   wySipHeader
   wySipUtils
-  sipMultipartmessagebody sipMultipartmessagebodyUtility'
+  sipMultipartmessagebody sipMultipartmessagebodyUtility multipart'
 
 includes=$(scripts/sources.sh '*.h' '*.cpp' |
   xargs -0 grep -H '^ *# *include "' | sed 's/:[^"]*"/ /; s/".*//')
@@ -38,13 +44,21 @@ awk -v folders="$folders" -v rows="$rows" -v headers="$headers" '
       allowed[part[1]] = part[2] " " part[1] " "
     }
     for (n = split(rows, line, "\n"); n > 0; --n)
-      for (m = split(line[n], name, " "); m > 0; --m) row[name[m] ".h"] = n
+      for (m = split(line[n], name, " "); m > 0; --m) row[name[m]] = n
     for (n = split(headers, line, "\n"); n > 0; --n) {
       name[1] = line[n]; sub(/.*\//, "", name[1])
       home[name[1]] = home[name[1]] " " line[n]
     }
   }
   function folder(path) { sub(/\/[^\/]*$/, "", path); return path }
+  # The row of a room, or of the family whose name the file begins with.
+  function rowOf(path, parts, n, name, most) {
+    n = split(path, parts, "/")
+    if (parts[n - 1] in row) return row[parts[n - 1]]
+    most = ""
+    for (name in row) if (index(parts[n], name) == 1 && length(name) > length(most)) most = name
+    return row[most]
+  }
   function wrong(words) { print "layers: " $1 " includes \"" $2 "\": " words; failed = 1 }
   folder($1) in allowed {
     from = folder($1); file = $2; sub(/.*\//, "", file)
@@ -52,8 +66,11 @@ awk -v folders="$folders" -v rows="$rows" -v headers="$headers" '
     for (n = split(home[file], place, " "); n > 0; --n)
       found += index(allowed[from], " " folder(place[n]) " ") || index(allowed[from], " " place[n] " ")
     if (!found) wrong("not a folder below")
-    own = $1; sub(/.*\//, "", own)
-    if (from == "sip_utility/inc" && !(own in row && row[file] <= row[own])) wrong("not in a row above")
+    if (from ~ /^sip_utility/) {
+      for (n = split(home[file], place, " "); n > 0; --n)
+        if (place[n] ~ /^sip_utility/ && rowOf(place[n]) > rowOf($1)) wrong("not in a row above")
+      if (!rowOf($1)) wrong("in no row")
+    }
   }
   END { exit failed }' <<<"$includes"
 

@@ -1,6 +1,6 @@
 // failStopTest.cpp - the fail-stop on impossible copies, and the guard against taking it for a
 // good end.
-#include "internal/failStop.h"
+#include "base/failStop.h"
 
 #include <unistd.h>
 

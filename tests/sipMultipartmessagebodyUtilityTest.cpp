@@ -3,8 +3,8 @@
 
 #include <cstdio>
 
-#include "internal/platformBlock.h"
-#include "internal/recorded.h"
+#include "base/platformBlock.h"
+#include "base/recorded.h"
 #include "libraryTest.h"
 
 namespace {

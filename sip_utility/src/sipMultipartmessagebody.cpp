@@ -3,9 +3,9 @@
 
 #include <cstring>
 
-#include "internal/log.h"
-#include "internal/platformBlock.h"
-#include "internal/recorded.h"
+#include "base/log.h"
+#include "base/platformBlock.h"
+#include "base/recorded.h"
 
 namespace {
 

@@ -11,12 +11,12 @@
 #include <string_view>
 #include <utility>
 
+#include "base/equality.h"
+#include "base/log.h"
+#include "base/platformBlock.h"
+#include "base/recorded.h"
+#include "grammar/borrowed.h"
 #include "imsxml.h"
-#include "internal/borrowed.h"
-#include "internal/equality.h"
-#include "internal/log.h"
-#include "internal/platformBlock.h"
-#include "internal/recorded.h"
 #include "wySipUtils.h"
 
 namespace {

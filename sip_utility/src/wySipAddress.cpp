@@ -3,18 +3,16 @@
 
 #include <string_view>
 
-#include "internal/borrowed.h"
-#include "internal/checkedMath.h"
-#include "internal/equality.h"
-#include "internal/grammar.h"
-#include "internal/log.h"
-#include "internal/matchOf.h"
-#include "internal/paramReader.h"
-#include "internal/pieceSetter.h"
-#include "internal/stringAccess.h"
-#include "internal/textWriter.h"
-#include "internal/unread.h"
-#include "wySipMatch.h"
+#include "address/addrSpec.h"
+#include "address/pieceSetter.h"
+#include "base/checkedMath.h"
+#include "base/equality.h"
+#include "base/log.h"
+#include "base/stringAccess.h"
+#include "base/textWriter.h"
+#include "grammar/borrowed.h"
+#include "grammar/grammar.h"
+#include "params/paramReader.h"
 
 namespace {
 
@@ -53,120 +51,6 @@ constexpr PieceMessages kHostMessages = {
     "SipAddress::setHost | assignment failed",
 };
 
-template <typename Rule>
-VARN_EXCEPTION_CODES replaceBy(SipString& piece, const SipString& value,
-                               const PieceMessages& messages, int line = __builtin_LINE()) {
-  Rule rule;
-  return replacePiece(piece, value, rule, messages, kSourceFile, line);
-}
-
-// Where the pieces of an addr-spec go; null for a piece that is only passed.
-struct Pieces {
-  SipString* scheme;
-  SipString* user;
-  SipString* host;
-  SipPort* port;
-  SipAddrParamList* params;
-};
-
-// Takes the next bytes, which are there, and moves behind them.
-inline VARN_EXCEPTION_CODES take(SipStrStream& stream, unsigned int length, SipString* piece) {
-  const std::string_view bytes = {SipStringAccess::rest(stream).data(), length};
-  if (piece != nullptr && SipStringAccess::assign(*piece, bytes) != VARN_OK) {
-    return VARN_RESOURCE_FAILURE;
-  }
-  SipStringAccess::advance(stream, piece != nullptr ? piece->length() : length);
-  return VARN_OK;
-}
-
-// Takes a piece and passes the delimiter behind it.
-VARN_EXCEPTION_CODES takeDelimited(SipStrStream& stream, unsigned int length, SipString* piece) {
-  const VARN_EXCEPTION_CODES code = take(stream, length, piece);
-  if (code == VARN_OK) {
-    SipStringAccess::advance(stream, 1);
-  }
-  return code;
-}
-
-// scheme ":"
-VARN_EXCEPTION_CODES takeScheme(SipStrStream& stream, SipString* scheme) {
-  const unsigned int length = matchOf<grammar::scheme>(stream);
-  if (length == 0) {
-    logFailure(kSourceFile, "SipAddress::parseURI - couldn't find scheme");
-    return VARN_INVALID_INPUT;
-  }
-  if (!unread(stream).has(length, ':')) {
-    logFailure(kSourceFile, "SipAddress::parseURI missing ':' after scheme");
-    return VARN_INVALID_INPUT;
-  }
-  return takeDelimited(stream, length, scheme);
-}
-
-// [ userinfo "@" ]: without the "@" the same bytes are the host's
-VARN_EXCEPTION_CODES takeUserInfo(SipStrStream& stream, SipString* user) {
-  const unsigned int length = matchOf<grammar::userInfo>(stream);
-  if (length == 0 || !unread(stream).has(length, '@')) {
-    return VARN_OK;
-  }
-  return takeDelimited(stream, length, user);
-}
-
-VARN_EXCEPTION_CODES takeHost(SipStrStream& stream, SipString* host) {
-  const unsigned int length = matchOf<grammar::host>(stream);
-  if (length == 0) {
-    logFailure(kSourceFile, "SipAddress::parseURI couldn't find host");
-    return VARN_INVALID_INPUT;
-  }
-  return take(stream, length, host);
-}
-
-// [ ":" port ]
-VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort* port) {
-  if (!unread(stream).has(0, ':')) {
-    return VARN_OK;
-  }
-  SipStringAccess::advance(stream, 1);
-  SipPort passed;
-  return (port == nullptr ? passed : *port).set(stream);
-}
-
-VARN_EXCEPTION_CODES takeParams(SipStrStream& stream, SipAddrParamList* params) {
-  return params == nullptr ? passUriParams(stream) : params->parseParamList(stream);
-}
-
-// scheme ":" [ userinfo "@" ] host [ ":" port ] params [ headers ]
-VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, const Pieces& pieces) {
-  VARN_EXCEPTION_CODES code = takeScheme(stream, pieces.scheme);
-  if (code == VARN_OK) {
-    code = takeUserInfo(stream, pieces.user);
-  }
-  if (code == VARN_OK) {
-    code = takeHost(stream, pieces.host);
-  }
-  if (code == VARN_OK) {
-    code = takePort(stream, pieces.port);
-  }
-  if (code == VARN_OK) {
-    code = takeParams(stream, pieces.params);
-  }
-  if (code == VARN_OK) {
-    SipStringAccess::advance(stream, matchOf<grammar::uriHeaders>(stream));
-  }
-  return code;
-}
-
-VARN_EXCEPTION_CODES passOpening(SipStrStream& stream) {
-  return unread(stream).has(0, '<') ? stream.discard(1) : VARN_INVALID_INPUT;
-}
-
-VARN_EXCEPTION_CODES passClosing(SipStrStream& stream) {
-  if (!unread(stream).has(0, '>')) {
-    logFailure(kSourceFile, "SipAddress::parseURI missing '>'");
-    return VARN_INVALID_INPUT;
-  }
-  return stream.discard(1);
-}
-
 // display-name LWS
 VARN_EXCEPTION_CODES takeDisplayName(SipStrStream& stream, SipString& displayName) {
   const unsigned int length = matchOf<grammar::displayName>(stream);
@@ -174,7 +58,7 @@ VARN_EXCEPTION_CODES takeDisplayName(SipStrStream& stream, SipString& displayNam
     logFailure(kSourceFile, "SipAddress::parseNameAddr | invalid display name");
     return VARN_INVALID_INPUT;
   }
-  const VARN_EXCEPTION_CODES code = take(stream, length, &displayName);
+  const VARN_EXCEPTION_CODES code = takePiece(stream, length, &displayName);
   SipStringAccess::advance(stream, matchOf<grammar::lws>(stream));
   return code;
 }
@@ -242,7 +126,8 @@ VARN_EXCEPTION_CODES SipAddress::setDisplayName(const SipString& displayName) {
   if (displayName.length() == 0) {
     displayName_.clear();
   } else {
-    code = replaceBy<SipAddressMatchDisplayName>(displayName_, displayName, kDisplayNameMessages);
+    code = replacePiece(displayName_, displayName, grammar::displayName, kDisplayNameMessages,
+                        kSourceFile);
   }
   if (code == VARN_OK) {
     text_.clear();
@@ -258,7 +143,7 @@ VARN_EXCEPTION_CODES SipAddress::setScheme(const SipString& scheme) {
     logFailure(kSourceFile, "SipAddress::setScheme | NULL or empty scheme");
     return storeCode(VARN_INVALID_INPUT);
   }
-  return storeChange(replaceBy<SipAddressMatchScheme>(scheme_, scheme, kSchemeMessages));
+  return storeChange(replacePiece(scheme_, scheme, grammar::scheme, kSchemeMessages, kSourceFile));
 }
 
 VARN_EXCEPTION_CODES SipAddress::setUser(const SipString& user) {
@@ -269,7 +154,7 @@ VARN_EXCEPTION_CODES SipAddress::setUser(const SipString& user) {
     user_.clear();
     return storeChange(VARN_OK);
   }
-  return storeChange(replaceBy<SipAddressMatchUserInfo>(user_, user, kUserMessages));
+  return storeChange(replacePiece(user_, user, grammar::userInfo, kUserMessages, kSourceFile));
 }
 
 VARN_EXCEPTION_CODES SipAddress::setHost(const SipString& host) {
@@ -280,7 +165,7 @@ VARN_EXCEPTION_CODES SipAddress::setHost(const SipString& host) {
     logFailure(kSourceFile, "SipAddress::setHost | NULL or empty host");
     return storeCode(VARN_INVALID_INPUT);
   }
-  return storeChange(replaceBy<SipMatchHost>(host_, host, kHostMessages));
+  return storeChange(replacePiece(host_, host, grammar::host, kHostMessages, kSourceFile));
 }
 
 void SipAddress::setPort(unsigned short port) {
@@ -410,19 +295,6 @@ VARN_EXCEPTION_CODES SipAddress::parseAddrSpec(SipStrStream& stream, SipString* 
     return VARN_INVALID_INPUT;
   }
   return takeAddrSpec(stream, {scheme, user, host, port, params});
-}
-
-// "<" addr-spec ">"
-unsigned int grammar::bracketedAddrSpec(Unread text, unsigned int offset) {
-  BorrowedStream stream(text.from(offset));
-  VARN_EXCEPTION_CODES code = passOpening(stream);
-  if (code == VARN_OK) {
-    code = takeAddrSpec(stream, {});
-  }
-  if (code == VARN_OK) {
-    code = passClosing(stream);
-  }
-  return code == VARN_OK ? stream.pos() : 0;
 }
 
 VARN_EXCEPTION_CODES SipAddress::parse(const SipString& address) {

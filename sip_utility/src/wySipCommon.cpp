@@ -7,10 +7,10 @@
 #include <string_view>
 #include <utility>
 
-#include "internal/charClass.h"
-#include "internal/log.h"
-#include "internal/platformBlock.h"
-#include "internal/textWriter.h"
+#include "base/charClass.h"
+#include "base/log.h"
+#include "base/platformBlock.h"
+#include "base/textWriter.h"
 #include "wySipString.h"
 
 namespace {

@@ -1,14 +1,13 @@
 // wySipHeader.cpp - one SIP header field: name, value and parameters.
 #include "wySipHeader.h"
 
-#include "internal/allocationWatch.h"
-#include "internal/borrowed.h"
-#include "internal/checkedMath.h"
-#include "internal/equality.h"
-#include "internal/grammar.h"
-#include "internal/log.h"
-#include "internal/matchOf.h"
-#include "internal/textWriter.h"
+#include "base/allocationWatch.h"
+#include "base/checkedMath.h"
+#include "base/equality.h"
+#include "base/log.h"
+#include "base/textWriter.h"
+#include "grammar/borrowed.h"
+#include "grammar/grammar.h"
 #include "wySipHeaderMatch.h"
 
 namespace {

@@ -5,14 +5,13 @@
 #include <cstddef>
 #include <optional>
 
-#include "internal/borrowed.h"
-#include "internal/charClass.h"
-#include "internal/checkedMath.h"
-#include "internal/grammar.h"
-#include "internal/log.h"
-#include "internal/matchOf.h"
-#include "internal/recorded.h"
-#include "internal/unread.h"
+#include "address/addrSpec.h"
+#include "base/charClass.h"
+#include "base/checkedMath.h"
+#include "base/log.h"
+#include "base/recorded.h"
+#include "grammar/borrowed.h"
+#include "grammar/grammar.h"
 #include "wyTelAddress.h"
 
 namespace {
@@ -55,88 +54,15 @@ class TapeRecorder final : public LogListener {
   LogTape& tape_;
 };
 
-// Reads the runs of one value. The tel URI, which is the same text for every "<", is tried once.
-class ValueReader {
+// Reads the brackets of one value. The tel URI, which is the same text for every "<", is tried
+// once; what the attempt logged is logged again for each further "<".
+class ValueBrackets final : public grammar::BracketReader {
  public:
-  explicit ValueReader(Unread text) : text_(text) {}
+  explicit ValueBrackets(Unread text) : text_(text) {}
 
-  // *( run LWS ) run: stops in front of white space that no run follows.
-  unsigned int valueLength(unsigned int offset) {
-    unsigned int count = run(offset);
-    for (unsigned int more = count; more != 0;) {
-      const unsigned int space = matchOf<grammar::lws>(text_, checkedSum(offset, count));
-      if (space == 0) {
-        return count;
-      }
-      more = run(checkedSum(offset, count, space));
-      count = more == 0 ? count : checkedSum(count, space, more);
-    }
-    return count;
-  }
+  unsigned int sip(unsigned int offset) override { return bracketedAddrSpecLength(text_, offset); }
 
-  unsigned int runLength(unsigned int offset) {
-    unsigned int count = 0;
-    for (;;) {
-      count = checkedSum(count, text_.run(checkedSum(offset, count), kValuePlain));
-      const unsigned int next = checkedSum(offset, count);
-      const int c = text_.peek(next);
-      if (c == -1 || c == '\t' || c == '\n' || c == '\r' || c == ' ' || c == ';') {
-        return count;
-      }
-      if (c != '"' && c != '<') {
-        logTrace(kSourceFile, "SipHeaderMatchIHeaderChars::doMatch - bad character 0x%02x",
-                 static_cast<unsigned int>(c));
-        return 0;
-      }
-      const Piece piece = c == '"' ? quoted(next) : bracketed(next);
-      count = checkedSum(count, piece.length);
-      if (piece.last) {
-        return count;
-      }
-    }
-  }
-
- private:
-  struct Piece {
-    unsigned int length;
-    bool last;  // the run ends with it
-  };
-
-  unsigned int run(unsigned int offset) {
-    assertWithin(offset, text_);
-    const unsigned int count = runLength(offset);
-    assertWithin(checkedSum(offset, count), text_);
-    return count;
-  }
-
-  Piece quoted(unsigned int offset) {
-    const unsigned int length = matchOf<grammar::quotedString>(text_, offset);
-    return {length, length == 0};
-  }
-
-  Piece bracketed(unsigned int offset) {
-    const unsigned int address = grammar::bracketedAddrSpec(text_, offset);
-    if (address != 0) {
-      return {address, false};
-    }
-    const unsigned int uriOffset = checkedSum(offset, 1);
-    if (text_.has(uriOffset, "tel:")) {
-      const unsigned int tel = telLength();
-      if (tel != 0) {
-        return {tel, true};
-      }
-    }
-    const unsigned int uri = matchOf<grammar::absoluteUri>(text_, uriOffset);
-    if (uri == 0 || text_.has(uriOffset, "sip:") || text_.has(uriOffset, "sips:") ||
-        !text_.has(checkedSum(uriOffset, uri), '>')) {
-      return {0, true};
-    }
-    return {checkedSum(uri, 2), false};
-  }
-
-  // Returns what a tel URI at the stream's position counts. That is not worked out again for the
-  // next "<", but what it logged is logged again.
-  unsigned int telLength() {
+  unsigned int tel() override {
     if (telLength_) {
       telLog_.replay();
     } else {
@@ -146,6 +72,7 @@ class ValueReader {
     return *telLength_;
   }
 
+ private:
   unsigned int tryTel() const {
     const BorrowedString uri({text_.bytes, text_.length});
     const Recorded<TelAddress> tel(newRecorded<TelAddress>(kSourceFile, *uri));
@@ -173,6 +100,12 @@ class ValueReader {
   std::optional<unsigned int> telLength_;
 };
 
+// The value of an ordinary header.
+unsigned int ordinaryValue(Unread text, unsigned int offset) {
+  ValueBrackets brackets(text);
+  return grammar::headerValue(text, offset, brackets);
+}
+
 }  // namespace
 
 SipHeaderMatchValue::SipHeaderMatchValue(WY_SIP_SIPHEADER_TYPE headerType)
@@ -181,7 +114,7 @@ SipHeaderMatchValue::SipHeaderMatchValue(WY_SIP_SIPHEADER_TYPE headerType)
 unsigned int SipHeaderMatchValue::doMatch(const SipStrStream& stream, unsigned int offset) {
   switch (headerType_) {
     case WY_SIP_HEADER_TYPE_NON_AUTH:
-      return matchOf<grammar::nonAuthHeaderValue>(unreadFor(stream, offset), offset);
+      return matchOf<ordinaryValue>(unreadFor(stream, offset), offset);
     case WY_SIP_HEADER_TYPE_AUTH:
       return matchOf<grammar::token>(unreadFor(stream, offset), offset);
     default:
@@ -189,29 +122,14 @@ unsigned int SipHeaderMatchValue::doMatch(const SipStrStream& stream, unsigned i
   }
 }
 
-unsigned int grammar::nonAuthHeaderValue(Unread text, unsigned int offset) {
-  return ValueReader(text).valueLength(offset);
-}
-
 unsigned int SipNonAuthHeaderMatchValue::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::nonAuthHeaderValue(unreadFor(stream, offset), offset);
+  return ordinaryValue(unreadFor(stream, offset), offset);
 }
 
 unsigned int SipHeaderMatchIHeaderChars::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return ValueReader(unreadFor(stream, offset)).runLength(offset);
-}
-
-unsigned int grammar::absoluteUri(Unread text, unsigned int offset) {
-  const unsigned int schemeCount = matchOf<scheme>(text, offset);
-  if (schemeCount == 0 || !text.has(checkedSum(offset, schemeCount), ':')) {
-    return 0;
-  }
-  const unsigned int opaque = checkedSum(offset, schemeCount, 1);
-  if (text.has(opaque, '/')) {
-    return 0;
-  }
-  const unsigned int uricCount = matchOf<uric>(text, opaque);
-  return uricCount == 0 ? 0 : checkedSum(schemeCount, 1, uricCount);
+  const Unread text = unreadFor(stream, offset);
+  ValueBrackets brackets(text);
+  return grammar::headerValueRun(text, offset, brackets);
 }
 
 unsigned int SipHeaderMatchAbsoluteURI::doMatch(const SipStrStream& stream, unsigned int offset) {

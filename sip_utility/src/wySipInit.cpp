@@ -5,8 +5,8 @@
 #include <cstring>
 #include <new>
 
-#include "internal/log.h"
-#include "internal/platformBlock.h"
+#include "base/log.h"
+#include "base/platformBlock.h"
 
 namespace {
 

@@ -7,19 +7,17 @@
 #include <string_view>
 #include <typeinfo>
 
-#include "internal/allocationWatch.h"
-#include "internal/borrowed.h"
-#include "internal/checkedMath.h"
-#include "internal/equality.h"
-#include "internal/grammar.h"
-#include "internal/log.h"
-#include "internal/matchOf.h"
-#include "internal/paramNameIndex.h"
-#include "internal/paramNode.h"
-#include "internal/paramReader.h"
-#include "internal/stringAccess.h"
-#include "internal/textWriter.h"
-#include "internal/unread.h"
+#include "base/allocationWatch.h"
+#include "base/checkedMath.h"
+#include "base/equality.h"
+#include "base/log.h"
+#include "base/stringAccess.h"
+#include "base/textWriter.h"
+#include "grammar/borrowed.h"
+#include "grammar/grammar.h"
+#include "params/paramNameIndex.h"
+#include "params/paramNode.h"
+#include "params/paramReader.h"
 
 namespace {
 

@@ -3,11 +3,10 @@
 
 #include <string_view>
 
+#include "base/log.h"
+#include "base/stringAccess.h"
+#include "grammar/grammar.h"
 #include "imsdpl.h"
-#include "internal/grammar.h"
-#include "internal/log.h"
-#include "internal/matchOf.h"
-#include "internal/stringAccess.h"
 
 namespace {
 

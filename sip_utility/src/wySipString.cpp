@@ -6,13 +6,12 @@
 #include <new>
 #include <string_view>
 
-#include "internal/allocationWatch.h"
-#include "internal/charClass.h"
-#include "internal/checkedMath.h"
-#include "internal/grammar.h"
-#include "internal/log.h"
-#include "internal/matchOf.h"
-#include "internal/stringAccess.h"
+#include "base/allocationWatch.h"
+#include "base/charClass.h"
+#include "base/checkedMath.h"
+#include "base/log.h"
+#include "base/stringAccess.h"
+#include "grammar/grammar.h"
 
 namespace {
 
@@ -228,7 +227,7 @@ VARN_EXCEPTION_CODES SipString::appendGrowing(const char* text, unsigned int len
   return VARN_OK;
 }
 
-// Fatal where this string is shorter and begins the other; look-ups use internal/equality.h.
+// Fatal where this string is shorter and begins the other; look-ups use base/equality.h.
 int SipString::lengthDifference(unsigned int otherLength) const {
   return static_cast<int>(checkedDifference(length_, otherLength));
 }

@@ -8,21 +8,18 @@
 #include <string_view>
 #include <typeinfo>
 
-#include "internal/borrowed.h"
-#include "internal/charClass.h"
-#include "internal/checkedMath.h"
-#include "internal/equality.h"
-#include "internal/grammar.h"
-#include "internal/log.h"
-#include "internal/matchOf.h"
-#include "internal/paramNameIndex.h"
-#include "internal/paramNode.h"
-#include "internal/paramOrder.h"
-#include "internal/paramReader.h"
-#include "internal/pieceSetter.h"
-#include "internal/textWriter.h"
-#include "internal/unread.h"
-#include "wySipMatch.h"
+#include "address/pieceSetter.h"
+#include "base/charClass.h"
+#include "base/checkedMath.h"
+#include "base/equality.h"
+#include "base/log.h"
+#include "base/textWriter.h"
+#include "grammar/borrowed.h"
+#include "grammar/grammar.h"
+#include "params/paramNameIndex.h"
+#include "params/paramNode.h"
+#include "params/paramOrder.h"
+#include "params/paramReader.h"
 
 namespace {
 
@@ -129,6 +126,10 @@ const char* misplacedMessage(const SipString& name) {
 
 WY_SIP_TELURI_TYPE typeOf(int firstByte) {
   return firstByte == '+' ? WY_SIP_TELURI_TYPE_GLOBAL : WY_SIP_TELURI_TYPE_LOCAL;
+}
+
+Rule& numberRule(WY_SIP_TELURI_TYPE type) {
+  return type == WY_SIP_TELURI_TYPE_GLOBAL ? grammar::globalPhoneNumber : grammar::localPhoneNumber;
 }
 
 // Returns how many bytes to escape before the stream is asked again whether it is done. To answer,
@@ -373,9 +374,8 @@ VARN_EXCEPTION_CODES TelAddress::setDisplayName(const SipString& displayName) {
     bracketed_ = 0;
     return storeChange(VARN_OK);
   }
-  SipAddressMatchDisplayName rule;
-  return storeChange(
-      replacePiece(displayName_, displayName, rule, kDisplayNameMessages, kSourceFile));
+  return storeChange(replacePiece(displayName_, displayName, grammar::displayName,
+                                  kDisplayNameMessages, kSourceFile));
 }
 
 VARN_EXCEPTION_CODES TelAddress::setPhoneNumber(const SipString& phoneNumber) {
@@ -391,9 +391,8 @@ VARN_EXCEPTION_CODES TelAddress::setPhoneNumber(const SipString& phoneNumber) {
         "Converting from global to local phone number type not allowed unless phone-context parameter is set");
     return storeCode(VARN_INVALID_INPUT);
   }
-  TelAddressMatchPhoneNumber rule(type);
   const VARN_EXCEPTION_CODES code =
-      replacePiece(phoneNumber_, phoneNumber, rule, kPhoneNumberMessages, kSourceFile);
+      replacePiece(phoneNumber_, phoneNumber, numberRule(type), kPhoneNumberMessages, kSourceFile);
   if (code == VARN_OK) {
     type_ = type;
   }
@@ -409,8 +408,8 @@ VARN_EXCEPTION_CODES TelAddress::setISDNSubAddr(const SipString& isub) {
     logTrace(kSourceFile, "TelAddress::setISDNSubAddr | mutual exclusive ext param exists already");
     return storeCode(VARN_INVALID_INPUT);
   }
-  SipAddressMatchParamChar rule;
-  return storeChange(replacePiece(isub_, isub, rule, kISDNSubAddrMessages, kSourceFile));
+  return storeChange(
+      replacePiece(isub_, isub, grammar::paramChars, kISDNSubAddrMessages, kSourceFile));
 }
 
 VARN_EXCEPTION_CODES TelAddress::setExtension(const SipString& extension) {
@@ -422,8 +421,8 @@ VARN_EXCEPTION_CODES TelAddress::setExtension(const SipString& extension) {
     logTrace(kSourceFile, "TelAddress::setExtension | mutual exclusive isub param exists already");
     return storeCode(VARN_INVALID_INPUT);
   }
-  TelAddressMatchPhoneDigit rule;
-  return storeChange(replacePiece(extension_, extension, rule, kExtensionMessages, kSourceFile));
+  return storeChange(
+      replacePiece(extension_, extension, grammar::phoneDigits, kExtensionMessages, kSourceFile));
 }
 
 VARN_EXCEPTION_CODES TelAddress::setContext(const SipString& context) {
@@ -431,8 +430,8 @@ VARN_EXCEPTION_CODES TelAddress::setContext(const SipString& context) {
     logFailure(kSourceFile, "TelAddress::setContext | NULL or empty string");
     return storeCode(VARN_INVALID_INPUT);
   }
-  TelAddressMatchContext rule;
-  return storeChange(replacePiece(context_, context, rule, kContextMessages, kSourceFile));
+  return storeChange(
+      replacePiece(context_, context, grammar::phoneContext, kContextMessages, kSourceFile));
 }
 
 const SipString* TelAddress::getParameter(const SipString& name) const {
@@ -669,8 +668,7 @@ VARN_EXCEPTION_CODES TelAddress::takeNumber(SipStrStream& stream, SipString& pho
     return VARN_INVALID_INPUT;
   }
   type_ = typeOf(stream.peek(0));
-  TelAddressMatchPhoneNumber rule(type_);
-  return takeMatch(stream, rule.match(stream, 0),
+  return takeMatch(stream, numberRule(type_)(unread(stream), 0),
                    "TelAddress::parseTelNameAddr parseTelephoneURI no valid phonenumber",
                    phoneNumber);
 }

@@ -1,16 +1,16 @@
 // pieceSetter.cpp - replaces one piece of an address by a checked value.
-#include "pieceSetter.h"
+#include "address/pieceSetter.h"
 
-#include "log.h"
+#include "base/log.h"
 
-VARN_EXCEPTION_CODES replacePiece(SipString& piece, const SipString& value, SipMatch& rule,
+VARN_EXCEPTION_CODES replacePiece(SipString& piece, const SipString& value, Rule& rule,
                                   const PieceMessages& messages, const char* sourceFile, int line) {
   SipLWSStrStream stream(value);
   if (!stream.valid()) {
     logFailure(sourceFile, messages.stream, 0, 0, line);
     return VARN_RESOURCE_FAILURE;
   }
-  const unsigned int length = rule.match(stream, 0);
+  const unsigned int length = rule(unread(stream), 0);
   if (length == 0) {
     logFailure(sourceFile, messages.parsing, 0, 0, line);
     return VARN_INVALID_INPUT;

@@ -1,8 +1,8 @@
 // log.h - the library's side of the module log, the memory log and the assertion reports.
 //
 // Each call names the source family (kSourceFile of the calling file); the line is the caller's.
-#ifndef SIPUTILITY_INTERNAL_LOG_H
-#define SIPUTILITY_INTERNAL_LOG_H
+#ifndef SIPUTILITY_BASE_LOG_H
+#define SIPUTILITY_BASE_LOG_H
 
 #include <cstddef>
 #include <cstdint>
@@ -119,4 +119,4 @@ bool assertNoneNull(Source source, const Pointers*... pointers) {
   return none;
 }
 
-#endif  // SIPUTILITY_INTERNAL_LOG_H
+#endif  // SIPUTILITY_BASE_LOG_H

@@ -1,11 +1,11 @@
 // failStop.cpp - the two ways in which the library ends the process.
-#include "failStop.h"
+#include "base/failStop.h"
 
 #include <unistd.h>
 
 #include <cstdlib>
 
-#include "log.h"
+#include "base/log.h"
 
 void failStopArithmetic() { std::abort(); }
 

@@ -1,6 +1,6 @@
 // allocationWatch.h - tells whether memory ran out in between, where nothing else says so.
-#ifndef SIPUTILITY_INTERNAL_ALLOCATION_WATCH_H
-#define SIPUTILITY_INTERNAL_ALLOCATION_WATCH_H
+#ifndef SIPUTILITY_BASE_ALLOCATION_WATCH_H
+#define SIPUTILITY_BASE_ALLOCATION_WATCH_H
 
 #include "wySipString.h"
 
@@ -26,4 +26,4 @@ class AllocationWatch {
   unsigned long before_;
 };
 
-#endif  // SIPUTILITY_INTERNAL_ALLOCATION_WATCH_H
+#endif  // SIPUTILITY_BASE_ALLOCATION_WATCH_H

@@ -1,12 +1,12 @@
 // paramOrder.cpp - the parameters of a list in order of their names, and a walk over them.
-#include "paramOrder.h"
+#include "params/paramOrder.h"
 
 #include <algorithm>
 #include <new>
 
-#include "equality.h"
-#include "log.h"
-#include "paramNode.h"
+#include "base/equality.h"
+#include "base/log.h"
+#include "params/paramNode.h"
 
 namespace {
 

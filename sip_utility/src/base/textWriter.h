@@ -1,12 +1,12 @@
 // textWriter.h - writes a text piece by piece and remembers the first failure.
-#ifndef SIPUTILITY_INTERNAL_TEXT_WRITER_H
-#define SIPUTILITY_INTERNAL_TEXT_WRITER_H
+#ifndef SIPUTILITY_BASE_TEXT_WRITER_H
+#define SIPUTILITY_BASE_TEXT_WRITER_H
 
 #include <string_view>
 
-#include "checkedMath.h"
-#include "equality.h"
-#include "stringAccess.h"
+#include "base/checkedMath.h"
+#include "base/equality.h"
+#include "base/stringAccess.h"
 #include "wySipString.h"
 
 // Appends to a string that it reserves room in once; after a failed step it does nothing more.
@@ -49,4 +49,4 @@ class TextWriter {
   VARN_EXCEPTION_CODES code_;
 };
 
-#endif  // SIPUTILITY_INTERNAL_TEXT_WRITER_H
+#endif  // SIPUTILITY_BASE_TEXT_WRITER_H

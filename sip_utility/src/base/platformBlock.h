@@ -1,6 +1,6 @@
 // platformBlock.h - owners of blocks that the platform's allocator gives.
-#ifndef SIPUTILITY_INTERNAL_PLATFORM_BLOCK_H
-#define SIPUTILITY_INTERNAL_PLATFORM_BLOCK_H
+#ifndef SIPUTILITY_BASE_PLATFORM_BLOCK_H
+#define SIPUTILITY_BASE_PLATFORM_BLOCK_H
 
 #include <cstddef>
 #include <memory>
@@ -52,4 +52,4 @@ void releaseBlock(Element*& block) {
   block = nullptr;
 }
 
-#endif  // SIPUTILITY_INTERNAL_PLATFORM_BLOCK_H
+#endif  // SIPUTILITY_BASE_PLATFORM_BLOCK_H

@@ -1,7 +1,7 @@
 // stringAccess.h - what the library may do with strings and cursors beyond their public
 // operations.
-#ifndef SIPUTILITY_INTERNAL_STRING_ACCESS_H
-#define SIPUTILITY_INTERNAL_STRING_ACCESS_H
+#ifndef SIPUTILITY_BASE_STRING_ACCESS_H
+#define SIPUTILITY_BASE_STRING_ACCESS_H
 
 #include <cstring>
 #include <string_view>
@@ -76,4 +76,4 @@ struct SipStringAccess {
 
 using siputility::SipStringAccess;
 
-#endif  // SIPUTILITY_INTERNAL_STRING_ACCESS_H
+#endif  // SIPUTILITY_BASE_STRING_ACCESS_H

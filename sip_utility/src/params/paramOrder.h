@@ -2,8 +2,8 @@
 //
 // An index over the nodes of one list, each name once, ASCII letters without regard to case. It
 // knows when it no longer holds, see ParamIndexWatch; it is then made anew or not asked.
-#ifndef SIPUTILITY_INTERNAL_PARAM_ORDER_H
-#define SIPUTILITY_INTERNAL_PARAM_ORDER_H
+#ifndef SIPUTILITY_PARAMS_PARAM_ORDER_H
+#define SIPUTILITY_PARAMS_PARAM_ORDER_H
 
 #include "wySipParam.h"
 
@@ -54,4 +54,4 @@ class ParamOrder {
 
 using siputility::ParamOrder;
 
-#endif  // SIPUTILITY_INTERNAL_PARAM_ORDER_H
+#endif  // SIPUTILITY_PARAMS_PARAM_ORDER_H

@@ -1,14 +1,14 @@
 // paramNode.h - makes, deletes and watches the nodes of parameter lists.
-#ifndef SIPUTILITY_INTERNAL_PARAM_NODE_H
-#define SIPUTILITY_INTERNAL_PARAM_NODE_H
+#ifndef SIPUTILITY_PARAMS_PARAM_NODE_H
+#define SIPUTILITY_PARAMS_PARAM_NODE_H
 
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
-#include "recorded.h"
-#include "stringAccess.h"
+#include "base/recorded.h"
+#include "base/stringAccess.h"
 #include "wySipParam.h"
 
 // Returns a recorded node, first on the chain with this head; null without memory.
@@ -104,4 +104,4 @@ inline void deleteParam(SipParam* param, const SipParamList* list) {
   deleteRecorded(param);
 }
 
-#endif  // SIPUTILITY_INTERNAL_PARAM_NODE_H
+#endif  // SIPUTILITY_PARAMS_PARAM_NODE_H

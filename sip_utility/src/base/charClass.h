@@ -1,8 +1,8 @@
 // charClass.h - the character classes of the SIP and tel grammars, one table of bits.
 //
 // Every class is a set of ASCII characters; no byte from 0x80 up belongs to any.
-#ifndef SIPUTILITY_INTERNAL_CHAR_CLASS_H
-#define SIPUTILITY_INTERNAL_CHAR_CLASS_H
+#ifndef SIPUTILITY_BASE_CHAR_CLASS_H
+#define SIPUTILITY_BASE_CHAR_CLASS_H
 
 #include <array>
 #include <cstdint>
@@ -97,4 +97,4 @@ inline int foldCase(char byte) {
   return isIn(kAlpha, byte) ? c | 0x20 : c;
 }
 
-#endif  // SIPUTILITY_INTERNAL_CHAR_CLASS_H
+#endif  // SIPUTILITY_BASE_CHAR_CLASS_H

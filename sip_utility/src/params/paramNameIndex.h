@@ -9,14 +9,14 @@
 //
 //     branch: bit b = 0 --> child[0]      child < 0: a leaf, the name of entry ~child
 //             bit b = 1 --> child[1]      child >= 0: the branch of that entry, at a later bit
-#ifndef SIPUTILITY_INTERNAL_PARAM_NAME_INDEX_H
-#define SIPUTILITY_INTERNAL_PARAM_NAME_INDEX_H
+#ifndef SIPUTILITY_PARAMS_PARAM_NAME_INDEX_H
+#define SIPUTILITY_PARAMS_PARAM_NAME_INDEX_H
 
 #include <cstdint>
 #include <string_view>
 
-#include "equality.h"
-#include "paramNode.h"
+#include "base/equality.h"
+#include "params/paramNode.h"
 #include "wySipParam.h"
 
 namespace siputility {
@@ -129,4 +129,4 @@ class ParamNameIndex {
 
 using siputility::ParamNameIndex;
 
-#endif  // SIPUTILITY_INTERNAL_PARAM_NAME_INDEX_H
+#endif  // SIPUTILITY_PARAMS_PARAM_NAME_INDEX_H

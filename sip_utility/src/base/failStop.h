@@ -1,8 +1,8 @@
 // failStop.h - the two ways in which the library ends the process.
 //
 // Both stand for states that no correct caller reaches; carrying on would corrupt memory.
-#ifndef SIPUTILITY_INTERNAL_FAIL_STOP_H
-#define SIPUTILITY_INTERNAL_FAIL_STOP_H
+#ifndef SIPUTILITY_BASE_FAIL_STOP_H
+#define SIPUTILITY_BASE_FAIL_STOP_H
 
 // Ends the process at once, without a log line: a 32-bit sum wrapped or a difference went below
 // zero.
@@ -12,4 +12,4 @@
 // 0: a copy would not fit its destination.
 [[noreturn]] void failStopCopy(const char* sourceFile, int line = __builtin_LINE());
 
-#endif  // SIPUTILITY_INTERNAL_FAIL_STOP_H
+#endif  // SIPUTILITY_BASE_FAIL_STOP_H

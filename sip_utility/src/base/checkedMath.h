@@ -1,12 +1,12 @@
 // checkedMath.h - sums, differences and products of 32-bit lengths, positions and offsets.
 //
 // A sum or product that wraps or a difference below zero ends the process (failStopArithmetic).
-#ifndef SIPUTILITY_INTERNAL_CHECKED_MATH_H
-#define SIPUTILITY_INTERNAL_CHECKED_MATH_H
+#ifndef SIPUTILITY_BASE_CHECKED_MATH_H
+#define SIPUTILITY_BASE_CHECKED_MATH_H
 
 #include <cstddef>
 
-#include "failStop.h"
+#include "base/failStop.h"
 
 // Returns a + b.
 inline unsigned int checkedSum(unsigned int a, unsigned int b) {
@@ -48,4 +48,4 @@ inline unsigned int checkedLength(std::size_t size) {
   return length;
 }
 
-#endif  // SIPUTILITY_INTERNAL_CHECKED_MATH_H
+#endif  // SIPUTILITY_BASE_CHECKED_MATH_H

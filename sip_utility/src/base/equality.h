@@ -2,13 +2,13 @@
 //
 // Lengths are tested first, so a text that begins another is ordinary input; unlike
 // SipString::compare, nothing here ends the process.
-#ifndef SIPUTILITY_INTERNAL_EQUALITY_H
-#define SIPUTILITY_INTERNAL_EQUALITY_H
+#ifndef SIPUTILITY_BASE_EQUALITY_H
+#define SIPUTILITY_BASE_EQUALITY_H
 
 #include <algorithm>
 #include <string_view>
 
-#include "charClass.h"
+#include "base/charClass.h"
 #include "wySipString.h"
 
 // Returns the content of a string; the view lives until the string next changes.
@@ -35,4 +35,4 @@ inline bool lessIgnoringCase(const SipString& a, const SipString& b) {
                                       [](char x, char y) { return foldCase(x) < foldCase(y); });
 }
 
-#endif  // SIPUTILITY_INTERNAL_EQUALITY_H
+#endif  // SIPUTILITY_BASE_EQUALITY_H

@@ -1,12 +1,12 @@
 // paramNameIndex.cpp - finds duplicate parameter names while a list is parsed.
-#include "paramNameIndex.h"
+#include "params/paramNameIndex.h"
 
 #include <algorithm>
 #include <new>
 
-#include "charClass.h"
-#include "equality.h"
-#include "log.h"
+#include "base/charClass.h"
+#include "base/equality.h"
+#include "base/log.h"
 
 namespace {
 

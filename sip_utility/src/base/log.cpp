@@ -1,5 +1,5 @@
 // log.cpp - the library's side of the module log, the memory log and the assertion reports.
-#include "log.h"
+#include "base/log.h"
 
 #include <utility>
 

@@ -1,13 +1,13 @@
 // recorded.h - objects that the memory log knows from their making to their deletion.
-#ifndef SIPUTILITY_INTERNAL_RECORDED_H
-#define SIPUTILITY_INTERNAL_RECORDED_H
+#ifndef SIPUTILITY_BASE_RECORDED_H
+#define SIPUTILITY_BASE_RECORDED_H
 
 #include <memory>
 #include <new>
 #include <utility>
 
-#include "allocationWatch.h"
-#include "log.h"
+#include "base/allocationWatch.h"
+#include "base/log.h"
 
 // Returns an object made from the arguments and recorded for the place; null without memory.
 template <typename Object, typename... Arguments>
@@ -41,4 +41,4 @@ struct RecordedDelete {
 template <typename Object>
 using Recorded = std::unique_ptr<Object, RecordedDelete>;
 
-#endif  // SIPUTILITY_INTERNAL_RECORDED_H
+#endif  // SIPUTILITY_BASE_RECORDED_H

@@ -2,14 +2,13 @@
 //
 // For the library's own reading: the bytes stay where they are, as they are, for as long as the
 // borrower lives.
-#ifndef SIPUTILITY_INTERNAL_BORROWED_H
-#define SIPUTILITY_INTERNAL_BORROWED_H
+#ifndef SIPUTILITY_GRAMMAR_BORROWED_H
+#define SIPUTILITY_GRAMMAR_BORROWED_H
 
 #include <string_view>
 
-#include "grammar.h"
-#include "matchOf.h"
-#include "stringAccess.h"
+#include "base/stringAccess.h"
+#include "grammar/grammar.h"
 
 namespace siputility {
 
@@ -50,4 +49,4 @@ using siputility::BorrowedLWSStream;
 using siputility::BorrowedStream;
 using siputility::BorrowedString;
 
-#endif  // SIPUTILITY_INTERNAL_BORROWED_H
+#endif  // SIPUTILITY_GRAMMAR_BORROWED_H

@@ -1,8 +1,8 @@
 // paramReader.h - reads parameters by the grammar of a list.
-#ifndef SIPUTILITY_INTERNAL_PARAM_READER_H
-#define SIPUTILITY_INTERNAL_PARAM_READER_H
+#ifndef SIPUTILITY_PARAMS_PARAM_READER_H
+#define SIPUTILITY_PARAMS_PARAM_READER_H
 
-#include "paramNameIndex.h"
+#include "params/paramNameIndex.h"
 #include "wySipParam.h"
 
 // Reads `name[=value]` into a node of the list, or without one only looks at it; the index
@@ -15,4 +15,4 @@ VARN_EXCEPTION_CODES readParam(const SipParamList& list, SipParam* param, SipStr
 // Fails: as SipParamList::parseParamList().
 VARN_EXCEPTION_CODES passUriParams(SipStrStream& stream);
 
-#endif  // SIPUTILITY_INTERNAL_PARAM_READER_H
+#endif  // SIPUTILITY_PARAMS_PARAM_READER_H

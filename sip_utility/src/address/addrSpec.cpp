@@ -1,0 +1,124 @@
+// addrSpec.cpp - the steps of an addr-spec, whose pieces are taken or only passed.
+#include "address/addrSpec.h"
+
+#include <string_view>
+
+#include "base/log.h"
+#include "base/stringAccess.h"
+#include "grammar/borrowed.h"
+#include "params/paramReader.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wySipAddress";
+
+// Takes a piece and passes the delimiter behind it.
+VARN_EXCEPTION_CODES takeDelimited(SipStrStream& stream, unsigned int length, SipString* piece) {
+  const VARN_EXCEPTION_CODES code = takePiece(stream, length, piece);
+  if (code == VARN_OK) {
+    SipStringAccess::advance(stream, 1);
+  }
+  return code;
+}
+
+// scheme ":"
+VARN_EXCEPTION_CODES takeScheme(SipStrStream& stream, SipString* scheme) {
+  const unsigned int length = matchOf<grammar::scheme>(stream);
+  if (length == 0) {
+    logFailure(kSourceFile, "SipAddress::parseURI - couldn't find scheme");
+    return VARN_INVALID_INPUT;
+  }
+  if (!unread(stream).has(length, ':')) {
+    logFailure(kSourceFile, "SipAddress::parseURI missing ':' after scheme");
+    return VARN_INVALID_INPUT;
+  }
+  return takeDelimited(stream, length, scheme);
+}
+
+// [ userinfo "@" ]: without the "@" the same bytes are the host's
+VARN_EXCEPTION_CODES takeUserInfo(SipStrStream& stream, SipString* user) {
+  const unsigned int length = matchOf<grammar::userInfo>(stream);
+  if (length == 0 || !unread(stream).has(length, '@')) {
+    return VARN_OK;
+  }
+  return takeDelimited(stream, length, user);
+}
+
+VARN_EXCEPTION_CODES takeHost(SipStrStream& stream, SipString* host) {
+  const unsigned int length = matchOf<grammar::host>(stream);
+  if (length == 0) {
+    logFailure(kSourceFile, "SipAddress::parseURI couldn't find host");
+    return VARN_INVALID_INPUT;
+  }
+  return takePiece(stream, length, host);
+}
+
+// [ ":" port ]
+VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort* port) {
+  if (!unread(stream).has(0, ':')) {
+    return VARN_OK;
+  }
+  SipStringAccess::advance(stream, 1);
+  SipPort passed;
+  return (port == nullptr ? passed : *port).set(stream);
+}
+
+VARN_EXCEPTION_CODES takeParams(SipStrStream& stream, SipAddrParamList* params) {
+  return params == nullptr ? passUriParams(stream) : params->parseParamList(stream);
+}
+
+}  // namespace
+
+VARN_EXCEPTION_CODES takePiece(SipStrStream& stream, unsigned int length, SipString* piece) {
+  const std::string_view bytes = {SipStringAccess::rest(stream).data(), length};
+  if (piece != nullptr && SipStringAccess::assign(*piece, bytes) != VARN_OK) {
+    return VARN_RESOURCE_FAILURE;
+  }
+  SipStringAccess::advance(stream, piece != nullptr ? piece->length() : length);
+  return VARN_OK;
+}
+
+// scheme ":" [ userinfo "@" ] host [ ":" port ] params [ headers ]
+VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, const AddrSpecPieces& pieces) {
+  VARN_EXCEPTION_CODES code = takeScheme(stream, pieces.scheme);
+  if (code == VARN_OK) {
+    code = takeUserInfo(stream, pieces.user);
+  }
+  if (code == VARN_OK) {
+    code = takeHost(stream, pieces.host);
+  }
+  if (code == VARN_OK) {
+    code = takePort(stream, pieces.port);
+  }
+  if (code == VARN_OK) {
+    code = takeParams(stream, pieces.params);
+  }
+  if (code == VARN_OK) {
+    SipStringAccess::advance(stream, matchOf<grammar::uriHeaders>(stream));
+  }
+  return code;
+}
+
+VARN_EXCEPTION_CODES passOpening(SipStrStream& stream) {
+  return unread(stream).has(0, '<') ? stream.discard(1) : VARN_INVALID_INPUT;
+}
+
+VARN_EXCEPTION_CODES passClosing(SipStrStream& stream) {
+  if (!unread(stream).has(0, '>')) {
+    logFailure(kSourceFile, "SipAddress::parseURI missing '>'");
+    return VARN_INVALID_INPUT;
+  }
+  return stream.discard(1);
+}
+
+unsigned int bracketedAddrSpecLength(Unread text, unsigned int offset) {
+  BorrowedStream stream(text.from(offset));
+  VARN_EXCEPTION_CODES code = passOpening(stream);
+  if (code == VARN_OK) {
+    code = takeAddrSpec(stream, {});
+  }
+  if (code == VARN_OK) {
+    code = passClosing(stream);
+  }
+  return code == VARN_OK ? stream.pos() : 0;
+}
