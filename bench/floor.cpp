@@ -230,7 +230,7 @@ bool floorReadRoute(FloorPieces& out, const char* text, std::size_t length) {
 
 bool floorSetParam(FloorPieces& out, FloorPart part, const char* param, std::size_t length) {
   auto* block =
-      out.count == FloorPieces::kMost ? nullptr : static_cast<char*>(std::malloc(length + 1));
+      out.count == FloorPieces::kMax ? nullptr : static_cast<char*>(std::malloc(length + 1));
   if (block == nullptr) {
     return false;
   }

@@ -19,10 +19,10 @@ struct FloorPiece {
 };
 
 struct FloorPieces {
-  static constexpr std::size_t kMost = 128;
+  static constexpr std::size_t kMax = 128;
 
   std::size_t count = 0;
-  FloorPiece pieces[kMost];
+  FloorPiece pieces[kMax];
 };
 
 // Reads an address, a name-addr or an addr-spec.

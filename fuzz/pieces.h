@@ -210,7 +210,7 @@ void checkChange(Address& address, Change change) {
 }
 
 // Longer sequences of edits find nothing that these do not.
-constexpr std::size_t kMostEdits = 8;
+constexpr std::size_t kMaxEdits = 8;
 
 // Edits the address that the first argument is: by its own pieces, then by each argument behind it
 // and the one behind that.
@@ -218,7 +218,7 @@ template <typename Address>
 void editFirst(const std::vector<Text>& arguments) {
   Address address{SipString(arguments[0].get())};
   checkOwnPieces(address);
-  for (std::size_t i = 1; i < std::min(arguments.size(), kMostEdits); ++i) {
+  for (std::size_t i = 1; i < std::min(arguments.size(), kMaxEdits); ++i) {
     checkEdits(address, arguments[i].get(), arguments[(i + 1) % arguments.size()].get());
   }
 }

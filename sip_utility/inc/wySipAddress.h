@@ -147,9 +147,6 @@ class SIPUTILITY_EXPORT SipAddress {
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& displayName, const SipString& uri);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(SipStrStream& stream);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseText(SipStrStream& stream);
-  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES reported(VARN_EXCEPTION_CODES code, const SipString& first,
-                                                  const char* noMemory,
-                                                  int line = __builtin_LINE()) const;
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES becomeWildcard();
   SIPUTILITY_HIDDEN bool refusesChange(const char* message, int line = __builtin_LINE());
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeCode(VARN_EXCEPTION_CODES code);

@@ -63,6 +63,15 @@ VARN_EXCEPTION_CODES takeDisplayName(SipStrStream& stream, SipString& displayNam
   return code;
 }
 
+// Logs the message where there was no memory for the first piece of the text already.
+VARN_EXCEPTION_CODES logIfNoMemory(VARN_EXCEPTION_CODES code, const SipString& first,
+                                   const char* noMemory, int line = __builtin_LINE()) {
+  if (code == VARN_RESOURCE_FAILURE && first.length() == 0) {
+    logFailure(kSourceFile, noMemory, 0, 0, line);
+  }
+  return code;
+}
+
 }  // namespace
 
 SipAddress::SipAddress(const SipString& address) : wildcard_(0), lastError_(VARN_OK) {
@@ -308,8 +317,8 @@ VARN_EXCEPTION_CODES SipAddress::parse(const SipString& address) {
     return becomeWildcard();
   }
   const VARN_EXCEPTION_CODES code = parseText(stream);
-  return reported(code, displayName_.length() == 0 ? scheme_ : displayName_,
-                  "SipAddress::SipAddress | SipStrStream constructor failed");
+  return logIfNoMemory(code, displayName_.length() == 0 ? scheme_ : displayName_,
+                       "SipAddress::SipAddress | SipStrStream constructor failed");
 }
 
 VARN_EXCEPTION_CODES SipAddress::parseText(SipStrStream& stream) {
@@ -335,7 +344,7 @@ VARN_EXCEPTION_CODES SipAddress::parse(const SipString& displayName, const SipSt
   BorrowedLWSStream stream(view(uri));
   const VARN_EXCEPTION_CODES uriCode =
       parseAnyURI(stream, &scheme_, &user_, &host_, &port_, &params_);
-  return reported(uriCode, scheme_, "SipAddress::SipAddress | SipString constructor failed");
+  return logIfNoMemory(uriCode, scheme_, "SipAddress::SipAddress | SipString constructor failed");
 }
 
 VARN_EXCEPTION_CODES SipAddress::parse(SipStrStream& stream) {
@@ -345,15 +354,6 @@ VARN_EXCEPTION_CODES SipAddress::parse(SipStrStream& stream) {
   }
   stream.discard(matchOf<grammar::lws>(stream));
   return parseNameAddr(stream, &displayName_, &scheme_, &user_, &host_, &port_, &params_);
-}
-
-// Logs the message where there was no memory for the first piece of the text already.
-VARN_EXCEPTION_CODES SipAddress::reported(VARN_EXCEPTION_CODES code, const SipString& first,
-                                          const char* noMemory, int line) const {
-  if (code == VARN_RESOURCE_FAILURE && first.length() == 0) {
-    logFailure(kSourceFile, noMemory, 0, 0, line);
-  }
-  return code;
 }
 
 VARN_EXCEPTION_CODES SipAddress::becomeWildcard() {

@@ -12,8 +12,8 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipPort";
 
-constexpr unsigned int kMostDigits = 5;
-constexpr int kMostPort = 65535;
+constexpr unsigned int kMaxDigits = 5;
+constexpr int kMaxPort = 65535;
 constexpr int kDecimal = 10;
 
 }  // namespace
@@ -30,7 +30,7 @@ SipPort::~SipPort() = default;
 
 VARN_EXCEPTION_CODES SipPort::set(SipStrStream& stream) {
   const unsigned int count = matchOf<grammar::digits>(stream);
-  if (count == 0 || count > kMostDigits) {
+  if (count == 0 || count > kMaxDigits) {
     // No digit at all is reported in the same words, with a count of 0.
     logFailure(kSourceFile, "SipPort::set | too many digits (%lu)", count);
     return VARN_INVALID_INPUT;
@@ -40,7 +40,7 @@ VARN_EXCEPTION_CODES SipPort::set(SipStrStream& stream) {
     value = value * kDecimal + (digit - '0');
   }
   SipStringAccess::advance(stream, count);
-  if (value > kMostPort) {
+  if (value > kMaxPort) {
     logFailure(kSourceFile, "SipPort::set | %d is out of range", static_cast<uintptr_t>(value));
     return VARN_INVALID_INPUT;
   }
@@ -59,6 +59,6 @@ unsigned int SipPort::getStringLength() const {
 }
 
 VARN_EXCEPTION_CODES SipPort::appendToString(SipString& out) const {
-  char digits[kMostDigits + 1] = {};
+  char digits[kMaxDigits + 1] = {};
   return out.append(__itoaL(port_, digits, kDecimal));
 }

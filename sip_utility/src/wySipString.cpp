@@ -3,13 +3,13 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
 #include <string_view>
 
 #include "base/allocationWatch.h"
 #include "base/charClass.h"
 #include "base/checkedMath.h"
 #include "base/log.h"
+#include "base/recorded.h"
 #include "base/stringAccess.h"
 #include "grammar/grammar.h"
 
@@ -19,21 +19,11 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipString";
 
 // Returns a recorded buffer for length bytes and a terminator, or null.
 char* newBuffer(unsigned int length) {
-  const unsigned int size = checkedSum(length, 1);
-  char* buffer = new (std::nothrow) char[size];
+  auto* const buffer = newRecordedArray<char>(kSourceFile, checkedSum(length, 1));
   if (buffer == nullptr) {
     AllocationWatch::noteFailure();
-    return buffer;
   }
-  recordBlock(kSourceFile, buffer, size);
   return buffer;
-}
-
-void deleteBuffer(char* buffer) {
-  if (buffer != nullptr) {
-    forgetBlock(buffer);
-    delete[] buffer;
-  }
 }
 
 // Copies count bytes to where there is room for so many; the texts may overlap.
@@ -60,7 +50,7 @@ SipString::SipString(const char* text, unsigned int length) : SipString() { appe
 
 SipString::SipString(const SipString& other) : SipString() { append(other); }
 
-SipString::~SipString() { deleteBuffer(buffer_); }
+SipString::~SipString() { deleteRecordedArray(buffer_); }
 
 SipString& SipString::operator=(const SipString& other) {
   if (this != &other) {
@@ -183,7 +173,7 @@ int SipString::caseCompare(const char* cstr) const { return caseCompare(cstr, cs
 void SipString::replace(const char* text, unsigned int length) {
   if (assign(text, length) != VARN_OK) {
     logFailure(kSourceFile, "SipString::operator= | append failed");
-    deleteBuffer(buffer_);
+    deleteRecordedArray(buffer_);
     // The capacity stays behind without a buffer: a later append that fits it stores nothing.
     buffer_ = nullptr;
   }
@@ -220,7 +210,7 @@ VARN_EXCEPTION_CODES SipString::appendGrowing(const char* text, unsigned int len
   }
   copyGuarded(grown + length_, checkedDifference(newLength, length_), text, length);
   grown[newLength] = '\0';
-  deleteBuffer(buffer_);
+  deleteRecordedArray(buffer_);
   buffer_ = grown;
   length_ = checkedSum(length_, length);
   capacity_ = newLength;

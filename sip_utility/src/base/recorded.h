@@ -1,7 +1,8 @@
-// recorded.h - objects that the memory log knows from their making to their deletion.
+// recorded.h - objects and arrays that the memory log knows from making to deletion.
 #ifndef SIPUTILITY_BASE_RECORDED_H
 #define SIPUTILITY_BASE_RECORDED_H
 
+#include <cstddef>
 #include <memory>
 #include <new>
 #include <utility>
@@ -40,5 +41,36 @@ struct RecordedDelete {
 // Owns a recorded object, or nothing.
 template <typename Object>
 using Recorded = std::unique_ptr<Object, RecordedDelete>;
+
+// Returns an array of count elements, plain ones uninitialised, recorded for the place; null
+// without memory.
+template <typename Element>
+Element* newRecordedArray(Source source, std::size_t count) {
+  auto* array = new (std::nothrow) Element[count];
+  if (array != nullptr) {
+    recordBlock(source.sourceFile, array, count * sizeof(Element), source.line);
+  }
+  return array;
+}
+
+// Takes an array off the record and deletes it; does nothing for null.
+template <typename Element>
+void deleteRecordedArray(Element* array) {
+  if (array != nullptr) {
+    forgetBlock(array);
+    delete[] array;
+  }
+}
+
+struct RecordedArrayDelete {
+  template <typename Element>
+  void operator()(Element* array) const {
+    deleteRecordedArray(array);
+  }
+};
+
+// Owns a recorded array, or nothing.
+template <typename Element>
+using RecordedArray = std::unique_ptr<Element[], RecordedArrayDelete>;
 
 #endif  // SIPUTILITY_BASE_RECORDED_H
