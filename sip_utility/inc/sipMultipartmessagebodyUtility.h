@@ -19,10 +19,16 @@
 #ifndef SIP_MULTIPART_MESSAGE_BODY_UTILITY_H
 #define SIP_MULTIPART_MESSAGE_BODY_UTILITY_H
 
+#include <cstddef>
 #include <string_view>
 
 #include "sipMultipartmessagebody.h"
 #include "wySipExport.h"
+
+// Internals of the library, no part of its interface.
+namespace siputility {
+class MultipartParse;
+}  // namespace siputility
 
 class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
  public:
@@ -119,9 +125,14 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   int firstBoundary;  // 1 while the first delimiter of a multipart is still to come
 
  private:
-  class Parse;
+  friend class siputility::MultipartParse;
 
-  SIPUTILITY_HIDDEN SipMultipartMessageBody* takeWhole();
+  // The steps of the same purpose, for the rest of a body, which may go on after a zero byte; of
+  // the text up to there, only the length is needed, to be logged.
+  SIPUTILITY_HIDDEN bool measureContent(std::string_view rest, std::size_t textLength);
+  SIPUTILITY_HIDDEN int passCloseDelimiter(char*& cursor, std::string_view rest);
+
+  SIPUTILITY_HIDDEN SipMultipartMessageBody* takeSinglePart();
   SIPUTILITY_HIDDEN bool takeParts(const SipHeader& contentType);
   SIPUTILITY_HIDDEN bool storeHeader(char* line);
   SIPUTILITY_HIDDEN bool enterNested(SipHeader* header);
@@ -138,7 +149,6 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   // Up to this boundary each one begins with the one in front of it: where the first does not
   // stand, none of them does.
   const DashBoundary* growthEnd_;
-  Parse* parse_;      // the parse that goes on; null between the parses
   bool outOfMemory_;  // memory ran out for a header or a boundary of the latest header block
 };
 

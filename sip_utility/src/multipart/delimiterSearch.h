@@ -1,0 +1,37 @@
+// delimiterSearch.h - finds the delimiter that ends the content of a part.
+#ifndef SIPUTILITY_MULTIPART_DELIMITER_SEARCH_H
+#define SIPUTILITY_MULTIPART_DELIMITER_SEARCH_H
+
+#include <cstddef>
+#include <string_view>
+
+#include "base/platformBlock.h"
+
+// The search for "--" boundary, after Knuth, Morris and Pratt: boundaries come from the network,
+// and one like "-----x" must not make it slow.
+class DelimiterSearch {
+ public:
+  // The boundary must outlive the search.
+  explicit DelimiterSearch(std::string_view boundary);
+
+  // Returns whether there was memory.
+  bool valid() const { return borders_ != nullptr; }
+
+  // Returns the position of the first delimiter that begins where hyphens are taken in pairs;
+  // npos for none.
+  std::size_t findIn(std::string_view text) const;
+
+ private:
+  std::size_t length() const;
+  char at(std::size_t i) const;
+  void findBorders();
+  unsigned int advanced(unsigned int matched, char byte) const;
+
+  std::string_view boundary_;
+
+  // borders_[i] is the length of the longest text that begins and ends the first i + 1 bytes of
+  // the delimiter and is shorter than they are.
+  PlatformBlock<unsigned int> borders_;
+};
+
+#endif  // SIPUTILITY_MULTIPART_DELIMITER_SEARCH_H
