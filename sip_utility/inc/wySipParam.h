@@ -221,4 +221,26 @@ class SIPUTILITY_EXPORT SipAddrParamList : public SipParamList {
   unsigned int MatchQuotedTagValue(const SipStrStream& stream, unsigned int offset) const override;
 };
 
+// The parameters of a tel URI except isub, ext and phone-context: as URI parameters, with names of
+// letters, digits and "-". They are walked, and so written, in ascending order of their names,
+// without regard to the case of ASCII letters. Of several parameters with one name only the newest
+// is met.
+class SIPUTILITY_EXPORT TelAddrParamList : public SipAddrParamList {
+ public:
+  TelAddrParamList();
+  ~TelAddrParamList() override;
+
+  // As SipParamList::parseParamList(). It also refuses "isub", "ext" and "phone-context", with
+  // "SipParamList::parseParamList - duplicate param isub" and the like: they come before the list.
+  VARN_EXCEPTION_CODES parseParamList(SipStrStream& stream) override;
+
+  unsigned int matchName(const SipStrStream& stream, unsigned int offset) const override;
+
+  // The walk in order of names. firstParam() is nextParam(nullptr); a parameter of the list or of
+  // another one gives the next greater name. Each step looks through the complete list: its time
+  // is in proportion to the number of parameters. appendToString() sorts them once instead.
+  const SipParam* firstParam() const override;
+  const SipParam* nextParam(const SipParam* param) const override;
+};
+
 #endif  // WY_SIP_PARAM_H

@@ -16,42 +16,6 @@
 #include "wySipString.h"
 #include "wyTelAddressMatch.h"
 
-// Internals of the library, no part of its interface.
-namespace siputility {
-class ParamNameIndex;
-class ParamOrder;
-}  // namespace siputility
-
-// The parameters of a tel URI but isub, ext and phone-context: as URI parameters, with names of
-// letters, digits and "-". They are walked, and so written, in ascending order of their names,
-// ASCII letters without regard to case; of several with one name only the newest is met.
-class SIPUTILITY_EXPORT TelAddrParamList : public SipAddrParamList {
- public:
-  TelAddrParamList();
-  ~TelAddrParamList() override;
-
-  // As SipParamList::parseParamList(); besides, "isub", "ext" and "phone-context" are refused,
-  // with "SipParamList::parseParamList - duplicate param isub" and the like: their place is in
-  // front of the list.
-  VARN_EXCEPTION_CODES parseParamList(SipStrStream& stream) override;
-
-  unsigned int matchName(const SipStrStream& stream, unsigned int offset) const override;
-
-  // The walk in order of names. firstParam() is nextParam(nullptr); a parameter of the list or of
-  // another one gives the next greater name. A walk over n parameters of an unchanging list takes
-  // O(n log n) steps; the first step makes an index for it that the list keeps.
-  const SipParam* firstParam() const override;
-  const SipParam* nextParam(const SipParam* param) const override;
-
- private:
-  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseNext(SipStrStream& stream,
-                                                   siputility::ParamNameIndex& names);
-  SIPUTILITY_HIDDEN void makeOrder() const;
-  SIPUTILITY_HIDDEN const SipParam* smallestAbove(const SipParam* param) const;
-
-  mutable siputility::ParamOrder* order_;
-};
-
 class SIPUTILITY_EXPORT TelAddress {
  public:
   // Reads a tel address, white space in front allowed. What follows the URI is not looked at.
@@ -165,7 +129,7 @@ class SIPUTILITY_EXPORT TelAddress {
 
  private:
   struct SIPUTILITY_HIDDEN NameArray;
-  struct SIPUTILITY_HIDDEN Special;
+  struct SIPUTILITY_HIDDEN DedicatedParam;
 
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& address);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES takeOpening(SipStrStream& stream, SipString& displayName);

@@ -2,7 +2,7 @@
 #include "params/paramNameIndex.h"
 
 #include <algorithm>
-#include <new>
+#include <utility>
 
 #include "base/charClass.h"
 #include "base/equality.h"
@@ -53,13 +53,9 @@ void ParamNameIndex::addToTree(std::string_view name) {
   if (growTree()) {
     insert(name);
   } else {
-    forget();
+    entries_.reset();
+    complete_ = false;
   }
-}
-
-void ParamNameIndex::forget() {
-  releaseTree();
-  complete_ = false;
 }
 
 // Makes room for one more name; the first time the names of the row move in. Returns false when
@@ -86,7 +82,7 @@ bool ParamNameIndex::growTree() {
 // Takes in a name that the tree has room for.
 void ParamNameIndex::insert(std::string_view name) {
   const std::int32_t entry = count_;
-  entries_[entry].name = {name.data(), name.size()};
+  at(entry).name = {name.data(), name.size()};
   if (entry == 0) {
     root_ = ~entry;
     count_ = 1;
@@ -98,12 +94,12 @@ void ParamNameIndex::insert(std::string_view name) {
 
 // Hangs the entry's branch in above the first branch at a later bit, with its leaf on one side.
 void ParamNameIndex::link(std::int32_t entry, std::uint64_t bit) {
-  const std::string_view name = entries_[entry].name.text();
+  const std::string_view name = at(entry).name.text();
   std::int32_t* place = &root_;
-  while (*place >= 0 && entries_[*place].bit < bit) {
-    place = &entries_[*place].child[bitAt(name, entries_[*place].bit)];
+  while (*place >= 0 && at(*place).bit < bit) {
+    place = &at(*place).child[bitAt(name, at(*place).bit)];
   }
-  Entry& branch = entries_[entry];
+  Entry& branch = at(entry);
   const unsigned int side = bitAt(name, bit);
   branch.bit = bit;
   branch.child[side] = ~entry;
@@ -113,35 +109,22 @@ void ParamNameIndex::link(std::int32_t entry, std::uint64_t bit) {
 
 bool ParamNameIndex::makeRoom() {
   const std::int32_t capacity = capacity_ == 0 ? kFirstCapacity : capacity_ * 2;
-  auto* entries = new (std::nothrow) Entry[static_cast<std::size_t>(capacity)];
+  RecordedArray<Entry> entries(
+      newRecordedArray<Entry>(kSourceFile, static_cast<std::size_t>(capacity)));
   if (entries == nullptr) {
     return false;
   }
-  recordBlock(kSourceFile, entries, sizeof(Entry) * static_cast<std::size_t>(capacity));
-  std::copy_n(entries_, count_, entries);
-  const std::int32_t count = count_;
-  releaseTree();
-  entries_ = entries;
-  count_ = count;
+  std::copy_n(entries_.get(), count_, entries.get());
+  entries_ = std::move(entries);
   capacity_ = capacity;
   return true;
-}
-
-void ParamNameIndex::releaseTree() {
-  if (entries_ != nullptr) {
-    forgetBlock(entries_);
-    delete[] entries_;
-  }
-  entries_ = nullptr;
-  count_ = 0;
-  capacity_ = 0;
 }
 
 // Returns the one name on the tree that can be equal to the given one.
 std::string_view ParamNameIndex::nearest(std::string_view name) const {
   std::int32_t place = root_;
   while (place >= 0) {
-    place = entries_[place].child[bitAt(name, entries_[place].bit)];
+    place = at(place).child[bitAt(name, at(place).bit)];
   }
-  return entries_[~place].name.text();
+  return at(~place).name.text();
 }

@@ -16,50 +16,26 @@
 #include <string_view>
 
 #include "base/equality.h"
-#include "params/paramNode.h"
+#include "base/recorded.h"
 #include "wySipParam.h"
 
 namespace siputility {
 
 class ParamNameIndex {
  public:
-  // Takes in the names of a chain, null for none. A list whose rules may change it while they are
-  // asked is watched, null for none.
-  ParamNameIndex(const SipParam* chain, const SipParamList* watched)
-      : watched_(watched),
-        changes_(0),
-        count_(0),
-        complete_(true),
-        entries_(nullptr),
-        capacity_(0),
-        root_(0) {
-    if (watched_ != nullptr) {
-      ParamIndexWatch::addIndex();
-      changes_ = ParamIndexWatch::changes(watched_);
-    }
+  // Takes in the names of a chain, null for none.
+  explicit ParamNameIndex(const SipParam* chain)
+      : count_(0), complete_(true), capacity_(0), root_(0) {
     for (; chain != nullptr; chain = chain->next()) {
       add(view(chain->getName()));
-    }
-  }
-  ~ParamNameIndex() {
-    if (entries_ != nullptr) {
-      releaseTree();
-    }
-    if (watched_ != nullptr) {
-      ParamIndexWatch::removeIndex();
     }
   }
   ParamNameIndex(const ParamNameIndex&) = delete;
   ParamNameIndex& operator=(const ParamNameIndex&) = delete;
 
-  // Returns whether the index knows all names. It forgets them without memory for the tree, and
-  // when the list it watches has changed otherwise than by add().
-  bool isComplete() {
-    if (watched_ != nullptr && changes_ != ParamIndexWatch::changes(watched_)) {
-      forget();
-    }
-    return complete_;
-  }
+  // Returns whether the index knows all names. It forgets them where there is no memory for the
+  // tree.
+  bool isComplete() const { return complete_; }
 
   // Returns whether the index knows this name, letter case ignored; no name is empty.
   bool contains(std::string_view name) const {
@@ -71,9 +47,6 @@ class ParamNameIndex {
 
   // Takes in a name, which the list has just got and whose bytes outlive the index.
   void add(std::string_view name) {
-    if (watched_ != nullptr) {
-      changes_ = ParamIndexWatch::changes(watched_);
-    }
     if (entries_ == nullptr && count_ < kLookedUpInRow && complete_) {
       row_[count_++] = {name.data(), name.size()};
     } else {
@@ -107,19 +80,16 @@ class ParamNameIndex {
 
   bool isOnTree(std::string_view name) const;
   void addToTree(std::string_view name);
-  void forget();
   bool growTree();
   void insert(std::string_view name);
   void link(std::int32_t entry, std::uint64_t bit);
   bool makeRoom();
-  void releaseTree();
   std::string_view nearest(std::string_view name) const;
+  Entry& at(std::int32_t entry) const { return entries_[static_cast<std::size_t>(entry)]; }
 
-  const SipParamList* watched_;
-  unsigned long changes_;
   std::int32_t count_;
   bool complete_;
-  Entry* entries_;
+  RecordedArray<Entry> entries_;  // the tree; null while there is none
   std::int32_t capacity_;
   std::int32_t root_;
   Name row_[kLookedUpInRow];  // the first count_ of them are names, while there is no tree

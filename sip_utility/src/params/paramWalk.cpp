@@ -1,0 +1,61 @@
+// paramWalk.cpp - the parameters of a list, in the order in which they are written.
+#include "params/paramWalk.h"
+
+#include <algorithm>
+#include <typeinfo>
+
+#include "base/equality.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "sip_utility/src/wyTelAddress";
+
+constexpr std::size_t kAskedAtMost = 16;  // parameters; to sort fewer costs more than to ask
+
+}  // namespace
+
+ParamWalk::ParamWalk(const SipParamList& list, const SipParam* chain) : list_(list) {
+  std::size_t count = 0;
+  for (const SipParam* param = chain; param != nullptr; param = param->next()) {
+    ++count;
+  }
+  if (count > kAskedAtMost && &typeid(list) == &typeid(TelAddrParamList)) {
+    sort(chain, count);
+  }
+}
+
+const SipParam* ParamWalk::next() {
+  if (sorted_ != nullptr) {
+    return place_ == end_ ? nullptr : (place_++)->param;
+  }
+  latest_ = begun_ ? list_.nextParam(latest_) : list_.firstParam();
+  begun_ = true;
+  return latest_;
+}
+
+// Takes each name once, from the node that is first on the chain.
+void ParamWalk::sort(const SipParam* chain, std::size_t count) {
+  sorted_.reset(newRecordedArray<Place>(kSourceFile, count));
+  if (sorted_ == nullptr) {
+    return;
+  }
+  Place* const begin = sorted_.get();
+  for (std::size_t i = 0; i < count; ++i) {
+    begin[i] = {chain, i};
+    chain = chain->next();
+  }
+  std::sort(begin, begin + count, isBefore);
+  place_ = begin;
+  end_ = std::unique(begin, begin + count, hasSameName);
+}
+
+bool ParamWalk::isBefore(const Place& a, const Place& b) {
+  const SipString& left = a.param->getName();
+  const SipString& right = b.param->getName();
+  return lessIgnoringCase(left, right) ||
+         (!lessIgnoringCase(right, left) && a.position < b.position);
+}
+
+bool ParamWalk::hasSameName(const Place& a, const Place& b) {
+  return equalIgnoringCase(a.param->getName(), view(b.param->getName()));
+}
