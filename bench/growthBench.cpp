@@ -73,21 +73,21 @@ void grow(Cases& cases, const Shape& shape, Operation operation) {
 
 void growAddress(Cases& cases, const Shape& shape) {
   grow(cases, shape, [](Count& sink, const std::string& text) {
-    const SipAddress address(sipString(text));
+    const SipAddress address(toSipString(text));
     touchPieces(sink, address);
   });
 }
 
 void growHeader(Cases& cases, const Shape& shape, const char* name = "Route") {
   grow(cases, shape, [name](Count& sink, const std::string& text) {
-    const SipHeader header(name, sipString(text));
+    const SipHeader header(name, toSipString(text));
     touchPieces(sink, header);
   });
 }
 
 void growTel(Cases& cases, const Shape& shape) {
   grow(cases, shape, [](Count& sink, const std::string& text) {
-    const TelAddress address(sipString(text));
+    const TelAddress address(toSipString(text));
     touchPieces(sink, address);
   });
 }
@@ -110,7 +110,7 @@ void addAddresses(Cases& cases) {
   growTel(cases, {"TelParams", "tel:+1", ";p#=v", "", 5, 2});
   grow(cases, {"WriteUriParams", "sip:a@h.test", ";p#=v", "", 1, 0},
        [](Count& sink, const std::string& text) {
-         SipAddress address(sipString(text));
+         SipAddress address(toSipString(text));
          touch(sink, address.toString());
        });
   grow(cases, {"CompareSIPURI", "sip:a@h.test:5060", ";p#=v", "", 1, 0},

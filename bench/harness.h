@@ -14,7 +14,10 @@
 #include <string_view>
 #include <utility>
 
+#include "wySipCxx.h"
 #include "wySipString.h"
+
+using siputility::toSipString;
 
 class Sum {
  public:
@@ -124,10 +127,6 @@ void touch(Sink& sink, std::string_view text) {
 // Texts as functions take them that change them, or say so.
 inline unsigned char* bytesOf(const std::string& text) {
   return reinterpret_cast<unsigned char*>(const_cast<char*>(text.data()));
-}
-
-inline SipString sipString(std::string_view text) {
-  return SipString(text.data(), static_cast<unsigned int>(text.size()));
 }
 
 template <typename Sink>

@@ -14,10 +14,9 @@
 // Hands over the parameters of an address or header.
 template <typename Sink, typename Object>
 void touchParams(Sink& sink, const Object& object) {
-  for (const SipParam* param = object.firstParam(); param != nullptr;
-       param = object.nextParam(param)) {
-    touch(sink, param->getName());
-    touch(sink, param->getValue());
+  for (const SipParam& param : siputility::paramsOf(object)) {
+    touch(sink, param.getName());
+    touch(sink, param.getValue());
   }
 }
 
@@ -64,7 +63,7 @@ class OperationCases {
   void add(const char* name, std::string_view value, unsigned long wanted, Operation operation) {
     cases_.add("BM_" + family_ + '_' + name + '/' + std::to_string(value.size()), value.size(),
                std::to_string(wanted) + '|',
-               [object = object_, text = sipString(value), operation](auto& sink) {
+               [object = object_, text = toSipString(value), operation](auto& sink) {
                  sink.number(operation(*object, text));
                });
   }

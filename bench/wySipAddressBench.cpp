@@ -10,7 +10,7 @@ namespace {
 void addParse(Cases& cases, const char* row, std::string_view text, const std::string& wanted) {
   cases.add(
       std::string("BM_SipAddress_Parse/") + row, text.size(), wanted,
-      [text = sipString(text)](auto& sink) {
+      [text = toSipString(text)](auto& sink) {
         const SipAddress address(text);
         touchPieces(sink, address);
       },
@@ -19,7 +19,7 @@ void addParse(Cases& cases, const char* row, std::string_view text, const std::s
 
 void addOperations(Cases& cases) {
   OperationCases<SipAddress> operations(cases, "SipAddress",
-                                        std::make_shared<SipAddress>(sipString(inputs::kA)));
+                                        std::make_shared<SipAddress>(toSipString(inputs::kA)));
   operations.add("setDisplayName", "\"Alice Example\"", &SipAddress::setDisplayName);
   operations.add("setScheme", "sip", &SipAddress::setScheme);
   operations.add("setUser", "alice", &SipAddress::setUser);
@@ -50,7 +50,7 @@ void addAddressCases(Cases& cases) {
       "BM_SipAddress_Edit/ga", kA.size(),
       a + R"(ob|1|lr||transport|tcp|"Alice Example" <sip:alice@example.test:5060;ob=1;lr)"
           ";transport=tcp>|",
-      [text = sipString(kA), ob = SipString("ob"), one = SipString("1")](auto& sink) {
+      [text = toSipString(kA), ob = SipString("ob"), one = SipString("1")](auto& sink) {
         SipAddress address(text);
         address.setParameter(ob, one);
         touchPieces(sink, address);

@@ -13,7 +13,7 @@ void addParse(Cases& cases, const char* input, const char* name, const std::stri
               const std::string& wanted, const std::string& floor = Cases::kFloor) {
   cases.add(
       std::string("BM_SipHeader_Parse/") + input, text.size(), wanted,
-      [name = SipString(name), text = sipString(text)](auto& sink) {
+      [name = SipString(name), text = toSipString(text)](auto& sink) {
         const SipHeader header(name, text);
         touchPieces(sink, header);
       },
@@ -32,8 +32,8 @@ std::vector<Field> fieldsOf(std::string_view head) {
        line = head.find('\n', line) + 1) {
     const std::size_t colon = head.find(": ", line);
     const std::size_t end = head.find('\r', line);
-    fields.push_back({sipString(head.substr(line, colon - line)),
-                      sipString(head.substr(colon + 2, end - colon - 2))});
+    fields.push_back({toSipString(head.substr(line, colon - line)),
+                      toSipString(head.substr(colon + 2, end - colon - 2))});
   }
   return fields;
 }
@@ -54,7 +54,7 @@ void addMessage(Cases& cases) {
 
 void addOperations(Cases& cases) {
   OperationCases<SipHeader> operations(
-      cases, "SipHeader", std::make_shared<SipHeader>("Contact", sipString(inputs::kD)));
+      cases, "SipHeader", std::make_shared<SipHeader>("Contact", toSipString(inputs::kD)));
   operations.add("setName", "Contact", &SipHeader::setName);
   operations.add("setValue", "\"Bob\" <sip:bob@host.test;transport=tcp>", &SipHeader::setValue);
   operations.addCommon();
@@ -72,7 +72,7 @@ void addHeaderCases(Cases& cases) {
   cases.add(
       "BM_SipHeader_ParseAndAddress/dd", kD.size(),
       d + R"(0|"Bob"|sip|bob|host.test|0|transport|tcp|)",
-      [name = SipString("Contact"), text = sipString(kD)](auto& sink) {
+      [name = SipString("Contact"), text = toSipString(kD)](auto& sink) {
         const SipHeader header(name, text);
         touchPieces(sink, header);
         const SipAddress address(header.getValue());
@@ -84,7 +84,7 @@ void addHeaderCases(Cases& cases) {
       "0|Contact|" + value + "|ob|1|" + params + "Contact: " + value +
           R"(;ob=1;+g.3gpp.smsip;+sip.instance="<urn:gsma:imei:12345678-901234-5>";q=0.7)"
           ";expires=60|",
-      [name = SipString("Contact"), text = sipString(kD), ob = SipString("ob"),
+      [name = SipString("Contact"), text = toSipString(kD), ob = SipString("ob"),
        one = SipString("1")](auto& sink) {
         SipHeader header(name, text);
         header.setParameter(ob, one);

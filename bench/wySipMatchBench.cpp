@@ -25,7 +25,7 @@ template <typename Matcher, typename... Arguments>
 void add(Cases& cases, const char* name, const std::string& text, Arguments... arguments) {
   cases.add(std::string("BM_Match_") + name + '/' + std::to_string(text.size()), text.size(),
             std::to_string(text.size()) + '|',
-            [stream = std::make_shared<SipStrStream>(sipString(text)), arguments...](auto& sink) {
+            [stream = std::make_shared<SipStrStream>(toSipString(text)), arguments...](auto& sink) {
               Matcher matcher(arguments...);
               sink.number(matcher.match(*stream, 0));
             });
@@ -54,7 +54,7 @@ void addRules(Cases& cases) {
   add<SipMatchLWSChar>(cases, "LWSChar", run(" ") + ';', ';');
   add<SipMatchQuotedString>(cases, "QuotedString", '"' + run("quoted \\\" text") + '"');
   add<SipMatchQuotedString>(cases, "QuotedStringUtf8", '"' + run("\xC3\xA9\xE2\x82\xAC") + '"');
-  add<SipMatchSpecificString>(cases, "SpecificString", run("literal"), sipString(run("literal")));
+  add<SipMatchSpecificString>(cases, "SpecificString", run("literal"), toSipString(run("literal")));
   add<SipMatchUTF8NonASCII>(cases, "UTF8NonASCII", "\xE2\x82\xAC");
   add<SipMatchHostname>(cases, "Hostname", run("label.") + "test");
   add<SipMatchIIPV4DecOctet>(cases, "DecOctet", "255");

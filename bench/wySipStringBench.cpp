@@ -38,14 +38,14 @@ void addAppends(Cases& cases) {
 void addWholes(Cases& cases) {
   const std::string text(inputs::kA);
   cases.add("BM_SipString_Make/a", text.size(), text + '|',
-            [text](auto& sink) { touch(sink, sipString(text)); });
-  cases.add("BM_SipString_Copy/a", text.size(), text + '|', [from = sipString(text)](auto& sink) {
+            [text](auto& sink) { touch(sink, toSipString(text)); });
+  cases.add("BM_SipString_Copy/a", text.size(), text + '|', [from = toSipString(text)](auto& sink) {
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy is what is timed
     const SipString copy(from);
     touch(sink, copy);
   });
   cases.add("BM_SipString_Compare/a", text.size(), "0|0|",
-            [text, string = sipString(text)](auto& sink) {
+            [text, string = toSipString(text)](auto& sink) {
               sink.number(static_cast<unsigned>(string.compare(text.c_str())));
               sink.number(static_cast<unsigned>(string.caseCompare(text.c_str())));
             });
@@ -53,7 +53,7 @@ void addWholes(Cases& cases) {
 
 void addStreams(Cases& cases) {
   const std::string text(inputs::kA);
-  cases.add("BM_SipStrStream_Peek/a", text.size(), "5648|", [from = sipString(text)](auto& sink) {
+  cases.add("BM_SipStrStream_Peek/a", text.size(), "5648|", [from = toSipString(text)](auto& sink) {
     const SipStrStream stream(from);
     unsigned sum = 0;
     for (unsigned int i = 0; i < stream.length(); ++i) {
@@ -61,12 +61,13 @@ void addStreams(Cases& cases) {
     }
     sink.number(sum);
   });
-  cases.add("BM_SipStrStream_Get/a", text.size(), text + '|', [from = sipString(text)](auto& sink) {
-    SipLWSStrStream stream(from);
-    SipString out;
-    stream.get(from.length(), out);
-    touch(sink, out);
-  });
+  cases.add("BM_SipStrStream_Get/a", text.size(), text + '|',
+            [from = toSipString(text)](auto& sink) {
+              SipLWSStrStream stream(from);
+              SipString out;
+              stream.get(from.length(), out);
+              touch(sink, out);
+            });
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 void addTelCases(Cases& cases) {
   using inputs::kTel;
   const std::string pieces = "0||+1-201-555-0123||1234|ims.example.test|2|";
-  const SipString text = sipString(kTel);
+  const SipString text = toSipString(kTel);
   cases.add("BM_TelAddress_Parse/context", kTel.size(), pieces, [text](auto& sink) {
     const TelAddress address(text);
     touchPieces(sink, address);
@@ -31,7 +31,7 @@ void addTelCases(Cases& cases) {
             });
 
   OperationCases<TelAddress> operations(cases, "TelAddress",
-                                        std::make_shared<TelAddress>(sipString(kTel)));
+                                        std::make_shared<TelAddress>(toSipString(kTel)));
   operations.add("setPhoneNumber", "+1-201-555-0123", &TelAddress::setPhoneNumber);
   operations.add("setExtension", "1234", &TelAddress::setExtension);
   operations.add("setContext", "ims.example.test", &TelAddress::setContext);

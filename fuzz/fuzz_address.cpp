@@ -10,8 +10,9 @@ void checkTexts(SipAddress& address) {
   std::string uri = p[1] + ":" + (p[2].empty() ? "" : p[2] + "@") + p[3];
   uri = address.isWildcard() ? "*" : uri.append(p[4] == "0" ? "" : ":" + p[4]);
   const std::string text = nameAddr(p[0], uri + params, !params.empty());
-  require(bytesOf(address.toString()) == text, "the text", bytesOf(address.toString()), text);
-  require(bytesOf(address.getURI()) == uri, "the URI", bytesOf(address.getURI()), uri);
+  require(toStdString(address.toString()) == text, "the text", toStdString(address.toString()),
+          text);
+  require(toStdString(address.getURI()) == uri, "the URI", toStdString(address.getURI()), uri);
   const std::size_t colon = p[4] == "0" ? 0 : 1;  // is not counted
   require(address.getURIStringLength() + colon == uri.size(), "the URI's length", uri, text);
   require(address.getStringLength() + colon == text.size(), "the length", text, uri);
@@ -60,7 +61,7 @@ void checkEdits(SipAddress& address, const SipString& value, const SipString& ot
     return address.setParameter(value, other);
   });
   checkChange(address, [&](Pieces& p) {
-    eraseParam(p, kSipParams, bytesOf(other));
+    eraseParam(p, kSipParams, toStdString(other));
     return address.removeParameter(other);
   });
   checkChange(address, [&](Pieces& p) {

@@ -11,7 +11,7 @@ constexpr std::size_t kExpansionLimit = 60;
 constexpr std::size_t kMessageEnough = 2048;  // beyond the limit, if of one character
 constexpr int kGzip = 31;                     // the largest window; gzip header and trailer
 
-unsigned char* bytesOf(char* text) { return reinterpret_cast<unsigned char*>(text); }
+unsigned char* toStdString(char* text) { return reinterpret_cast<unsigned char*>(text); }
 
 // Returns what the library gave away.
 std::string takenBytes(unsigned char* bytes, unsigned int count) {
@@ -27,9 +27,9 @@ std::string converted(bool deflating, std::string in, std::size_t room) {
   z_stream stream = {};
   deflating ? deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzip, 4, Z_DEFAULT_STRATEGY)
             : inflateInit2(&stream, kGzip);
-  stream.next_in = bytesOf(in.data());
+  stream.next_in = toStdString(in.data());
   stream.avail_in = static_cast<unsigned int>(in.size());
-  stream.next_out = bytesOf(out.data());
+  stream.next_out = toStdString(out.data());
   stream.avail_out = static_cast<unsigned int>(room);
   const int result = deflating ? deflate(&stream, Z_FINISH) : inflate(&stream, Z_NO_FLUSH);
   out.resize(stream.total_out);
@@ -40,7 +40,7 @@ std::string converted(bool deflating, std::string in, std::size_t room) {
 std::string checkExpanding(const std::string& data) {
   unsigned char* given = nullptr;
   const auto length = static_cast<unsigned short>(data.size());
-  const unsigned int count = DeCompressGzipData(bytesOf(blockOf(data).get()), length, &given);
+  const unsigned int count = DeCompressGzipData(toStdString(blockOf(data).get()), length, &given);
   const std::string text = takenBytes(given, count);
   const std::size_t limit = kExpansionLimit * length;
   const std::string expected = converted(false, data, limit + 1);

@@ -8,7 +8,7 @@ namespace {
 // Returns what the pieces of a header make: its value and parameters.
 std::string valueText(const SipHeader& header) {
   const bool ordinary = header.getHeaderType() == WY_SIP_HEADER_TYPE_NON_AUTH;
-  std::string text(viewOf(header.getValue()));
+  std::string text(view(header.getValue()));
   const char* separator = ordinary ? ";" : " ";
   for (const auto& [name, value] : paramsOf(header)) {
     text.append(separator).append(name).append(value.empty() ? "" : "=").append(value);
@@ -21,14 +21,13 @@ std::string valueText(const SipHeader& header) {
 // dialect: it is not asked for texts, for one of its value would stay when a name chooses another.
 std::string checkTexts(SipHeader& header) {
   const std::string value = valueText(header);
-  const std::string name(viewOf(header.getName()));
+  const std::string name(view(header.getName()));
   const std::string line = value.empty() ? "" : name + ": " + value;
   if (name.empty()) {
     return line;
   }
-  require(viewOf(header.getHeaderValue()) == value, "value", value,
-          viewOf(header.getHeaderValue()));
-  require(viewOf(header.toString()) == line, "line", line, viewOf(header.toString()));
+  require(view(header.getHeaderValue()) == value, "value", value, view(header.getHeaderValue()));
+  require(view(header.toString()) == line, "line", line, view(header.toString()));
   require(header.GetLastErrorCode() == VARN_OK, "written", line, "");
   require(header.getHeaderValueLength() == value.size(), "the value's length", line, "");
   require(value.empty() || header.getStringLength() == line.size(), "the length", line, "");
@@ -37,15 +36,15 @@ std::string checkTexts(SipHeader& header) {
 
 VARN_EXCEPTION_CODES edit(SipHeader& header, std::string_view line) {
   const std::size_t equal = std::min(line.find('=', 1), line.size());
-  const SipString text = sipString(line.substr(1));
+  const SipString text = toSipString(line.substr(1));
   switch (line[0]) {
     case ':':
       return header.setName(text);
     case '=':
       return header.setValue(text);
     case '+':
-      return header.setParameter(sipString(line.substr(1, equal - 1)),
-                                 sipString(line.substr(std::min(equal + 1, line.size()))));
+      return header.setParameter(toSipString(line.substr(1, equal - 1)),
+                                 toSipString(line.substr(std::min(equal + 1, line.size()))));
     default:
       return header.removeParameter(text);
   }
@@ -54,7 +53,7 @@ VARN_EXCEPTION_CODES edit(SipHeader& header, std::string_view line) {
 // An empty value, or one with a tel URI in brackets, which counts as it would be written, does not
 // read again, nor do a tag and a branch that are no tokens.
 void checkReading(SipHeader& header, const std::string& line) {
-  const std::string_view value = viewOf(header.getValue());
+  const std::string_view value = view(header.getValue());
   if (value.empty() || value.find("<tel:") != value.npos ||
       !readsAgain(SipHdrParamList(), paramsOf(header))) {
     return;
@@ -63,8 +62,8 @@ void checkReading(SipHeader& header, const std::string& line) {
   require(again.GetLastErrorCode() == VARN_OK, "accepted again", line, checkTexts(again));
   Params reversed = paramsOf(again);
   std::reverse(reversed.begin(), reversed.end());
-  require(viewOf(again.getName()) == viewOf(header.getName()) &&
-              viewOf(again.getValue()) == value && reversed == paramsOf(header),
+  require(view(again.getName()) == view(header.getName()) && view(again.getValue()) == value &&
+              reversed == paramsOf(header),
           "equal pieces", line, checkTexts(again));
 }
 
@@ -73,15 +72,15 @@ void checkReading(SipHeader& header, const std::string& line) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const MemoryLogWatch watch;
   const std::vector<std::string_view> lines = linesOf(data, size);
-  SipHeader header(sipString(lines[0]), sipString(lines.size() > 1 ? lines[1] : ""));
+  SipHeader header(toSipString(lines[0]), toSipString(lines.size() > 1 ? lines[1] : ""));
   std::string before = checkTexts(header);
   for (std::size_t i = 2; i < lines.size(); ++i) {
     if (!lines[i].empty()) {
-      const std::string name(viewOf(header.getName()));
+      const std::string name(view(header.getName()));
       const VARN_EXCEPTION_CODES code = edit(header, lines[i]);
       require(header.GetLastErrorCode() == code, "the code is stored", before, lines[i]);
       const std::string after = checkTexts(header);
-      const bool same = after == before && viewOf(header.getName()) == name;
+      const bool same = after == before && view(header.getName()) == name;
       require(code == VARN_OK || same, "a failure changes nothing", before, after);
       before = after;
     }

@@ -74,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   std::vector<SipStrStream> heads;
   heads.reserve(text.size() + 1);
   for (std::size_t length = 0; length <= text.size(); ++length) {
-    heads.emplace_back(sipString(text.substr(0, length)));
+    heads.emplace_back(toSipString(text.substr(0, length)));
   }
   // A tel URI in brackets counts as it would be written, which may be past the end.
   const int family = input.empty() || text.find("<tel:") != text.npos ? 0 : input[0] & 3;

@@ -6,9 +6,9 @@ namespace {
 
 std::string textOf(const SipParamList& list) {
   SipString text("before");
-  require(list.appendToString(text) == VARN_OK, "written", viewOf(text), "");
-  require(text.length() == 6 + list.getStringLength(), "its length", viewOf(text), "");
-  return std::string(viewOf(text).substr(6));
+  require(list.appendToString(text) == VARN_OK, "written", view(text), "");
+  require(text.length() == 6 + list.getStringLength(), "its length", view(text), "");
+  return std::string(view(text).substr(6));
 }
 
 // Holds the list against its model and the array of names against its walk. Returns the array.
@@ -21,7 +21,7 @@ const SipString** checkList(SipParamList& list, const Params& model, std::string
   std::size_t count = 0;
   for (const SipParam* p = list.firstParam(); p != nullptr; p = list.nextParam(p)) {
     require(names[count++] == &p->getName(), "the names of the walk", text, line);
-    require(list.find(sipString(lowerCase(viewOf(p->getName())))) == p, "found", text, line);
+    require(list.find(toSipString(lowerCase(view(p->getName())))) == p, "found", text, line);
   }
   require(names == nullptr || names[count] == nullptr, "no more of them", text, line);
   return names;
@@ -33,8 +33,8 @@ void edit(SipParamList& list, Params& model, std::string_view line) {
   const std::string_view value = line.substr(std::min(equal + 1, line.size()));
   const SipString** const names = checkList(list, model, line);
   const bool sets = line[0] == '+';
-  const bool done = sets ? list.setParameter(sipString(name), sipString(value)) == VARN_OK
-                         : list.removeParameter(sipString(name)) == VARN_OK;
+  const bool done = sets ? list.setParameter(toSipString(name), toSipString(value)) == VARN_OK
+                         : list.removeParameter(toSipString(name)) == VARN_OK;
   const std::string key = lowerCase(sets ? trimmed(name) : name);
   const auto old = std::find_if(model.begin(), model.end(),
                                 [&](const auto& param) { return lowerCase(param.first) == key; });
@@ -51,7 +51,7 @@ void edit(SipParamList& list, Params& model, std::string_view line) {
 }
 
 void check(SipParamList& list, SipParamList& again, const std::vector<std::string_view>& lines) {
-  SipStrStream stream(sipString(lines[0]));
+  SipStrStream stream(toSipString(lines[0]));
   list.parseParamList(stream);
   Params model = paramsOf(list);
   for (const std::string_view line : lines) {
@@ -61,7 +61,7 @@ void check(SipParamList& list, SipParamList& again, const std::vector<std::strin
   }
   const SipString** const names = checkList(list, model, lines[0]);
   const std::string text = textOf(list);
-  SipStrStream written(sipString(text));
+  SipStrStream written(toSipString(text));
   if (readsAgain(list, model)) {
     require(again.parseParamList(written) == VARN_OK && written.done(), "read again", text, "");
     std::reverse(model.begin(), model.end());

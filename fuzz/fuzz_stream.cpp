@@ -29,7 +29,7 @@ void checkStep(SipStrStream& stream, std::string_view text, unsigned int length,
   checkWholeSteps(stream, left, length);
   SipString out("before");
   require(stream.get(length, out) == VARN_OK, "short input is no failure", text, left);
-  require(viewOf(out) == left.substr(0, length), "what is left of it", viewOf(out), left);
+  require(view(out) == left.substr(0, length), "what is left of it", view(out), left);
   require(text.substr(stream.pos()) == left.substr(out.length()), "behind it", text, left);
   require(stream.length() == text.size() && stream.valid(), "the text stays", text, left);
 }
@@ -40,8 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   forbidAssertions();
   const MemoryLogWatch watch;
   const std::string_view text(reinterpret_cast<const char*>(data), std::min(size, kLongestInput));
-  SipStrStream plain(sipString(text));
-  SipLWSStrStream trimmed(sipString(text));
+  SipStrStream plain(toSipString(text));
+  SipLWSStrStream trimmed(toSipString(text));
   require(trimmed.pos() == SipMatchLWS().match(plain, 0), "behind white space", text, "");
   for (const std::string_view line : linesOf(data, size)) {
     checkStep(plain, text, static_cast<unsigned int>(line.size()), false);

@@ -14,7 +14,7 @@ VARN_EXCEPTION_CODES copyPiece(SipString& string, std::string& twin, unsigned in
   SipString out("x");
   const VARN_EXCEPTION_CODES code = inside ? VARN_OK : VARN_INVALID_INPUT;
   require(string.copy(out, length, at) == code, "from a place inside", twin, piece);
-  require(viewOf(out) == (inside ? piece : "x"), "the same piece", viewOf(out), piece);
+  require(view(out) == (inside ? piece : "x"), "the same piece", view(out), piece);
   twin = inside ? piece : twin;
   return string.copy(string, length, at) == code ? VARN_OK : VARN_INVALID_INPUT;
 }
@@ -41,10 +41,10 @@ VARN_EXCEPTION_CODES apply(SipString& string, std::string& twin, int operation,
     case 'e':
       return copyPiece(string, twin, length, at);
     case 'f':
-      string = sipString(twin = text);
+      string = toSipString(twin = text);
       return string.append(nullptr, 0);
     default:
-      return string.append(sipString(twin.append(text).substr(twin.size() - length)));
+      return string.append(toSipString(twin.append(text).substr(twin.size() - length)));
   }
 }
 
@@ -73,8 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const std::string text(line.substr(std::min<std::size_t>(line.size(), 1)));
     require(apply(string, twin, line.empty() ? 0 : line[0], text) == VARN_OK, "done", twin, line);
     const bool ended = string.c_str()[string.length()] == '\0';
-    require(ended && viewOf(string) == twin, "the twin's content", viewOf(string), twin);
-    const SipString other = sipString(text);
+    require(ended && view(string) == twin, "the twin's content", view(string), twin);
+    const SipString other = toSipString(text);
     checkOrder(twin, text, false, [&] { return string.compare(other); });
     checkOrder(lowerCase(twin), lowerCase(text), true, [&] { return string.caseCompare(other); });
   }

@@ -11,11 +11,12 @@ void checkTexts(TelAddress& tel) {
   uri += joined(p, kTelParams);
   const bool plain = uri == p[1] && p[0].empty();
   const std::string text = nameAddr(p[0], "tel:" + uri, !plain || tel.isBracketed());
-  require(bytesOf(tel.toString()) == text, "the text", bytesOf(tel.toString()), text);
+  require(toStdString(tel.toString()) == text, "the text", toStdString(tel.toString()), text);
   const std::size_t brackets = plain && tel.isBracketed() ? 2 : 0;  // are not counted
   require(tel.getStringLength() + brackets == text.size(), "the length", text, "");
   SipString written;
-  require(tel.getURIString(written) == VARN_OK && bytesOf(written) == uri, "the URI", text, uri);
+  require(tel.getURIString(written) == VARN_OK && toStdString(written) == uri, "the URI", text,
+          uri);
   require(tel.getURIStringLength() == uri.size() + 4, "the URI's length", text, "");
   require(std::is_sorted(p.begin() + kTelParams, p.end(), isLessByName), "in order", text, "");
   require(p[2].empty() || p[3].empty(), "isub or ext", text, "");
@@ -46,14 +47,14 @@ void checkSip(const char* text, const char* /*next*/) {
   require(tel.toSipAddress(sip) == VARN_OK, "every number becomes an address", text, "");
   SipString uri;
   require(tel.getURIString(uri) == VARN_OK, "the URI", text, "");
-  const std::string user = bytesOf(sip.getUser());
-  require(unescaped(user, false) == unescaped(bytesOf(uri), true), "the same user", user, text);
+  const std::string user = toStdString(sip.getUser());
+  require(unescaped(user, false) == unescaped(toStdString(uri), true), "the same user", user, text);
   const Pieces expected = {
-      bytesOf(tel.getDisplayName()), "sip", user, "host.test", "0", ";user=phone"};
-  require(piecesOf(sip) == expected, "the SIP address", bytesOf(sip.toString()), text);
+      toStdString(tel.getDisplayName()), "sip", user, "host.test", "0", ";user=phone"};
+  require(piecesOf(sip) == expected, "the SIP address", toStdString(sip.toString()), text);
   const SipAddress again(sip.toString());
-  require(again.GetLastErrorCode() == VARN_OK, "is accepted", bytesOf(sip.toString()), text);
-  require(piecesOf(again) == expected, "as it was", bytesOf(sip.toString()), text);
+  require(again.GetLastErrorCode() == VARN_OK, "is accepted", toStdString(sip.toString()), text);
+  require(piecesOf(again) == expected, "as it was", toStdString(sip.toString()), text);
 }
 
 }  // namespace

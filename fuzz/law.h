@@ -16,6 +16,11 @@
 
 #include "hostControl.h"
 #include "imsdpl.h"
+#include "wySipCxx.h"
+
+using siputility::toSipString;
+using siputility::toStdString;
+using siputility::view;
 
 // Longer inputs find nothing that these do not, and fewer of them are tried in the same time.
 constexpr std::size_t kLongestInput = 4096;
@@ -75,12 +80,8 @@ inline void require(bool holds, const char* law, std::string_view a, std::string
   }
 }
 
-struct PlatformFree {
-  void operator()(void* block) const { __free(block); }
-};
-
 // A text that the library gave away.
-using GivenText = std::unique_ptr<char, PlatformFree>;
+using GivenText = siputility::PlatformBlock<char>;
 
 // Returns a given text; the other one for null.
 inline std::string taken(char* given, const std::string& other) {

@@ -7,13 +7,6 @@
 #include "law.h"
 #include "wySipParam.h"
 
-inline SipString sipString(std::string_view text) {
-  return {text.data(), static_cast<unsigned int>(text.size())};
-}
-
-// Returns what a string holds; lives as the pointer of c_str() does.
-inline std::string_view viewOf(const SipString& text) { return {text.c_str(), text.length()}; }
-
 // Returns a text without the white space around it.
 inline std::string trimmed(std::string_view text) {
   constexpr std::string_view kSpace = " \t\r\n";
@@ -36,8 +29,8 @@ using Params = std::vector<std::pair<std::string, std::string>>;
 template <typename Owner>
 Params paramsOf(const Owner& owner) {
   Params params;
-  for (const SipParam* p = owner.firstParam(); p != nullptr; p = owner.nextParam(p)) {
-    params.emplace_back(viewOf(p->getName()), viewOf(p->getValue()));
+  for (const SipParam& param : siputility::paramsOf(owner)) {
+    params.emplace_back(view(param.getName()), view(param.getValue()));
   }
   return params;
 }
@@ -47,7 +40,7 @@ Params paramsOf(const Owner& owner) {
 inline bool readsAgain(const SipParamList& list, const Params& params) {
   return std::all_of(params.begin(), params.end(), [&](const auto& param) {
     const bool special = param.first == "tag" || param.first == "branch";
-    const SipStrStream value(sipString(param.second));
+    const SipStrStream value(toSipString(param.second));
     return !special || list.matchTagParamValue(value, 0) == param.second.size();
   });
 }

@@ -35,11 +35,9 @@ void checkTexts(TelAddress& tel);
 void checkEdits(SipAddress& address, const SipString& value, const SipString& other);
 void checkEdits(TelAddress& tel, const SipString& value, const SipString& other);
 
-inline std::string bytesOf(const SipString& text) { return {text.c_str(), text.length()}; }
-
 // Returns a text without the blanks and tabs around it.
 inline std::string trimmedBytes(const SipString& text) {
-  const std::string bytes = bytesOf(text);
+  const std::string bytes = toStdString(text);
   const std::size_t first = std::min(bytes.find_first_not_of(" \t"), bytes.size());
   return bytes.substr(first, bytes.find_last_not_of(" \t") + 1 - first);
 }
@@ -51,24 +49,24 @@ inline std::string paramText(const std::string& name, const std::string& value) 
 // Returns the given pieces and the parameters of the address they are from.
 template <typename Address>
 Pieces withParams(Pieces pieces, const Address& address) {
-  for (const SipParam* p = address.firstParam(); p != nullptr; p = address.nextParam(p)) {
-    pieces.push_back(paramText(bytesOf(p->getName()), bytesOf(p->getValue())));
+  for (const SipParam& param : siputility::paramsOf(address)) {
+    pieces.push_back(paramText(toStdString(param.getName()), toStdString(param.getValue())));
   }
   return pieces;
 }
 
 inline Pieces piecesOf(const SipAddress& sip) {
   return withParams(
-      {bytesOf(sip.getDisplayName()), bytesOf(sip.getScheme()), bytesOf(sip.getUser()),
-       bytesOf(sip.getHost()), std::to_string(sip.getStoredPort())},
+      {toStdString(sip.getDisplayName()), toStdString(sip.getScheme()), toStdString(sip.getUser()),
+       toStdString(sip.getHost()), std::to_string(sip.getStoredPort())},
       sip);
 }
 
 inline Pieces piecesOf(const TelAddress& tel) {
-  return withParams(
-      {bytesOf(tel.getDisplayName()), bytesOf(tel.getPhoneNumber()), bytesOf(tel.getISDNSubAddr()),
-       bytesOf(tel.getExtension()), bytesOf(tel.getContext()), tel.isBracketed() ? "<" : ""},
-      tel);
+  return withParams({toStdString(tel.getDisplayName()), toStdString(tel.getPhoneNumber()),
+                     toStdString(tel.getISDNSubAddr()), toStdString(tel.getExtension()),
+                     toStdString(tel.getContext()), tel.isBracketed() ? "<" : ""},
+                    tel);
 }
 
 // Returns the pieces from the first on, one behind the other.
@@ -131,7 +129,7 @@ inline unsigned int telPieceOf(const SipString& name) {
 // white space around it.
 inline void eraseTelParam(Pieces& pieces, const SipString& name) {
   if (telPieceOf(name) == kTelParams) {
-    eraseParam(pieces, kTelParams, bytesOf(name));
+    eraseParam(pieces, kTelParams, toStdString(name));
   } else {
     pieces[telPieceOf(name)].clear();
   }
@@ -194,7 +192,7 @@ inline bool isFixed(const TelAddress& /*tel*/) { return false; }
 // outcome of the latter: a change that fails must leave the address as it was.
 template <typename Address, typename Change>
 void checkChange(Address& address, Change change) {
-  const std::string text = bytesOf(address.toString());
+  const std::string text = toStdString(address.toString());
   const Pieces before = piecesOf(address);
   Pieces expected = before;
   const VARN_EXCEPTION_CODES code = change(expected);
@@ -205,7 +203,7 @@ void checkChange(Address& address, Change change) {
   if (done) {
     checkTexts(address);
   } else {
-    require(bytesOf(address.toString()) == text, "no change", text, address.toString().c_str());
+    require(toStdString(address.toString()) == text, "no change", text, address.toString().c_str());
   }
 }
 

@@ -23,7 +23,7 @@ folders="platform/inc:
   examples: $inc platform/inc
   bench: $inc platform/inc"
 rows='wySipExport
-  wySipString base grammar
+  wySipString wySipCxx base grammar
   wySipCommon wySipInit wySipMatch wyTelAddressMatch
   wySipPort wySipParam params address
   wySipAddress wyTelAddress

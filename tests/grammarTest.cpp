@@ -114,7 +114,7 @@ class GrammarPage : public LibraryTest {
                    bool accepted) {
     const auto found = matchers_.find(name);
     ASSERT_NE(matchers_.end(), found) << name;
-    const SipString text = sipString(bytesOf(written));
+    const SipString text = toSipString(bytesOf(written));
     const unsigned int covered = found->second(SipStrStream(text));
     EXPECT_EQ(count, std::to_string(covered)) << name << ' ' << written;
     EXPECT_EQ(accepted, covered == text.length()) << name << ' ' << written;

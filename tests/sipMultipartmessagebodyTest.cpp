@@ -116,7 +116,7 @@ TEST_F(MultipartBodyTest, LeavesToTheCallerWhatASecondTextOrArrayReplaces) {
   EXPECT_TRUE(node.AllocSipHeaders(255));
   const PlatformText preamble(node.preamble);
   const PlatformText epilogue(node.epilogue);
-  const std::unique_ptr<SipHeader*[], PlatformFree> headers(node.headers);
+  const siputility::PlatformBlock<SipHeader*> headers(node.headers);
   node.SetPreamble(second);
   node.SetEpilogue(second);
   EXPECT_TRUE(node.AllocSipHeaders(0));

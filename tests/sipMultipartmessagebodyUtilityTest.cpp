@@ -80,7 +80,7 @@ std::string dump(const Node* node, const Node* parent = nullptr) {
     text += node->parent == parent ? "" : "!parent ";
     text += (node->preamble == nullptr ? "-"s : node->preamble) + '|';
     for (SipHeader** slot = node->headers; slot != nullptr && *slot != nullptr; ++slot) {
-      text += content((*slot)->toString()) + ',';
+      text += toStdString((*slot)->toString()) + ',';
     }
     text += '|' + std::to_string(node->freeHeaderSlots) + '|';
     text.append(node->body, node->body + node->bodyLength);

@@ -17,14 +17,14 @@ std::string fails(const std::string& message) {
 // code display name|scheme|user|host|port|parameters, as stored
 std::string dump(const SipAddress& address) {
   std::string text = std::to_string(address.GetLastErrorCode()) + ' ' +
-                     (address.isWildcard() ? "*" : content(address.getDisplayName()));
+                     (address.isWildcard() ? "*" : toStdString(address.getDisplayName()));
   for (const auto* piece : {&address.getScheme(), &address.getUser(), &address.getHost()}) {
-    text += '|' + content(*piece);
+    text += '|' + toStdString(*piece);
   }
   text += '|' + std::to_string(address.getStoredPort()) + '|';
   for (auto param = address.firstParam(); param != nullptr; param = address.nextParam(param)) {
-    const std::string value = content(param->getValue());
-    text += ';' + content(param->getName()) + (value.empty() ? "" : '=' + value);
+    const std::string value = toStdString(param->getValue());
+    text += ';' + toStdString(param->getName()) + (value.empty() ? "" : '=' + value);
   }
   return text;
 }
@@ -34,7 +34,7 @@ void expectToReadBack(SipAddress& address) {
   SipAddress once(address.toString());
   SipAddress twice(once.toString());
   EXPECT_EQ(dump(address), dump(twice));
-  EXPECT_EQ(content(address.toString()), content(twice.toString()));
+  EXPECT_EQ(view(address.toString()), view(twice.toString()));
   const unsigned int colon = address.getStoredPort() == 0 ? 0 : 1;  // not foretold
   if (!address.isWildcard()) {
     EXPECT_EQ(address.toString().length(), address.getStringLength() + colon);
@@ -92,7 +92,7 @@ TEST_F(SipAddressTest, ReadsAWholeTextOrKeepsThePiecesInFrontOfItsFault) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
-    SipAddress address(sipString(c.text));
+    SipAddress address(toSipString(c.text));
     EXPECT_EQ(c.dump, dump(address));
     EXPECT_EQ(c.log, takeLog());
     if (c.dump[0] == '0') {
@@ -209,10 +209,10 @@ TEST_F(SipAddressTest, ChangesOnePieceByItsRuleOrNothing) {
     SCOPED_TRACE(c.value);
     SipAddress address(kKept);
     const VARN_EXCEPTION_CODES code = c.log.empty() ? VARN_OK : VARN_INVALID_INPUT;
-    EXPECT_EQ(code, kSetters[c.setter].set(address, sipString(c.value)));
+    EXPECT_EQ(code, kSetters[c.setter].set(address, toSipString(c.value)));
     EXPECT_EQ(code, address.GetLastErrorCode());
     EXPECT_EQ(c.log, takeLog());
-    EXPECT_EQ(c.text, content(address.toString()));
+    EXPECT_EQ(c.text, view(address.toString()));
     expectToReadBack(address);
   }
 }
@@ -225,11 +225,11 @@ TEST_F(SipAddressTest, WritesWhatItIsNowWhateverItWroteBefore) {
         SipAddress writing(kKept);
         for (const auto* each : {&first, &second}) {
           (writing.*write)();
-          kSetters[each->setter].set(writing, sipString(each->value));
-          kSetters[each->setter].set(silent, sipString(each->value));
+          kSetters[each->setter].set(writing, toSipString(each->value));
+          kSetters[each->setter].set(silent, toSipString(each->value));
         }
-        ASSERT_EQ(content(silent.toString()), content(writing.toString()));
-        ASSERT_EQ(content(silent.getURI()), content(writing.getURI()));
+        ASSERT_EQ(view(silent.toString()), view(writing.toString()));
+        ASSERT_EQ(view(silent.getURI()), view(writing.getURI()));
       }
     }
   }
@@ -242,7 +242,7 @@ TEST_F(SipAddressTest, RefusesEveryChangeOfAWildcard) {
     EXPECT_EQ(&c == &kSetters[kRemoved] ? VARN_OK : VARN_INVALID_INPUT, c.set(address, ""));
     EXPECT_EQ(Lines{fails(std::string(c.name) + " | cannot modify wildcard address")}, takeLog());
     address.clearParamList();
-    EXPECT_EQ("**", content(address.toString()) + content(address.getURI()));
+    EXPECT_EQ("**", toStdString(address.toString()) + toStdString(address.getURI()));
     EXPECT_EQ("0 *||||0|", dump(address));
   }
 }
@@ -264,18 +264,18 @@ TEST_F(SipAddressTest, StoresSuccessOfAWriterAndLeavesTheCodeOnClearingParameter
   address.VarnSetLastErrorCode(VARN_SHORT_INPUT);
   const SipString** names = address.getParameterNames();
   EXPECT_EQ(VARN_OK, address.GetLastErrorCode());
-  EXPECT_EQ("ba", content(*names[0]) + content(*names[1]));
+  EXPECT_EQ("ba", toStdString(*names[0]) + toStdString(*names[1]));
   address.VarnSetLastErrorCode(VARN_SHORT_INPUT);
   address.clearParamList();
   EXPECT_EQ(VARN_SHORT_INPUT, address.GetLastErrorCode());
   EXPECT_TRUE(names == address.getParameterNames() && names[0] == nullptr);
-  EXPECT_EQ("sip:b.test", content(address.toString()));
+  EXPECT_EQ("sip:b.test", view(address.toString()));
 }
 
 TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
   const auto whole = [](auto&& address, std::string_view expected) {
     if (address.GetLastErrorCode() == VARN_OK) {
-      const std::string text = content(address.toString());
+      const std::string text = toStdString(address.toString());
       EXPECT_EQ(address.GetLastErrorCode() == VARN_OK ? expected : "", text);
     }
     return address.GetLastErrorCode();
@@ -289,15 +289,15 @@ TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
               const VARN_EXCEPTION_CODES code = address.GetLastErrorCode();
               EXPECT_EQ(code == VARN_OK, address.isWildcard());
               EXPECT_EQ(code == VARN_OK ? "**" : "::",
-                        content(address.toString()) + content(address.getURI()));
+                        toStdString(address.toString()) + toStdString(address.getURI()));
               return code;
             }));
   EXPECT_EQ((Runs{{fails("SipAddress | SipString constructor failed")}, {}}),
-            sweepAllocations([&] { return whole(SipAddress(none, uri), content(uri)); }));
+            sweepAllocations([&] { return whole(SipAddress(none, uri), view(uri)); }));
   EXPECT_EQ((Runs{{fails("SipAddress | invalid SipStrStream argument")}, {}}),
             sweepAllocations([&] {
               SipStrStream stream(before);
-              return whole(SipAddress(stream), content(before));
+              return whole(SipAddress(stream), view(before));
             }));
   const struct {
     Setter setter;
@@ -337,7 +337,7 @@ TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
     runs.push_back({});
     EXPECT_EQ(runs, sweepAllocations([&] {
                 SipAddress address(before);
-                const VARN_EXCEPTION_CODES code = whole(address, content(before));
+                const VARN_EXCEPTION_CODES code = whole(address, view(before));
                 if (code != VARN_OK || kSetters[c.setter].set(address, c.value) == VARN_OK) {
                   return code == VARN_OK ? whole(address, c.after) : code;
                 }
@@ -345,7 +345,7 @@ TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
                 EXPECT_STREQ("sip", address.getScheme().c_str());
                 EXPECT_STREQ("a", address.getUser().c_str());
                 EXPECT_STREQ("b.test", address.getHost().c_str());
-                EXPECT_EQ(content(before), content(address.toString()));
+                EXPECT_EQ(view(before), view(address.toString()));
                 return VARN_RESOURCE_FAILURE;
               }));
   }

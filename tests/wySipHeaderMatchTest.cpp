@@ -44,7 +44,7 @@ TEST_F(SipHeaderMatchTest, EndsAValueAtItsParametersOrItsFirstFault) {
     SCOPED_TRACE(c.row);
     const naive::Marked expected = naive::marked(c.row);
     for (const std::string read : {"", "\"<;"}) {
-      SipStrStream stream(sipString(read + expected.text));
+      SipStrStream stream(toSipString(read + expected.text));
       stream.discard(static_cast<unsigned int>(read.size()));
       EXPECT_EQ(expected.count, rule.match(stream, expected.start));
       Lines log = takeLog();
@@ -200,7 +200,7 @@ TEST_F(SipHeaderMatchTest, LogsTheFailureOfALongTelAttemptForEveryBracket) {
     text += ";p" + std::to_string(i) + "=\"x\"";
   }
   const auto bracket = static_cast<unsigned int>(text.size() + 5);
-  const SipStrStream stream(sipString(text + ";bad=<tel:+><tel:+>"));
+  const SipStrStream stream(toSipString(text + ";bad=<tel:+><tel:+>"));
   EXPECT_EQ(14U, SipNonAuthHeaderMatchValue().match(stream, bracket));
   const Lines log = takeLog();
   EXPECT_EQ(2, std::count(log.begin(), log.end(),

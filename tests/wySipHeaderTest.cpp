@@ -31,11 +31,11 @@ Lines logOf(const std::string& reason) {
 // code type name|value|parameters
 std::string dump(const SipHeader& header) {
   std::string text = std::to_string(header.GetLastErrorCode()) + ' ' +
-                     std::to_string(header.getHeaderType()) + ' ' + content(header.getName()) +
-                     '|' + content(header.getValue()) + '|';
+                     std::to_string(header.getHeaderType()) + ' ' + toStdString(header.getName()) +
+                     '|' + toStdString(header.getValue()) + '|';
   for (auto param = header.firstParam(); param != nullptr; param = header.nextParam(param)) {
-    const std::string value = content(param->getValue());
-    text += ';' + content(param->getName()) + (value.empty() ? "" : '=' + value);
+    const std::string value = toStdString(param->getValue());
+    text += ';' + toStdString(param->getName()) + (value.empty() ? "" : '=' + value);
   }
   return text;
 }
@@ -228,7 +228,7 @@ TEST_F(SipHeaderTest, TellsWantOfMemoryInABracketFromARefusal) {
                 SipHeader header(name, text);
                 const VARN_EXCEPTION_CODES code = header.GetLastErrorCode();
                 const unsigned long order = hostFailAllocation(0);
-                EXPECT_TRUE(code != VARN_OK || content(header.getHeaderValue()) == c.text);
+                EXPECT_TRUE(code != VARN_OK || view(header.getHeaderValue()) == c.text);
                 hostFailAllocation(order);
                 EXPECT_NE(VARN_INVALID_INPUT, code);
                 return code;
@@ -243,7 +243,7 @@ TEST_F(SipHeaderTest, ReadsATelUriAsAnOpaqueOneWhereThereIsNoMemory) {
   sweepAllocations([&] {
     SipHeader header(name, text);
     const VARN_EXCEPTION_CODES code = header.GetLastErrorCode();
-    values.insert(std::to_string(code) + ' ' + content(header.getValue()));
+    values.insert(std::to_string(code) + ' ' + toStdString(header.getValue()));
     return code == VARN_INVALID_INPUT ? VARN_OK : VARN_RESOURCE_FAILURE;
   });
   EXPECT_EQ((std::set<std::string>{"0 <tel:+1>x", "1 ", "3 <tel:+1>"}), values);
@@ -294,7 +294,7 @@ TEST_F(SipHeaderTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
          kNotAssigned},
         set(kParam));
   check({fails("toString - getHeaderValue failed")}, [](SipHeader& header) {
-    const std::string text = content(header.toString());
+    const std::string text = toStdString(header.toString());
     const VARN_EXCEPTION_CODES code = header.GetLastErrorCode();
     EXPECT_EQ(code == VARN_OK ? "Contact: text/plain;q=1" : "", text);
     header.toString();

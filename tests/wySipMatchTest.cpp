@@ -31,13 +31,13 @@ class SipMatchTest : public LibraryTest {
       SCOPED_TRACE(testing::PrintToString(row));
       const naive::Marked expected = naive::marked(row);
       for (const std::string_view read : {""sv, "a1:[%"sv}) {
-        SipStrStream stream(sipString(std::string(read) + expected.text));
+        SipStrStream stream(toSipString(std::string(read) + expected.text));
         stream.discard(static_cast<unsigned int>(read.size()));
         EXPECT_EQ(expected.count, rule.match(stream, expected.start));
         EXPECT_EQ(log.empty() ? Lines{} : Lines{traceLine(kSource, log)}, takeLog());
       }
       for (std::size_t cut = 0; cut <= expected.text.size(); ++cut) {
-        const SipString text = sipString(expected.text.substr(0, cut));
+        const SipString text = toSipString(expected.text.substr(0, cut));
         for (unsigned int offset = 0; offset <= cut; ++offset) {
           EXPECT_LE(rule.match(text, offset), cut - offset);
         }
@@ -168,7 +168,7 @@ TEST_F(SipMatchTest, QuotedStringLogsWhyItDoesNotEnd) {
 
 TEST_F(SipMatchTest, SpecificStringIsTheWholeLiteral) {
   expectMatches(SipMatchSpecificString("sip"), {"sip|s", "x:^sip|", "SIP", "si", ""});
-  expectMatches(SipMatchSpecificString(sipString("\xE9\0b"sv)), {"\xE9\0b|"sv, "\xE9\0a"sv});
+  expectMatches(SipMatchSpecificString(toSipString("\xE9\0b"sv)), {"\xE9\0b|"sv, "\xE9\0a"sv});
   expectMatches(SipMatchSpecificString(""), {"a", ""});
   const SipString literal("sip");
   hostFailAllocation(1);

@@ -35,7 +35,7 @@ std::string setFails(const std::string& reason) {
 VARN_EXCEPTION_CODES writes(const SipParamList& list, std::string_view expected) {
   SipString out;
   const VARN_EXCEPTION_CODES code = list.appendToString(out);
-  EXPECT_TRUE(code != VARN_OK || content(out) == expected) << content(out);
+  EXPECT_TRUE(code != VARN_OK || view(out) == expected) << view(out);
   EXPECT_EQ(expected.size(), list.getStringLength());
   return code;
 }
@@ -69,7 +69,7 @@ TEST_F(SipParamTest, JudgesAValueByItsName) {
   SipParam* head = nullptr;
   SipParam param(&head);
   EXPECT_EQ(VARN_RESOURCE_FAILURE, param.setValue("v"));  // no name yet, but the value is there
-  EXPECT_EQ("v", content(param.getValue()));
+  EXPECT_EQ("v", view(param.getValue()));
   EXPECT_EQ(VARN_OK, param.setName("n"));
   const SipString longer("longer");
   hostFailAllocation(1);
@@ -129,7 +129,7 @@ TEST_F(SipParamListTest, ReadsTheParametersOfItsDialectAndWritesThemNewestFirst)
       header.setHeaderType(static_cast<WY_SIP_SIPHEADER_TYPE>(c.dialect));
     }
     SipParamList& list = c.dialect == kUri ? static_cast<SipParamList&>(uri) : header;
-    SipStrStream stream(sipString(c.text));
+    SipStrStream stream(toSipString(c.text));
     const bool fails = !c.log.empty() && c.log.back()[0] == '4';
     EXPECT_EQ(fails ? VARN_INVALID_INPUT : VARN_OK, list.parseParamList(stream));
     EXPECT_EQ(c.rest, c.text.substr(stream.pos()));
@@ -155,7 +155,7 @@ TEST_F(SipParamListTest, FindsDuplicatesWhateverTheNames) {
       expected.erase(0, isNew ? 0 : name.size() + 1);
     }
     SipAddrParamList list;
-    ASSERT_EQ(known.size() < 100 ? VARN_INVALID_INPUT : VARN_OK, parse(list, sipString(text)));
+    ASSERT_EQ(known.size() < 100 ? VARN_INVALID_INPUT : VARN_OK, parse(list, toSipString(text)));
     ASSERT_EQ(known.size() < 100 ? Lines{kDuplicate} : Lines{}, takeLog()) << text;
     ASSERT_EQ(VARN_OK, writes(list, expected)) << text;
   }
@@ -172,7 +172,7 @@ TEST_F(SipParamListTest, TellsThousandsOfSimilarNamesApart) {
   for (const char* last : {"", ";b", ";N1", ";n2500", ";bab", ";EARLIER"}) {
     SipAddrParamList list;
     EXPECT_EQ(VARN_OK, parse(list, ";earlier"));
-    EXPECT_EQ(*last == '\0' ? VARN_OK : VARN_INVALID_INPUT, parse(list, sipString(text + last)));
+    EXPECT_EQ(*last == '\0' ? VARN_OK : VARN_INVALID_INPUT, parse(list, toSipString(text + last)));
     EXPECT_EQ(*last == '\0' ? Lines{} : Lines{kDuplicate}, takeLog());
     EXPECT_EQ(text.size() + 8, list.getStringLength());
   }
@@ -199,7 +199,7 @@ TEST_F(SipParamListTest, SetsOnlyWhatItsGrammarCovers) {
     SCOPED_TRACE(c.written);
     SipAddrParamList list;
     EXPECT_EQ(VARN_OK, parse(list, ";X=2;y"));
-    const VARN_EXCEPTION_CODES code = list.setParameter(sipString(c.name), sipString(c.value));
+    const VARN_EXCEPTION_CODES code = list.setParameter(toSipString(c.name), toSipString(c.value));
     EXPECT_EQ(c.log.empty() ? VARN_OK : VARN_INVALID_INPUT, code);
     EXPECT_EQ(c.log, takeLog());
     EXPECT_EQ(VARN_RESOURCE_FAILURE, list.setParameter(" ", "1"));  // a name without a buffer
@@ -223,7 +223,7 @@ TEST_F(SipParamListTest, KeepsItsNamesArrayUntilAParameterIsSetOrRemoved) {
   const auto names = [&] {
     std::string text;
     for (const SipString** name = list.getParameterNames(&code); *name != nullptr; ++name) {
-      text += content(**name);
+      text += view(**name);
     }
     return text;
   };
@@ -316,13 +316,13 @@ TEST_F(SipParamListTest, ReadsOnWhereItsNodesChangeOnTheWay) {
     for (int i = 0; i < count; ++i) {
       text += ";name-of-some-length-" + std::to_string(i);
     }
-    EXPECT_EQ(VARN_OK, parse(list, sipString(text)));
+    EXPECT_EQ(VARN_OK, parse(list, toSipString(text)));
     list.removes_ = "X";
     EXPECT_EQ(VARN_OK, parse(list, ";x=2;y;x=3"));
     EXPECT_EQ(nullptr, list.find("x"));
     list.setParameter("x", "4");
     EXPECT_EQ(VARN_OK, list.setParameter(list.find("x")->getName(), "5"));
-    EXPECT_EQ("5", content(*list.getParameter("x")));
+    EXPECT_EQ("5", view(*list.getParameter("x")));
     list.removes_ = nullptr;
     SipStrStream stream("a-name-that-is-longer-than-the-one-before=1");
     EXPECT_EQ(VARN_OK, list.parseParam(*list.head(), stream));
@@ -336,7 +336,7 @@ TEST_F(SipParamListTest, FindsDuplicatesAndChangesNothingWithoutMemory) {
   for (int i = 1; i <= 70; ++i) {
     text += ";n" + std::to_string(i);
   }
-  const SipString duplicated = sipString(text + ";N40=v;x");
+  const SipString duplicated = toSipString(text + ";N40=v;x");
   const SipString name(" n40 ");
   const SipString value(" 1 ");
   const Runs given = sweepAllocations([&] {

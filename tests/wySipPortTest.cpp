@@ -44,7 +44,7 @@ TEST_F(SipPortTest, WritesEveryPortInAsManyDigitsAsItForetells) {
     const SipPort port(static_cast<unsigned short>(number));
     SipString text(":");
     ASSERT_EQ(VARN_OK, port.appendToString(text));
-    ASSERT_EQ(':' + std::to_string(number), content(text));
+    ASSERT_EQ(':' + std::to_string(number), view(text));
     ASSERT_EQ(text.length() - 1, port.getStringLength());
   }
 }

@@ -76,7 +76,7 @@ TEST_F(SipStringTest, GrowsToExactlyTheLengthAskedFor) {
     EXPECT_EQ(VARN_OK, step.change(text));
     const SipString& self = text;
     text = self;
-    EXPECT_EQ(step.content, content(text));
+    EXPECT_EQ(step.content, view(text));
     EXPECT_EQ('\0', text.c_str()[text.length()]);
     EXPECT_EQ(step.buffers, std::exchange(buffers, {}));
   }
@@ -102,13 +102,13 @@ TEST_F(SipStringTest, CopiesAndTakesAnyPartEvenOfItself) {
     EXPECT_EQ(0U, text.copy(nullptr, length, position));
     SipString out("out");
     EXPECT_EQ(inside ? VARN_OK : VARN_INVALID_INPUT, text.copy(out, length, position));
-    EXPECT_EQ(inside ? part : "out", content(out));
+    EXPECT_EQ(inside ? part : "out", view(out));
     EXPECT_EQ(VARN_OK, text.append(text.c_str() + std::min(position, 4U), count));
     EXPECT_EQ(VARN_OK, text.append(text));
     const std::string twice = letters + part + letters + part;
-    EXPECT_EQ(twice, content(text));
+    EXPECT_EQ(twice, view(text));
     EXPECT_EQ(VARN_OK, text.copy(text, length, position));
-    EXPECT_EQ(twice.substr(position, length), content(text));
+    EXPECT_EQ(twice.substr(position, length), view(text));
     EXPECT_EQ('\0', text.c_str()[text.length()]);
   }
 }
@@ -133,14 +133,14 @@ TEST_F(SipStringTest, ComparesUnsignedBytesAndFoldsAsciiLettersOnly) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.text));
-    const SipString text = sipString(c.text);
+    const SipString text = toSipString(c.text);
     const std::vector<char> exact(c.other.begin(), c.other.end());
     const auto length = static_cast<unsigned int>(exact.size());
     const int difference = text.compare(exact.data(), length);
     EXPECT_EQ(c.sign, (difference > 0 ? 1 : 0) - (difference < 0 ? 1 : 0));
-    EXPECT_EQ(difference == 0, text.compare(sipString(c.other)) == 0);
+    EXPECT_EQ(difference == 0, text.compare(toSipString(c.other)) == 0);
     EXPECT_EQ(c.caseCompared, text.caseCompare(exact.data(), length));
-    EXPECT_EQ(c.caseCompared, text.caseCompare(sipString(c.other)));
+    EXPECT_EQ(c.caseCompared, text.caseCompare(toSipString(c.other)));
   }
   EXPECT_EQ(1, SipString("abcd").compare("abc"));
   EXPECT_EQ(3, SipString("abcd").caseCompare("A"));
@@ -166,7 +166,7 @@ TEST_F(SipStringTest, FailedAssignmentLeavesACapacityThatStoresNothing) {
     EXPECT_STREQ("", text.c_str());
   }
   EXPECT_EQ(VARN_OK, text.append("wxyz"));
-  EXPECT_EQ("wxyz", content(text));
+  EXPECT_EQ("wxyz", view(text));
 }
 
 TEST_F(SipStringTest, FailedAllocationChangesNothing) {
@@ -205,7 +205,7 @@ TEST_F(SipStringDeathTest, LengthsThatWrapEndTheProcess) {
 
 TEST_F(SipStrStreamTest, TakesWhatIsAskedForOrStays) {
   const std::string bytes = "a\xE9\0cd"s;
-  SipStrStream start(sipString(bytes));
+  SipStrStream start(toSipString(bytes));
   EXPECT_EQ(-1, start.peek(kHuge));
   start.discard(1);
   for (const unsigned int length : {0U, 1U, 3U, 4U, 5U, kHuge - 1}) {
@@ -228,7 +228,7 @@ TEST_F(SipStrStreamTest, TakesWhatIsAskedForOrStays) {
     SipStrStream taken(start);
     SipString out("out");
     EXPECT_EQ(VARN_OK, taken.get(length, out));  // takes what is left
-    EXPECT_EQ(part, content(out));
+    EXPECT_EQ(part, view(out));
     EXPECT_EQ(1 + part.size(), taken.pos());
   }
   EXPECT_EQ(1U, start.pos());
@@ -262,7 +262,7 @@ TEST_F(SipLWSStrStreamTest, SkipsOneLwsInFrontAndEndsBeforeOneBehind) {
   const auto doneBehindMatch = [](const char* row) {
     SCOPED_TRACE(testing::PrintToString(row));
     const naive::Marked expected = naive::marked(row);
-    SipLWSStrStream stream(sipString(expected.text));
+    SipLWSStrStream stream(toSipString(expected.text));
     EXPECT_EQ(expected.start, stream.pos());
     EXPECT_EQ(VARN_OK, stream.discard(expected.count));
     return stream.done();

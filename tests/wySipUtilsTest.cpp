@@ -23,7 +23,7 @@ std::string textOf(Object* (*parse)(const char*), const std::string& via) {
     return "-";
   }
   const unsigned long order = hostFailAllocation(0);
-  std::string text = content(object->toString());
+  std::string text = toStdString(object->toString());
   text.erase(0, text.compare(0, 5, "Via: ") == 0 ? 5 : 0);
   hostFailAllocation(order);
   pzmemlog_remove(2, object);

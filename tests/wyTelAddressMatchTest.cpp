@@ -49,7 +49,7 @@ TEST_F(TelAddressMatchTest, TellsNumbersAndContextsFromTheStreamsPosition) {
                                       : c.rule == 'u' ? static_cast<WY_SIP_TELURI_TYPE>(4)
                                                       : WY_SIP_TELURI_TYPE_NONE);
     SipMatch& rule = c.rule == 'c' ? static_cast<SipMatch&>(context) : number;
-    SipStrStream stream(sipString(std::string("+1a") + c.text));
+    SipStrStream stream(toSipString(std::string("+1a") + c.text));
     stream.discard(3);
     for (const unsigned int offset : {0U, 1U}) {
       const bool past = offset + c.count > std::string_view(c.text).size();

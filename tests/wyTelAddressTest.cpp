@@ -38,24 +38,24 @@ std::string lastOf(const Lines& log) {
 std::string dump(const TelAddress& address) {
   std::string text = std::to_string(address.GetLastErrorCode()) + ' ' +
                      std::to_string(address.getType()) + (address.isBracketed() ? "<" : "") +
-                     content(address.getDisplayName());
+                     toStdString(address.getDisplayName());
   for (const auto* piece : {&address.getPhoneNumber(), &address.getISDNSubAddr(),
                             &address.getExtension(), &address.getContext()}) {
-    text += '|' + content(*piece);
+    text += '|' + toStdString(*piece);
   }
   text += '|';
   for (auto param = address.firstParam(); param != nullptr; param = address.nextParam(param)) {
-    const std::string value = content(param->getValue());
-    text += ';' + content(param->getName()) + (value.empty() ? "" : '=' + value);
+    const std::string value = toStdString(param->getValue());
+    text += ';' + toStdString(param->getName()) + (value.empty() ? "" : '=' + value);
   }
   return text;
 }
 
 // Read again, what is written gives the same address; only brackets that are written count.
 void expectToReadBack(TelAddress& address) {
-  const std::string text = content(address.toString());
+  const std::string text = toStdString(address.toString());
   TelAddress again(address.toString());
-  EXPECT_EQ(text, content(again.toString()));
+  EXPECT_EQ(text, view(again.toString()));
   EXPECT_EQ(text.back() == '>', again.isBracketed());
   std::string expected = dump(address);
   if (again.isBracketed() && !address.isBracketed()) {
@@ -67,7 +67,7 @@ void expectToReadBack(TelAddress& address) {
   SipString uri;
   EXPECT_EQ(VARN_OK, address.getURIString(uri));
   EXPECT_EQ(address.getURIStringLength(), uri.length() + 4);
-  EXPECT_NE(std::string::npos, text.find("tel:" + content(uri)));
+  EXPECT_NE(std::string::npos, text.find("tel:" + toStdString(uri)));
 }
 
 using TelAddressTest = LibraryTest;
@@ -142,8 +142,9 @@ TEST_F(TelAddressTest, ReadsAStreamIntoEachOfItsOutputsOrIntoNone) {
     EXPECT_EQ(missing == 6 ? 31U : 1U, stream.pos());
   }
   EXPECT_EQ("0 2<|1||||", dump(address));
-  EXPECT_EQ("|+1||2|b", content(texts[0]) + '|' + content(texts[1]) + '|' + content(texts[2]) +
-                            '|' + content(texts[3]) + '|' + content(texts[4]));
+  EXPECT_EQ("|+1||2|b", toStdString(texts[0]) + '|' + toStdString(texts[1]) + '|' +
+                            toStdString(texts[2]) + '|' + toStdString(texts[3]) + '|' +
+                            toStdString(texts[4]));
   EXPECT_EQ(Lines(6, kSource), takeAssertions());
   EXPECT_EQ(Lines(6, fails("parseTelNameAddr | Input Parameter NULL")), takeLog());
 }
@@ -152,7 +153,7 @@ enum Setter { kName, kNumber, kIsub, kExt, kContext, kParam, kRemoved };
 
 VARN_EXCEPTION_CODES change(TelAddress& address, Setter setter, const std::string& value) {
   const std::size_t equal = std::min(value.find('='), value.size());
-  const SipString text = sipString(value);
+  const SipString text = toSipString(value);
   switch (setter) {
     case kName:
       return address.setDisplayName(text);
@@ -165,8 +166,8 @@ VARN_EXCEPTION_CODES change(TelAddress& address, Setter setter, const std::strin
     case kContext:
       return address.setContext(text);
     case kParam:
-      return address.setParameter(sipString(value.substr(0, equal)),
-                                  sipString(value.substr(equal).erase(0, 1)));
+      return address.setParameter(toSipString(value.substr(0, equal)),
+                                  toSipString(value.substr(equal).erase(0, 1)));
     default:
       return address.removeParameter(text);
   }
@@ -274,7 +275,7 @@ TEST_F(TelAddressTest, WritesWhatItIsNowWhateverItWroteBefore) {
         change(writing, each->setter, each->value);
         change(silent, each->setter, each->value);
       }
-      ASSERT_EQ(content(silent.toString()), content(writing.toString()));
+      ASSERT_EQ(view(silent.toString()), view(writing.toString()));
       writing.VarnSetLastErrorCode(VARN_SHORT_INPUT);
       writing.toString();  // as it is kept
       EXPECT_EQ(VARN_OK, writing.GetLastErrorCode());
@@ -287,7 +288,7 @@ TEST_F(TelAddressTest, NamesItsParametersAndFindsThemInAnyCase) {
     std::string all;
     address.VarnSetLastErrorCode(VARN_SHORT_INPUT);
     for (const SipString** name = address.getParameterNames(); *name != nullptr; ++name) {
-      all += content(**name) + ' ';
+      all += toStdString(**name) + ' ';
     }
     EXPECT_EQ(VARN_OK, address.GetLastErrorCode());
     return all;
@@ -341,7 +342,7 @@ struct OpenList : TelAddrParamList {
 
 // Letters small, for an order by unsigned bytes without regard to case.
 std::string folded(const SipParam* param) {
-  std::string name = content(param->getName());
+  std::string name = toStdString(param->getName());
   std::transform(name.begin(), name.end(), name.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
   return name;
@@ -386,7 +387,7 @@ TEST_F(TelAddressTest, WalksParametersInOrderOfNamesThroughEveryChange) {
     do {
       name += bytes[some(bytes.size())];
     } while (some(5) != 0);
-    return sipString(name);
+    return toSipString(name);
   };
   for (const unsigned int size : {3U, 40U}) {
     OpenList list;
@@ -425,7 +426,7 @@ TEST_F(TelAddressTest, WalksParametersInOrderOfNamesThroughEveryChange) {
       for (std::size_t steps = some(walk.size()); steps != 0; --steps) {
         from = list.nextParam(from);
       }
-      list.setParameter(sipString('n' + std::to_string(round)), "");
+      list.setParameter(toSipString('n' + std::to_string(round)), "");
       from = some(2) == 0 ? anyNode() : from;
       anyNode()->setName(randomName("aAbB-1"));
       EXPECT_EQ(sorted(list, from), walked(list, from));
@@ -443,19 +444,19 @@ TEST_F(TelAddressTest, WritesAListAsItIsWalkedWithOrWithoutMemoryForASort) {
   for (const int size : {15, 16, 17, 300}) {
     TelAddrParamList list;
     for (int i = 0; i < size; ++i) {
-      list.setParameter(sipString('n' + std::to_string(i * 7 % size)), i % 2 == 0 ? "v" : "");
+      list.setParameter(toSipString('n' + std::to_string(i * 7 % size)), i % 2 == 0 ? "v" : "");
     }
     list.find("n3")->setName("N5");  // two of one name: the newest is written
     list.find("n9")->setName("");
     std::string walked;
     for (auto param = list.firstParam(); param != nullptr; param = list.nextParam(param)) {
-      walked += ';' + content(param->getName());
+      walked += ';' + toStdString(param->getName());
       walked += param->getValue().length() == 0 ? "" : "=v";
     }
     sweepAllocations([&] {
       SipString text;
       const VARN_EXCEPTION_CODES code = list.appendToString(text);
-      EXPECT_TRUE(code != VARN_OK || walked == content(text));
+      EXPECT_TRUE(code != VARN_OK || walked == view(text));
       return code;
     });
   }
@@ -478,16 +479,16 @@ TEST_F(TelAddressTest, AsksADerivedListForTheFirstParameterAsForTheNext) {
     EveryOtherList some;
     std::string expected[2];
     for (char name = 'a'; name <= last; ++name) {
-      all.setParameter(sipString({&name, 1}), "");
-      some.setParameter(sipString({&name, 1}), "");
+      all.setParameter(toSipString({&name, 1}), "");
+      some.setParameter(toSipString({&name, 1}), "");
       expected[0] += {';', name};
       expected[1] += (name - 'a') % 2 == 0 ? "" : std::string{';', name};
     }
     SipString written[2];
     all.appendToString(written[0]);
     some.appendToString(written[1]);
-    EXPECT_EQ(expected[0], content(written[0]));
-    EXPECT_EQ(expected[1], content(written[1]));
+    EXPECT_EQ(expected[0], view(written[0]));
+    EXPECT_EQ(expected[1], view(written[1]));
   }
 }
 
@@ -497,7 +498,7 @@ std::string converted(SipStrStream&& stream) {
   EXPECT_EQ(VARN_OK, address.convertTelToSipUserInfoSyntax(stream, out));
   EXPECT_EQ(VARN_OK, address.GetLastErrorCode());
   EXPECT_TRUE(stream.done());
-  return content(out);
+  return toStdString(out);
 }
 
 TEST_F(TelAddressTest, ConvertsToAUserPartInSmallLetters) {
@@ -517,10 +518,10 @@ TEST_F(TelAddressTest, ConvertsToAUserPartInSmallLetters) {
   };
   for (int c = 0; c < 256; ++c) {
     const std::string text(1, static_cast<char>(c));
-    EXPECT_EQ(naive(text), converted(SipStrStream(sipString(text))));
+    EXPECT_EQ(naive(text), converted(SipStrStream(toSipString(text))));
   }
   naive::forEachText({"A", "%", "4", "g", "#", ":", "\xE9", " "}, 4, [&](const std::string& text) {
-    EXPECT_EQ(naive(text), converted(SipStrStream(sipString(text))));
+    EXPECT_EQ(naive(text), converted(SipStrStream(toSipString(text))));
   });
   const std::pair<const char*, const char*> cases[] = {{" \tA \r\n B \t", "a%20%0d%0a%20b"},
                                                        {"A  \r\n", "a%20%20%0d%0a"},
@@ -555,10 +556,10 @@ TEST_F(TelAddressTest, ConvertsWhatAStreamOfTheCallersHasUntilItIsDone) {
   TelAddress address(kBare);
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
-    StoppingStream stream(sipString(c.text), c.end);
+    StoppingStream stream(toSipString(c.text), c.end);
     SipString out;
     EXPECT_EQ(VARN_OK, address.convertTelToSipUserInfoSyntax(stream, out));
-    EXPECT_EQ(c.out, content(out));
+    EXPECT_EQ(c.out, view(out));
     EXPECT_EQ(c.position, stream.pos());
   }
 }
@@ -593,7 +594,7 @@ TEST_F(TelAddressTest, BecomesASipAddressUpToTheFirstFailure) {
     takeLog();
     EXPECT_EQ(c.code, tel.toSipAddress(target));
     EXPECT_EQ(c.code, tel.GetLastErrorCode());
-    EXPECT_EQ(c.text, content(target.toString()));
+    EXPECT_EQ(c.text, view(target.toString()));
     EXPECT_EQ(c.log, takeLog());
   }
 }
@@ -601,7 +602,7 @@ TEST_F(TelAddressTest, BecomesASipAddressUpToTheFirstFailure) {
 TEST_F(TelAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
   const auto whole = [](auto&& address, const std::string& expected) {
     if (address.GetLastErrorCode() == VARN_OK) {
-      const std::string text = content(address.toString());
+      const std::string text = toStdString(address.toString());
       EXPECT_EQ(address.GetLastErrorCode() == VARN_OK ? expected : "", text);
     }
     EXPECT_LE(address.GetLastErrorCode(), VARN_RESOURCE_FAILURE);
@@ -623,7 +624,7 @@ TEST_F(TelAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
                                                              : address.GetLastErrorCode();
               }));
   };
-  check({}, [&](TelAddress& address) { return whole(address, content(before)); });
+  check({}, [&](TelAddress& address) { return whole(address, toStdString(before)); });
   std::string many = "<tel:+1";
   Runs ofMany = {{noStream}};
   for (int i = 10; i < 30; ++i) {
@@ -631,9 +632,9 @@ TEST_F(TelAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
     ofMany.insert(ofMany.end(), {{}, {kNotAssigned}});
   }
   ofMany.push_back({});
-  const SipString longList = sipString(many + '>');
+  const SipString longList = toSipString(many + '>');
   EXPECT_EQ(ofMany,
-            sweepAllocations([&] { return whole(TelAddress(longList), content(longList)); }));
+            sweepAllocations([&] { return whole(TelAddress(longList), toStdString(longList)); }));
   const SipString longer("longer-than-the-old-piece.test");
   const SipString digits("+1234567890123456789012345");
   const SipString extension("1234567890123456789012345");

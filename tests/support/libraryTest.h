@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "hostControl.h"
+#include "wySipCxx.h"
 #include "wySipString.h"
 
 using Lines = std::vector<std::string>;
@@ -91,12 +92,8 @@ std::pair<std::string, std::string> sidesOf(const std::string& row);
 // Returns a copy of a text in a block of just its size, terminator included.
 std::unique_ptr<char[]> exactCopy(std::string_view text);
 
-// Returns the content of a string, zero bytes included.
-inline std::string content(const SipString& text) { return {text.c_str(), text.length()}; }
-
-// Returns a string of this content, zero bytes included.
-inline SipString sipString(std::string_view text) {
-  return SipString(text.data(), static_cast<unsigned int>(text.size()));
-}
+using siputility::toSipString;
+using siputility::toStdString;
+using siputility::view;
 
 #endif  // TESTS_SUPPORT_LIBRARY_TEST_H

@@ -44,7 +44,7 @@ inline Marked marked(std::string_view row) {
 // Returns the count of a rule at the offset of a fresh stream.
 template <typename Rule>
 unsigned int countOf(std::string_view text, unsigned int offset = 0) {
-  return Rule().match(SipStrStream(sipString(text)), offset);
+  return Rule().match(SipStrStream(toSipString(text)), offset);
 }
 
 // Calls check(text) for each row of up to `most` of the pieces, until the test has failed.

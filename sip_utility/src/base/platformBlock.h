@@ -8,14 +8,9 @@
 #include <type_traits>
 
 #include "imsdpl.h"
+#include "wySipCxx.h"
 
-struct PlatformFree {
-  void operator()(void* block) const { __free(block); }
-};
-
-// Owns an array of plain elements, or nothing.
-template <typename Element>
-using PlatformBlock = std::unique_ptr<Element[], PlatformFree>;
+using siputility::PlatformBlock;
 
 // Owns a zero-terminated text, or nothing.
 using PlatformText = PlatformBlock<char>;

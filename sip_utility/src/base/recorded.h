@@ -9,6 +9,7 @@
 
 #include "base/allocationWatch.h"
 #include "base/log.h"
+#include "wySipCxx.h"
 
 // Returns an object made from the arguments and recorded for the place; null without memory.
 template <typename Object, typename... Arguments>
@@ -31,16 +32,9 @@ void deleteRecorded(Object* object) {
   }
 }
 
-struct RecordedDelete {
-  template <typename Object>
-  void operator()(Object* object) const {
-    deleteRecorded(object);
-  }
-};
-
 // Owns a recorded object, or nothing.
 template <typename Object>
-using Recorded = std::unique_ptr<Object, RecordedDelete>;
+using Recorded = siputility::HandedOut<Object>;
 
 // Returns an array of count elements, plain ones uninitialised, recorded for the place; null
 // without memory.

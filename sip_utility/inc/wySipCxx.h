@@ -1,0 +1,109 @@
+// wySipCxx.h - helpers for C++ callers: views, equality, loops over parameters, owners.
+//
+// All of it is inline and made of the library's public operations; nothing is exported.
+#ifndef WY_SIP_CXX_H
+#define WY_SIP_CXX_H
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "imsdpl.h"
+#include "wySipString.h"
+
+class SipParam;
+
+namespace siputility {
+
+// Returns the content of a string, zero bytes included. The view lives until the string next
+// changes.
+inline std::string_view view(const SipString& text) { return {text.c_str(), text.length()}; }
+
+// Returns a copy of that content.
+inline std::string toStdString(const SipString& text) { return std::string(view(text)); }
+
+// Returns a string with a copy of these bytes, at most 2^32 - 2 of them.
+inline SipString toSipString(std::string_view bytes) {
+  return {bytes.data(), static_cast<unsigned int>(bytes.size())};
+}
+
+// Returns whether two texts are the same bytes. Unlike SipString::compare(), it never ends the
+// process, so the texts may come from the network.
+inline bool equal(std::string_view a, std::string_view b) { return a == b; }
+inline bool equal(const SipString& a, std::string_view b) { return view(a) == b; }
+
+// Does so without regard to the case of ASCII letters.
+inline bool equalIgnoringCase(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [lower](char x, char y) { return lower(x) == lower(y); });
+}
+inline bool equalIgnoringCase(const SipString& a, std::string_view b) {
+  return equalIgnoringCase(view(a), b);
+}
+
+// The parameters of a header, an address or a list, in the order in which they are written:
+//
+//   for (const SipParam& param : siputility::paramsOf(header)) ...
+//
+// The loop asks firstParam() and nextParam(); the owner must live and not change meanwhile.
+template <typename Owner>
+class ParamRange {
+ public:
+  class Iterator {
+   public:
+    Iterator(const Owner& owner, const SipParam* param) : owner_(&owner), param_(param) {}
+
+    const SipParam& operator*() const { return *param_; }
+    const SipParam* operator->() const { return param_; }
+    Iterator& operator++() {
+      param_ = owner_->nextParam(param_);
+      return *this;
+    }
+    bool operator!=(const Iterator& other) const { return param_ != other.param_; }
+
+   private:
+    const Owner* owner_;
+    const SipParam* param_;
+  };
+
+  explicit ParamRange(const Owner& owner) : owner_(owner) {}
+
+  Iterator begin() const { return {owner_, owner_.firstParam()}; }
+  Iterator end() const { return {owner_, nullptr}; }
+
+ private:
+  const Owner& owner_;
+};
+
+template <typename Owner>
+ParamRange<Owner> paramsOf(const Owner& owner) {
+  return ParamRange<Owner>(owner);
+}
+
+struct PlatformFree {
+  void operator()(void* block) const { __free(block); }
+};
+
+// Owns a block of the platform, as the free functions hand them out; or nothing.
+template <typename Element>
+using PlatformBlock = std::unique_ptr<Element[], PlatformFree>;
+
+struct HandedOutDelete {
+  template <typename Object>
+  void operator()(Object* object) const {
+    constexpr int kMemoryCategory = 2;
+    pzmemlog_remove(kMemoryCategory, object);
+    delete object;
+  }
+};
+
+// Owns an object that a free function handed out, such as ParseViaHeaderToAdress(): takes it off
+// the memory log and deletes it. Or owns nothing.
+template <typename Object>
+using HandedOut = std::unique_ptr<Object, HandedOutDelete>;
+
+}  // namespace siputility
+
+#endif  // WY_SIP_CXX_H
