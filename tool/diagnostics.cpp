@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <iostream>
 
-#include "dump.h"
 #include "hostControl.h"
+#include "text.h"
 
 namespace {
 
