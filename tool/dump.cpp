@@ -2,7 +2,6 @@
 #include "dump.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 
 #include "diagnostics.h"
@@ -111,24 +110,6 @@ nlohmann::ordered_json addressJson(const SipHeader& header) {
   }
   object["diagnostics"] = address.logged;
   return object;
-}
-
-// Returns JSON text with DEL and the C1 controls as \u00HH: the writer leaves them, and
-// a terminal would obey them.
-std::string withoutControls(const std::string& json) {
-  std::string result;
-  for (std::size_t i = 0; i < json.size(); ++i) {
-    const bool wide = json.compare(i, 1, "\xC2") == 0 && json.compare(i + 1, 1, "\xA0") < 0;
-    if (wide || json[i] == '\x7F') {
-      i += wide ? 1 : 0;
-      char escape[sizeof "\\u00HH"];
-      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned char>(json[i]));
-      result += escape;
-    } else {
-      result += json[i];
-    }
-  }
-  return result;
 }
 
 }  // namespace
@@ -252,6 +233,6 @@ nlohmann::ordered_json toJson(SipHeader& header, VARN_EXCEPTION_CODES code) {
 }
 
 std::string jsonLine(const nlohmann::ordered_json& object) {
-  return withoutControls(
-      object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+  constexpr bool kAscii = true;
+  return object.dump(-1, ' ', kAscii, nlohmann::ordered_json::error_handler_t::replace);
 }
