@@ -24,7 +24,7 @@ while [ $# -ne 0 ]; do
 done
 build=build/release program=build/release/bench/siputility_bench
 out=${out:-$build/$name.json}
-scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp pcap/pcap.h gtest/gtest.h \
+scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp utf8.h pcap/pcap.h gtest/gtest.h \
   benchmark/benchmark.h jq
 cmake --preset release >/dev/null
 cmake --build --preset release --target siputility_bench -- --quiet >&2

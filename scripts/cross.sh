@@ -19,7 +19,7 @@ case ${1-} in
 esac
 processor=$1
 shift
-scripts/need.sh "${tools[@]}" cmake ninja CLI/CLI.hpp nlohmann/json.hpp googletest \
+scripts/need.sh "${tools[@]}" cmake ninja CLI/CLI.hpp nlohmann/json.hpp utf8.h googletest \
   python3-jsonschema
 
 sysroot=$PWD/build/sysroot-$processor

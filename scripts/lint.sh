@@ -5,7 +5,7 @@
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
-scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp pcap/pcap.h gtest/gtest.h \
+scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp utf8.h pcap/pcap.h gtest/gtest.h \
   benchmark/benchmark.h clang-tidy shellcheck python3
 set -x
 scripts/format.sh --dry-run -Werror

@@ -13,6 +13,7 @@ package_of() {
     ninja) echo ninja-build ;;
     CLI/CLI.hpp) echo libcli11-dev ;;
     nlohmann/json.hpp) echo nlohmann-json3-dev ;;
+    utf8.h) echo libutfcpp-dev ;;
     gtest/gtest.h) echo libgtest-dev ;;
     benchmark/benchmark.h) echo libbenchmark-dev ;;
     pcap/pcap.h) echo libpcap-dev ;;

@@ -5,7 +5,7 @@
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
-scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp pcap/pcap.h dpkg-shlibdeps \
+scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp utf8.h pcap/pcap.h dpkg-shlibdeps \
   lintian pkg-config
 build=$PWD/build/package
 export DEB_BUILD_MAINT_OPTIONS=hardening=+all

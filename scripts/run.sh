@@ -16,7 +16,7 @@ quietly() { # COMMAND...: shows the output of a command that fails
 }
 
 build() {
-  "$root/scripts/need.sh" g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp pcap/pcap.h
+  "$root/scripts/need.sh" g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp utf8.h pcap/pcap.h
   echo "dev: building siputil in build/tool" >&2
   log=$(mktemp)
   trap 'rm -f "$log"' EXIT

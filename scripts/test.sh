@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=${1-dev}
 [ $# -eq 0 ] || shift
-probes=(g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp pcap/pcap.h gtest/gtest.h
+probes=(g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp utf8.h pcap/pcap.h gtest/gtest.h
   python3-jsonschema)
 case $preset in
   dev) probes+=(pkg-config) ;;

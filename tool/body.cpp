@@ -27,6 +27,7 @@ std::optional<std::string> takeBlock(unsigned char* block, unsigned int length) 
   return bytes;
 }
 
+// By hand: Debian's libb64 breaks the text into lines and would be one more shared library.
 std::string base64(std::string_view bytes) {
   constexpr std::string_view kDigits =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";

@@ -1,6 +1,8 @@
 // text.cpp - text as the tool needs it: for terminals, and compared.
 #include "text.h"
 
+#include <utf8.h>
+
 #include <algorithm>
 #include <numeric>
 
@@ -8,43 +10,17 @@
 
 namespace {
 
-unsigned int codeAt(std::string_view text, std::size_t i) {
-  return i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
-}
-
-bool within(unsigned int code, unsigned int first, unsigned int last) {
-  return first <= code && code <= last;
-}
-
-// The well-formed UTF-8 characters: the lead byte, the byte behind it, the length.
-const struct {
-  unsigned int firstLead, lastLead, firstSecond, lastSecond;
-  std::size_t length;
-} kUtf8Forms[] = {
-    {0x00, 0x7F, 0x00, 0xFF, 1}, {0xC2, 0xDF, 0x80, 0xBF, 2}, {0xE0, 0xE0, 0xA0, 0xBF, 3},
-    {0xE1, 0xEC, 0x80, 0xBF, 3}, {0xED, 0xED, 0x80, 0x9F, 3}, {0xEE, 0xEF, 0x80, 0xBF, 3},
-    {0xF0, 0xF0, 0x90, 0xBF, 4}, {0xF1, 0xF3, 0x80, 0xBF, 4}, {0xF4, 0xF4, 0x80, 0x8F, 4},
-};
-
-// Returns the length of the well-formed character that the text begins with; 0 for none.
-std::size_t characterLength(std::string_view text) {
-  for (const auto& form : kUtf8Forms) {
-    if (!within(codeAt(text, 0), form.firstLead, form.lastLead)) {
-      continue;
-    }
-    bool formed = within(codeAt(text, 1), form.firstSecond, form.lastSecond);
-    for (std::size_t i = 2; i < form.length; ++i) {
-      formed = formed && within(codeAt(text, i), 0x80, 0xBF);
-    }
-    return formed ? form.length : 0;
-  }
-  return 0;
-}
-
 // C0 and C1 controls and DEL would steer the terminal.
-bool isControl(std::string_view character) {
-  const unsigned int first = codeAt(character, 0);
-  return first < 0x20 || first == 0x7F || (first == 0xC2 && codeAt(character, 1) < 0xA0);
+bool isControl(char32_t character) {
+  return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
+// Takes the next character off the front of well-formed UTF-8.
+char32_t takeCharacter(std::string_view& text) {
+  const char* end = text.data();
+  const char32_t character = utf8::unchecked::next(end);
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  return character;
 }
 
 std::string hexEscapes(std::string_view text) {
@@ -55,6 +31,22 @@ std::string hexEscapes(std::string_view text) {
     escapes.append("\\x").append(1, kDigits[code / 16]).append(1, kDigits[code % 16]);
   }
   return escapes;
+}
+
+// Returns well-formed UTF-8 with its controls and backslashes escaped.
+std::string withEscapes(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const std::string_view rest = text;
+    const bool control = isControl(takeCharacter(text));
+    const std::string_view character = rest.substr(0, rest.size() - text.size());
+    if (control) {
+      result.append(hexEscapes(character));
+    } else {
+      result.append(character == "\\" ? "\\\\" : character);
+    }
+  }
+  return result;
 }
 
 int lowerCase(char c) {
@@ -89,30 +81,20 @@ std::size_t distance(std::string_view a, std::string_view b) {
 std::string printable(std::string_view text) {
   std::string result;
   while (!text.empty()) {
-    const std::size_t length = characterLength(text);
-    const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
-    if (length == 0 || isControl(character)) {
-      result.append(hexEscapes(character));
-    } else {
-      result.append(character == "\\" ? "\\\\" : character);
-    }
-    text.remove_prefix(character.size());
+    const std::size_t end = std::min(utf8::find_invalid(text), text.size());
+    result.append(withEscapes(text.substr(0, end))).append(hexEscapes(text.substr(end, 1)));
+    text.remove_prefix(std::min(end + 1, text.size()));
   }
   return result;
 }
 
 bool isPlainText(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t length = characterLength(text);
-    const std::string_view character = text.substr(0, length);
-    const bool layout =
-        length == 1 && std::string_view("\t\r\n").find(text[0]) != std::string_view::npos;
-    if (length == 0 || (isControl(character) && !layout)) {
-      return false;
-    }
-    text.remove_prefix(length);
+  bool plain = utf8::is_valid(text);
+  while (plain && !text.empty()) {
+    const char32_t character = takeCharacter(text);
+    plain = !isControl(character) || character == '\t' || character == '\r' || character == '\n';
   }
-  return true;
+  return plain;
 }
 
 bool sameIgnoringCase(std::string_view a, std::string_view b) {
