@@ -87,33 +87,27 @@ void forEachHeader(const SipMultipartMessageBody& node, Function function) {
 
 }  // namespace
 
-BodyTree::BodyTree(std::string_view body, const std::string& contentType, Diagnostics& diagnostics)
-    : accepted_(false) {
-  std::vector<int> lengths;  // a node stores 16 bits of them
-  diagnostics.onLine([this, &lengths](std::string_view text) {
-    if (text.find("::wySipConstructMultipartMessageStructure new ") != std::string_view::npos) {
-      lengths.push_back(utility_.partContentLength);
-    }
-  });
+BodyTree::BodyTree(std::string_view body, const std::string& contentType) : accepted_(false) {
   std::string copy(body);
   accepted_ = body.size() <= UINT32_MAX && utility_.wySipGetMultiPartMessageBody(
                                                data(copy), static_cast<unsigned int>(body.size()),
                                                contentType.c_str()) != nullptr;
-  diagnostics.onLine(nullptr);
+  std::size_t elsewhere = body.size();  // what is in no content, as far as the nodes say
   for (const SipMultipartMessageBody* node = utility_.m_pMultipartMsgHead; node != nullptr;
        node = following(node)) {
     const std::size_t i = parts_.size();
     const bool nested = i != 0 && parts_[i - 1].node == node->parent;
-    Part part = {i + 1, 0, 0, node, body};
+    Part part = {i + 1, 0, 0, node, {reinterpret_cast<const char*>(node->body), node->bodyLength},
+                 false};
     if (i != 0) {
       part.parent = nested ? i : parts_[i - 1].parent;
       part.depth = parts_[i - 1].depth + (nested ? 1 : 0);
     }
-    if (i < lengths.size()) {
-      part.content = {reinterpret_cast<const char*>(node->body),
-                      node->body == nullptr ? 0 : static_cast<std::size_t>(lengths[i])};
-    }
+    elsewhere -= std::min(elsewhere, part.content.size());
     parts_.push_back(part);
+  }
+  for (Part& part : parts_) {
+    part.mayBeLonger = elsewhere > UINT16_MAX;
   }
 }
 
@@ -137,7 +131,7 @@ MessageBody::MessageBody(const Message& message) : bytes(message.body) {
     bytes = std::move(*inflatedBytes);
   }
   if (isMultipartType(type) && !bytes.empty()) {
-    tree = std::make_unique<BodyTree>(bytes, type, diagnostics);
+    tree = std::make_unique<BodyTree>(bytes, type);
     faults = tree->accepted() ? faults : diagnostics.reasons(VARN_INVALID_INPUT);
   }
 }
@@ -160,7 +154,7 @@ std::optional<std::string> inflated(std::string bytes) {
   return takeBlock(block, length);
 }
 
-std::string contentLines(const std::string& title, std::string_view bytes) {
+std::string contentLines(const std::string& title, std::string_view bytes, const char* remark) {
   std::string lines;
   if (isPlainText(bytes)) {
     lines = bytes;
@@ -168,7 +162,8 @@ std::string contentLines(const std::string& title, std::string_view bytes) {
   } else {
     lines = hexDump(bytes);
   }
-  return title + ", " + std::to_string(bytes.size()) + " bytes\n" + indented(lines, kIndent);
+  return title + ", " + std::to_string(bytes.size()) + " bytes" + remark + '\n' +
+         indented(lines, kIndent);
 }
 
 std::string partLines(const Part& part) {
@@ -179,7 +174,7 @@ std::string partLines(const Part& part) {
   if (part.node->preamble != nullptr) {
     lines += contentLines("preamble", part.node->preamble);
   }
-  lines += contentLines("content", part.content);
+  lines += contentLines("content", part.content, part.mayBeLonger ? kOrLonger : "");
   if (part.node->epilogue != nullptr) {
     lines += contentLines("epilogue", part.node->epilogue);
   }
@@ -212,6 +207,9 @@ nlohmann::ordered_json toJson(const std::vector<Part>& parts) {
     object["preamble"] = textOrNull(part.node->preamble);
     object["epilogue"] = textOrNull(part.node->epilogue);
     addContent(object["content"], part.content);
+    if (part.mayBeLonger) {
+      object["content"]["length"] = nullptr;
+    }
     list.push_back(object);
   }
   return list;

@@ -19,14 +19,17 @@ struct Part {
   unsigned long parent;  // the number of the part that it is nested in; 0 for none
   unsigned int depth;    // 0 for a part that is not nested
   const SipMultipartMessageBody* node;
-  std::string_view content;  // all of it, also what the node's 16-bit length does not tell
+  std::string_view content;  // as many bytes as the node says
+  bool mayBeLonger;          // a node stores the length modulo 65,536
 };
+
+// What follows the length of a content that may be longer.
+constexpr const char* kOrLonger = ", or 65,536 or more";
 
 // The parts of a body under a Content-Type value.
 class BodyTree {
  public:
-  // What the library logs meanwhile goes to the diagnostics.
-  BodyTree(std::string_view body, const std::string& contentType, Diagnostics& diagnostics);
+  BodyTree(std::string_view body, const std::string& contentType);
 
   // Returns whether the body was accepted; the parts in front of a fault are there all the same.
   bool accepted() const { return accepted_; }
@@ -53,8 +56,9 @@ struct MessageBody {
 std::optional<std::string> deflated(std::string bytes);
 std::optional<std::string> inflated(std::string bytes);
 
-// Returns the bytes below a title line: as text, or in hexadecimal and text when they are none.
-std::string contentLines(const std::string& title, std::string_view bytes);
+// Returns the bytes below a title line with their length: as text, or in hexadecimal and text when
+// they are none. The remark follows the length.
+std::string contentLines(const std::string& title, std::string_view bytes, const char* remark = "");
 
 // Returns a part below a title line.
 std::string partLines(const Part& part);

@@ -33,7 +33,7 @@ int runBody(const BodyOptions& options) {
     return complain(options.file + " cannot be read", kWrongUsage);
   }
   Diagnostics diagnostics;
-  const BodyTree tree(body, options.type, diagnostics);
+  const BodyTree tree(body, options.type);
   const std::vector<Part> parts = selected(options, tree.parts());
   if (options.json) {
     nlohmann::ordered_json object;
@@ -53,6 +53,11 @@ int runBody(const BodyOptions& options) {
   }
   if (options.part != 0 && parts.empty()) {
     return complain("there is no part " + std::to_string(options.part), kRefused);
+  }
+  if (options.raw && parts.front().mayBeLonger) {
+    return complain("part " + std::to_string(options.part) + " has " +
+                        std::to_string(parts.front().content.size()) + " bytes" + kOrLonger,
+                    kRefused);
   }
   return tree.accepted() ? kAccepted : kRefused;
 }

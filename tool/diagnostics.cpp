@@ -72,15 +72,8 @@ void Diagnostics::install() {
   current = this;
   hostSetLogHandler(
       [](void* self, const HostLogLine& line) {
-        static_cast<Diagnostics*>(self)->add(
+        static_cast<Diagnostics*>(self)->lines_.push_back(
             {line.level, line.moduleId, line.sourceFile, line.text});
       },
       this);
-}
-
-void Diagnostics::add(Line line) {
-  if (lineFunction_) {
-    lineFunction_(line.text);
-  }
-  lines_.push_back(std::move(line));
 }

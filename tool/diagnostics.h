@@ -2,11 +2,8 @@
 #ifndef TOOL_DIAGNOSTICS_H
 #define TOOL_DIAGNOSTICS_H
 
-#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 // Collects the module log while it lives. One made while another lives takes the log over until
@@ -17,11 +14,6 @@ class Diagnostics {
   ~Diagnostics();
   Diagnostics(const Diagnostics&) = delete;
   Diagnostics& operator=(const Diagnostics&) = delete;
-
-  // Has a function told the text of each line as it comes; null for none.
-  void onLine(std::function<void(std::string_view text)> function) {
-    lineFunction_ = std::move(function);
-  }
 
   // Returns the lines as a list of objects.
   nlohmann::ordered_json toJson() const;
@@ -46,10 +38,8 @@ class Diagnostics {
   };
 
   void install();
-  void add(Line line);
 
   std::vector<Line> lines_;
-  std::function<void(std::string_view)> lineFunction_;
   Diagnostics* outer_;
 };
 

@@ -4,7 +4,7 @@
 #   #  a remark      $  the arguments, as a shell reads them    <  one line of standard input
 #   @  one line of a description of the capture that standard input is
 #   >  one line of standard output    !  one of standard error  =  the exit status
-# In lines of input, \xHH and the like stand for bytes; in arguments $data is tests/data.
+# In lines of input, \xHH and the like are bytes, \{N} is N zeros; in arguments $data is tests/data.
 set -euo pipefail
 
 siputil=$1 case=$2
@@ -16,7 +16,12 @@ lines() { sed -n "s/^$1 \{0,1\}//p" "$case"; }
 # shellcheck disable=SC2034 # for the arguments
 data=$(dirname "$0")/../data
 eval "arguments=($(lines '[$]'))"
-lines '<' | while IFS= read -r line; do printf '%b\n' "$line"; done >"$work/input"
+lines '<' | while IFS= read -r line; do
+  if [[ $line =~ '\{'([0-9]+)'}' ]]; then
+    line=${line/"${BASH_REMATCH[0]}"/$(printf '%0*d' "${BASH_REMATCH[1]}" 0)}
+  fi
+  printf '%b\n' "$line"
+done >"$work/input"
 if grep -q '^@' "$case"; then
   lines '@' | "${3:?a program that makes captures}" >"$work/input"
 fi
