@@ -35,25 +35,29 @@ const Setter<SipAddress> kSetters[] = {
     {"uri", [](SipAddress& a, Text value) { return a.setURI(value); }},
 };
 
-int runOn(const Options& options, const std::string& text, unsigned long line) {
-  const Diagnostics diagnostics;
-  SipAddress address(sipString(text));
-  Result result;
-  result.code = applyAll(address, options.edits, kSetters);
-  result.json = [&] { return toJson(address, result.code); };
-  result.line = [&] { return with(pieces(address), "text", address.toString()); };
-  result.lines = [&] {
+struct AddressReading : Reading {
+  AddressReading(const Options& options, const std::string& text) : address(sipString(text)) {
+    code = applyAll(address, options.edits, kSetters);
+  }
+
+  nlohmann::ordered_json json() override { return toJson(address, code); }
+
+  Pieces line() override { return with(pieces(address), "text", address.toString()); }
+
+  Pieces lines() override {
     Pieces shown = pieces(address);
     shown.emplace_back("effective port", std::to_string(address.getPort()));
     return with(with(shown, "uri", address.getURI()), "text", address.toString());
-  };
-  return show(result, options, diagnostics, line);
-}
+  }
+
+  SipAddress address;
+};
 
 }  // namespace
 
-std::function<int()> prepareAddress(CLI::App& parser) {
-  const auto options = std::make_shared<Options>();
-  addTextOptions(parser, *options, namesOf(kSetters), checkEdit);
-  return runOnEachText<Options>(options, runOn);
+int runAddress(CommandLine& line) {
+  Options options;
+  addTextOptions(line.parser, options, namesOf(kSetters), checkEdit);
+  line.parse();
+  return readEachText<AddressReading>(options);
 }

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <iostream>
 #include <iterator>
-#include <memory>
+#include <optional>
 
 #include "body.h"
 #include "command.h"
@@ -27,7 +27,7 @@ std::vector<Part> selected(const BodyOptions& options, const std::vector<Part>& 
   return wanted;
 }
 
-int runBody(const BodyOptions& options) {
+int run(const BodyOptions& options) {
   std::string body;
   if (!readFile(options.file, body)) {
     return complain(options.file + " cannot be read", kWrongUsage);
@@ -62,54 +62,56 @@ int runBody(const BodyOptions& options) {
   return tree.accepted() ? kAccepted : kRefused;
 }
 
-// Writes what the conversion makes of a file; refusal says why there is nothing.
-int runConversion(const std::string& file, std::optional<std::string> (*convert)(std::string),
-                  const char* refusal) {
-  std::string bytes;
-  if (!readFile(file, bytes)) {
-    return complain(file + " cannot be read", kWrongUsage);
-  }
-  Diagnostics diagnostics;
-  const std::optional<std::string> converted = convert(std::move(bytes));
-  if (!converted) {
-    return diagnostics.hasFailure() ? (diagnostics.printReasons("", 0), kRefused)
-                                    : complain(refusal, kRefused);
-  }
-  std::cout << *converted;
-  return kAccepted;
-}
-
 void addFile(CLI::App& parser, std::string& file) {
   parser.add_option("FILE", file, "The file; - or none is standard input")->type_name("");
 }
 
+// Runs a command that writes what the conversion makes of a file; refusal says why there is
+// nothing.
+int runConversion(CommandLine& line, std::optional<std::string> (*convert)(std::string),
+                  const char* refusal) {
+  std::string file = "-";
+  addFile(line.parser, file);
+  line.parse();
+  std::string bytes;
+  if (!readFile(file, bytes)) {
+    return complain(file + " cannot be read", kWrongUsage);
+  }
+  const Diagnostics diagnostics;
+  const std::optional<std::string> converted = convert(std::move(bytes));
+  if (converted) {
+    std::cout << *converted;
+    return kAccepted;
+  }
+  if (!diagnostics.hasFailure()) {
+    return complain(refusal, kRefused);
+  }
+  diagnostics.printReasons("", 0);
+  return kRefused;
+}
+
 }  // namespace
 
-std::function<int()> prepareBody(CLI::App& parser) {
-  const auto options = std::make_shared<BodyOptions>();
-  addFile(parser, options->file);
-  parser.add_option("--type", options->type, "The Content-Type value of the body")
+int runBody(CommandLine& line) {
+  CLI::App& parser = line.parser;
+  BodyOptions options;
+  addFile(parser, options.file);
+  parser.add_option("--type", options.type, "The Content-Type value of the body")
       ->type_name("CONTENT-TYPE")
       ->required();
-  CLI::Option* part = parser.add_option("--part", options->part, "Show this part alone")
+  CLI::Option* part = parser.add_option("--part", options.part, "Show this part alone")
                           ->type_name("N")
                           ->check(CLI::PositiveNumber);
-  parser.add_flag("--raw", options->raw, "Write the bytes of the part, nothing else")->needs(part);
-  addOutputOptions(parser, options->json, options->verbose);
-  return [options] { return runBody(*options); };
+  parser.add_flag("--raw", options.raw, "Write the bytes of the part, nothing else")->needs(part);
+  addOutputOptions(parser, options.json, options.verbose);
+  line.parse();
+  return run(options);
 }
 
-std::function<int()> prepareGzip(CLI::App& parser) {
-  const auto file = std::make_shared<std::string>("-");
-  addFile(parser, *file);
-  return
-      [file] { return runConversion(*file, deflated, "the result would be longer than the text"); };
+int runGzip(CommandLine& line) {
+  return runConversion(line, deflated, "the result would be longer than the text");
 }
 
-std::function<int()> prepareGunzip(CLI::App& parser) {
-  const auto file = std::make_shared<std::string>("-");
-  addFile(parser, *file);
-  return [file] {
-    return runConversion(*file, inflated, "no data, or more than the 65535 bytes that are read");
-  };
+int runGunzip(CommandLine& line) {
+  return runConversion(line, inflated, "no data, or more than the 65535 bytes that are read");
 }

@@ -7,7 +7,6 @@
 #include <iostream>
 #include <iterator>
 #include <map>
-#include <memory>
 #include <optional>
 
 #include "body.h"
@@ -314,20 +313,20 @@ int run(const CheckOptions& options) {
 
 }  // namespace
 
-std::function<int()> prepareCheck(CLI::App& parser) {
-  const auto options = std::make_shared<CheckOptions>();
+int runCheck(CommandLine& line) {
+  CLI::App& parser = line.parser;
+  CheckOptions options;
   parser
       .add_option(
-          "PATH", options->paths,
+          "PATH", options.paths,
           "Files with messages, as text or captures, directories of them; - is standard input")
       ->required()
       ->type_name("")
       ->expected(1)
       ->allow_extra_args(false);
   parser.allow_extras();
-  addFormatOptions(parser, options->json);
-  return [options, &parser] {
-    takeRest(parser, options->paths, SIZE_MAX);
-    return run(*options);
-  };
+  addFormatOptions(parser, options.json);
+  line.parse();
+  takeRest(parser, options.paths, SIZE_MAX);
+  return run(options);
 }

@@ -80,7 +80,7 @@ void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::s
     if (!known || text.find('=') == std::string::npos) {
       throw CLI::ValidationError("--set", "expected PIECE=VALUE with one of " + joined(pieces));
     }
-    const std::string expected = check(edit);
+    const std::string expected = check == nullptr ? "" : check(edit);
     if (!expected.empty()) {
       throw CLI::ValidationError("--set", edit.name + " takes " + expected);
     }
@@ -118,6 +118,16 @@ int forEachText(const Options& options,
 bool readFile(const std::string& name, std::string& text) {
   Input input(name);
   return input.readAll(text) && input.readable();
+}
+
+// The help is printed while the variables of the options live.
+void CommandLine::parse() {
+  try {
+    parser.parse(count, arguments);
+  } catch (const CLI::CallForHelp&) {
+    std::cout << parser.help("siputil");
+    throw;
+  }
 }
 
 int complain(const std::string& what, int status) {

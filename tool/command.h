@@ -44,10 +44,10 @@ void takeRest(const CLI::App& parser, std::vector<std::string>& texts, std::size
 void addTextArgument(CLI::App& parser, Options& options);
 
 // Adds the options of a command on one text: those above, --set, --param and --remove-param. --set
-// takes the given piece names; the check looks at its value and returns what a right one would be,
-// or "".
+// takes the given piece names. A check returns which values the piece of an edit takes, "" where it
+// takes the one given; without a check all are taken.
 void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
-                    std::string (*check)(const Edit& edit));
+                    std::string (*check)(const Edit& edit) = nullptr);
 
 // Runs the function on the text of the command line or, for `-`, on each line of standard input
 // that is not empty, with its line number; 0 stands for the command line. Returns the worst of
@@ -68,25 +68,35 @@ bool colourWanted();
 // Returns the text bold where colours are wanted.
 std::string emphasised(const std::string& text);
 
-// A command: adds its options to the parser and returns what to run once they are read.
+// A command line before it is parsed.
+struct CommandLine {
+  CLI::App& parser;
+  int count;
+  char** arguments;
+
+  // Prints the help that is asked for; throws what the parser throws.
+  void parse();
+};
+
+// A command: adds its options to the parser, parses the command line, runs and returns the status.
 struct Command {
   const char* name;
   const char* help;
-  std::function<int()> (*prepare)(CLI::App& parser);
+  int (*run)(CommandLine& line);
   std::vector<const char*> examples;  // lines for a shell
 };
 
-std::function<int()> prepareAddress(CLI::App& parser);
-std::function<int()> prepareTel(CLI::App& parser);
-std::function<int()> prepareHeader(CLI::App& parser);
-std::function<int()> prepareMessage(CLI::App& parser);
-std::function<int()> prepareCheck(CLI::App& parser);
-std::function<int()> prepareVia(CLI::App& parser);
-std::function<int()> prepareBody(CLI::App& parser);
-std::function<int()> prepareGzip(CLI::App& parser);
-std::function<int()> prepareGunzip(CLI::App& parser);
+int runAddress(CommandLine& line);
+int runTel(CommandLine& line);
+int runHeader(CommandLine& line);
+int runMessage(CommandLine& line);
+int runCheck(CommandLine& line);
+int runVia(CommandLine& line);
+int runBody(CommandLine& line);
+int runGzip(CommandLine& line);
+int runGunzip(CommandLine& line);
 
 // For each of the commands compare, feature-tag, host, imei, max-q, quote and sort.
-std::function<int()> preparePlainText(CLI::App& parser);
+int runPlainText(CommandLine& line);
 
 #endif  // TOOL_COMMAND_H

@@ -11,40 +11,49 @@ const Setter<SipHeader> kSetters[] = {
     {"value", [](SipHeader& h, Text value) { return h.setValue(value); }},
 };
 
-int runOn(const Options& options, const std::string& text, unsigned long line) {
-  const Diagnostics diagnostics;
-  const std::size_t colon = text.find(':');
-  const bool whole = colon != std::string::npos;
-  SipHeader header(sipString(text.substr(0, colon)),
-                   sipString(whole ? text.substr(colon + 1) : std::string()));
-  Result result;
-  if (whole) {
-    result.code = applyAll(header, options.edits, kSetters);
-  } else {
-    result.code = VARN_INVALID_INPUT;
-    result.reason = "a header field is NAME: VALUE, but there is no colon";
+std::string nameOf(const std::string& field) { return field.substr(0, field.find(':')); }
+
+std::string valueOf(const std::string& field) {
+  const std::size_t colon = field.find(':');
+  return colon == std::string::npos ? "" : field.substr(colon + 1);
+}
+
+struct HeaderReading : Reading {
+  HeaderReading(const Options& options, const std::string& text)
+      : header(sipString(nameOf(text)), sipString(valueOf(text))) {
+    if (text.find(':') == std::string::npos) {
+      code = VARN_INVALID_INPUT;
+      reason = "a header field is NAME: VALUE, but there is no colon";
+      return;
+    }
+    code = applyAll(header, options.edits, kSetters);
+    const std::string name(trimmed(nameOf(text)));
+    const std::string_view meant = likelyField(name);
+    if (!meant.empty()) {
+      note = "note: '" + name + "' is no known field, is it '" + std::string(meant) + "'?";
+    }
   }
-  const std::string name(trimmed(text.substr(0, colon)));
-  const std::string_view meant = likelyField(name);
-  if (whole && !meant.empty()) {
-    result.note = "note: '" + name + "' is no known field, is it '" + std::string(meant) + "'?";
-  }
-  result.json = [&] { return toJson(header, result.code); };
-  result.line = [&] { return with(pieces(header), "text", header.toString()); };
-  result.lines = [&] {
+
+  nlohmann::ordered_json json() override { return toJson(header, code); }
+
+  Pieces line() override { return with(pieces(header), "text", header.toString()); }
+
+  Pieces lines() override {
     Pieces shown = pieces(header);
     for (const auto& [label, value] : addressPieces(header)) {
       shown.emplace_back("  " + label, value);
     }
     return with(shown, "text", header.toString());
-  };
-  return show(result, options, diagnostics, line);
-}
+  }
+
+  SipHeader header;
+};
 
 }  // namespace
 
-std::function<int()> prepareHeader(CLI::App& parser) {
-  const auto options = std::make_shared<Options>();
-  addTextOptions(parser, *options, namesOf(kSetters), [](const Edit&) { return std::string(); });
-  return runOnEachText<Options>(options, runOn);
+int runHeader(CommandLine& line) {
+  Options options;
+  addTextOptions(line.parser, options, namesOf(kSetters));
+  line.parse();
+  return readEachText<HeaderReading>(options);
 }

@@ -16,77 +16,77 @@ constexpr std::size_t kNameWidth = 14;
 const Command kCommands[] = {
     {"address",
      "Take a SIP address apart, edit it and write it back",
-     prepareAddress,
+     runAddress,
      {R"(siputil address '"Alice" <sip:alice@example.test:5060;transport=tcp;lr>')",
       "siputil address 'sip:alice@example.test' --set port=5070 --param lr",
       "siputil address - --json <uris.txt"}},
     {"tel",
      "Take a tel address apart, edit it and turn it into a SIP address",
-     prepareTel,
+     runTel,
      {"siputil tel 'tel:+1-201-555-0123;ext=7'",
       "siputil tel 'tel:7042;phone-context=example.test' --to-sip sip:host.test"}},
     {"header",
      "Take a header field apart, edit it and write it back",
-     prepareHeader,
+     runHeader,
      {"siputil header 'Contact: <sip:bob@host.test>;expires=60'",
       "siputil header 'Via: SIP/2.0/UDP a.test;branch=z9hG4bK1' --set name=v --remove-param branch"}},
     {"message",
      "Show whole SIP messages and what is wrong with them",
-     prepareMessage,
+     runMessage,
      {"siputil message message.sip", "siputil message --only Via --only Contact message.sip",
       "siputil message --filter 'udp port 5060' trace.pcap", "siputil message --find server.log",
       "siputil message --color=always message.sip | less -R"}},
     {"check",
      "Read any number of messages and show what is refused, by reason",
-     prepareCheck,
+     runCheck,
      {"siputil check traces", "siputil check --json message.sip traces"}},
     {"body",
      "Take the body of a message apart",
-     prepareBody,
+     runBody,
      {"siputil body --type 'multipart/mixed;boundary=b' body.bin",
       "siputil body --type 'multipart/mixed;boundary=b' --part 1 --raw body.bin"}},
     {"gzip",
      "Compress a message as the library does",
-     prepareGzip,
+     runGzip,
      {"siputil gzip message.sip | wc -c", "siputil gzip message.sip | siputil gunzip"}},
     {"gunzip",
      "Expand a gzip body",
-     prepareGunzip,
+     runGunzip,
      {"siputil gunzip message.gz", "siputil gunzip message.gz | siputil message"}},
     {"via",
      "Reduce the value of a Via header field to its sent-by",
-     prepareVia,
+     runVia,
      {"siputil via 'SIP/2.0/UDP 10.0.0.1:5060;branch=z9hG4bK1'",
       "siputil via --json 'SIP/2.0/TCP host.test'"}},
     {"compare",
      "Tell whether two SIP URIs have the same user, port and host",
-     preparePlainText,
+     runPlainText,
      {"siputil compare sip:a@[::1] 'sip:a@[0::1];lr'",
       "siputil compare sip:a@b.test 'sip:a@b.test;lr' && echo equal"}},
     {"host",
      "Tell what kind of address a host is",
-     preparePlainText,
+     runPlainText,
      {"siputil host '[::1]'", "siputil host --json 192.0.2.1"}},
     {"quote",
      "Percent-encode the user-info of SIP URIs or lists of them",
-     preparePlainText,
+     runPlainText,
      {"siputil quote sip:a:b@host.test", "siputil quote 'sip:a:b@host.test,sip:c@host.test'"}},
     {"feature-tag",
      "Percent-encode the colons of a quoted feature-tag value",
-     preparePlainText,
+     runPlainText,
      {R"(siputil feature-tag 'a;tag="x:y"' tag)",
       R"(siputil feature-tag '+g.3gpp.icsi-ref="urn:urn-7:x"' icsi-ref)"}},
     {"sort",
      "Order a list separated by semicolons, in one pass",
-     preparePlainText,
+     runPlainText,
      {"siputil sort 'c;a;b'", "siputil sort --json 'b;a'"}},
     {"max-q",
      "Find the highest of q-values that all differ",
-     preparePlainText,
+     runPlainText,
      {"siputil max-q 0.5 1.0 0.7", "siputil max-q --json 0.1 0.25"}},
     {"imei",
      "Write the digits of an IMEI in groups",
-     preparePlainText,
+     runPlainText,
      {"siputil imei 123456789012345", "siputil imei --json 123456789012345"}},
 };
 
@@ -117,19 +117,17 @@ int complainOfCommand(const std::string& name) {
 // the command.
 int run(const Command& command, int argc, char** argv) {
   CLI::App parser(command.help, command.name);
-  const std::function<int()> work = command.prepare(parser);
   std::string examples = "Examples:";
   for (const char* example : command.examples) {
     examples.append("\n  ").append(example);
   }
   parser.footer(examples);
+  CommandLine line = {parser, argc, argv};
   try {
-    parser.parse(argc, argv);
+    return command.run(line);
   } catch (const CLI::CallForHelp&) {
-    std::cout << parser.help("siputil");
     return kAccepted;
   }
-  return work();
 }
 
 int run(int argc, char** argv) {

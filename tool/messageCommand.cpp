@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <iostream>
-#include <memory>
 
 #include "body.h"
 #include "capture.h"
@@ -311,27 +310,27 @@ int run(const MessageOptions& options) {
 
 }  // namespace
 
-std::function<int()> prepareMessage(CLI::App& parser) {
-  const auto options = std::make_shared<MessageOptions>();
-  options->files = {"-"};
+int runMessage(CommandLine& line) {
+  CLI::App& parser = line.parser;
+  MessageOptions options;
+  options.files = {"-"};
   parser
-      .add_option("FILE", options->files,
+      .add_option("FILE", options.files,
                   "Files with messages, as text or as pcap or pcapng captures; - or none is "
                   "standard input")
       ->type_name("")
       ->expected(1)
       ->allow_extra_args(false);
   parser.allow_extras();
-  addOutputOptions(parser, options->json, options->verbose);
-  parser.add_option("--only", options->only, "Show these header fields alone; may be repeated")
+  addOutputOptions(parser, options.json, options.verbose);
+  parser.add_option("--only", options.only, "Show these header fields alone; may be repeated")
       ->type_name("NAME")
       ->allow_extra_args(false);
-  parser.add_option("--filter", options->filter, "Of captures, show what this pcap filter lets by")
+  parser.add_option("--filter", options.filter, "Of captures, show what this pcap filter lets by")
       ->type_name("EXPR")
       ->allow_extra_args(false);
-  parser.add_flag("--find", options->find, "Of texts, show the messages between other lines");
-  return [options, &parser] {
-    takeRest(parser, options->files, SIZE_MAX);
-    return run(*options);
-  };
+  parser.add_flag("--find", options.find, "Of texts, show the messages between other lines");
+  line.parse();
+  takeRest(parser, options.files, SIZE_MAX);
+  return run(options);
 }

@@ -1,6 +1,7 @@
 // plainText.cpp - siputil compare, host, quote and the other questions to plain text.
 #include <algorithm>
 #include <cstdint>
+#include <iostream>
 #include <iterator>
 
 #include "imsdpl.h"
@@ -108,9 +109,9 @@ int run(const Question& question, const PlainTextOptions& options, Texts texts,
         const std::string& place) {
   const Diagnostics diagnostics;
   const Answer answer = question.ask(texts);
-  Result result;
-  result.code = answer.accepted ? VARN_OK : VARN_INVALID_INPUT;
-  result.reason = answer.accepted || diagnostics.hasFailure() ? "" : answer.reason;
+  Outcome outcome;
+  outcome.code = answer.accepted ? VARN_OK : VARN_INVALID_INPUT;
+  outcome.reason = answer.accepted || diagnostics.hasFailure() ? "" : answer.reason;
   if (options.json) {
     nlohmann::ordered_json object;
     object["ok"] = answer.accepted;
@@ -126,7 +127,7 @@ int run(const Question& question, const PlainTextOptions& options, Texts texts,
   } else {
     std::cout << (place.empty() ? "" : "refused\n");
   }
-  return report(result, options, diagnostics, place);
+  return report(outcome, options, diagnostics, place);
 }
 
 int runAll(const Question& question, const PlainTextOptions& options) {
@@ -144,20 +145,20 @@ int runAll(const Question& question, const PlainTextOptions& options) {
 
 }  // namespace
 
-std::function<int()> preparePlainText(CLI::App& parser) {
+int runPlainText(CommandLine& line) {
+  CLI::App& parser = line.parser;
   const Question& question =
       *std::find_if(std::begin(kQuestions), std::end(kQuestions),
                     [&parser](const Question& q) { return parser.get_name() == q.name; });
-  const auto options = std::make_shared<PlainTextOptions>();
-  parser.add_option(question.form, options->texts, question.help)
+  PlainTextOptions options;
+  parser.add_option(question.form, options.texts, question.help)
       ->required()
       ->expected(question.fewest)
       ->allow_extra_args(false)
       ->type_name("");
-  addOutputOptions(parser, options->json, options->verbose);
+  addOutputOptions(parser, options.json, options.verbose);
   parser.allow_extras();
-  return [options, &question, &parser] {
-    takeRest(parser, options->texts, question.most);
-    return runAll(question, *options);
-  };
+  line.parse();
+  takeRest(parser, options.texts, question.most);
+  return runAll(question, options);
 }

@@ -36,37 +36,39 @@ VARN_EXCEPTION_CODES convert(TelAddress& tel, const std::optional<std::string>& 
   return code;
 }
 
-int runOn(const TelOptions& options, const std::string& text, unsigned long line) {
-  const Diagnostics diagnostics;
-  TelAddress tel(sipString(text));
-  std::string sip;
-  Result result;
-  result.code = applyAll(tel, options.edits, kSetters);
-  if (result.code == VARN_OK) {
-    result.code = convert(tel, options.target, sip);
+struct TelReading : Reading {
+  TelReading(const TelOptions& options, const std::string& text) : tel(sipString(text)) {
+    code = applyAll(tel, options.edits, kSetters);
+    if (code == VARN_OK) {
+      code = convert(tel, options.target, sip);
+    }
   }
-  const auto withSip = [&sip](Pieces shown) {
+
+  nlohmann::ordered_json json() override {
+    nlohmann::ordered_json object = toJson(tel, code);
+    object["sip"] = sip.empty() ? nullptr : nlohmann::ordered_json(sip);
+    return object;
+  }
+
+  Pieces line() override {
+    Pieces shown = with(pieces(tel), "text", tel.toString());
     if (!sip.empty()) {
       shown.emplace_back("sip", sip);
     }
     return shown;
-  };
-  result.json = [&] {
-    nlohmann::ordered_json object = toJson(tel, result.code);
-    object["sip"] = sip.empty() ? nullptr : nlohmann::ordered_json(sip);
-    return object;
-  };
-  result.line = [&] { return withSip(with(pieces(tel), "text", tel.toString())); };
-  result.lines = result.line;
-  return show(result, options, diagnostics, line);
-}
+  }
+
+  TelAddress tel;
+  std::string sip;  // "" without a target
+};
 
 }  // namespace
 
-std::function<int()> prepareTel(CLI::App& parser) {
-  const auto options = std::make_shared<TelOptions>();
-  addTextOptions(parser, *options, namesOf(kSetters), [](const Edit&) { return std::string(); });
-  parser.add_option("--to-sip", options->target, "Make this SIP address the number's SIP form")
+int runTel(CommandLine& line) {
+  TelOptions options;
+  addTextOptions(line.parser, options, namesOf(kSetters));
+  line.parser.add_option("--to-sip", options.target, "Make this SIP address the number's SIP form")
       ->type_name("ADDRESS");
-  return runOnEachText<TelOptions>(options, runOn);
+  line.parse();
+  return readEachText<TelReading>(options);
 }

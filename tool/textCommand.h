@@ -1,9 +1,9 @@
-// textCommand.h - the run of a command on one text: read it, apply the edits, show the result.
+// textCommand.h - the commands on one text: read it, apply the edits, show the result.
 #ifndef TOOL_TEXT_COMMAND_H
 #define TOOL_TEXT_COMMAND_H
 
-#include <iostream>
-#include <memory>
+#include <string>
+#include <vector>
 
 #include "command.h"
 #include "diagnostics.h"
@@ -54,70 +54,46 @@ VARN_EXCEPTION_CODES applyAll(Object& object, const std::vector<Edit>& edits,
   return code;
 }
 
-// What is shown of one text. Each part is asked for only where it is needed.
-struct Result {
+// Whether a text was accepted.
+struct Outcome {
   VARN_EXCEPTION_CODES code = VARN_OK;
-  std::string reason;                            // the tool's own, where the library has none
-  std::string note;                              // for people, whether accepted or not
-  std::function<nlohmann::ordered_json()> json;  // without the diagnostics
-  std::function<Pieces()> line;                  // for one line among others
-  std::function<Pieces()> lines;                 // for one text alone
+  std::string reason;  // the tool's own, where the library has none
+  std::string note;    // for people, whether accepted or not
 };
 
-// Shows on standard error why a text was refused, the place in front of each line, or all that was
+// What a command makes of one text.
+struct Reading : Outcome {
+  Reading() = default;
+  Reading(const Reading&) = delete;
+  Reading& operator=(const Reading&) = delete;
+  virtual ~Reading() = default;
+
+  virtual nlohmann::ordered_json json() = 0;  // without the diagnostics
+  virtual Pieces line() = 0;                  // of an accepted text, for one line among others
+  virtual Pieces lines() { return line(); }   // the same for one text alone
+};
+
+// Shows on standard error why a text was refused, the place before each line, or all that was
 // logged. Returns the exit status.
-inline int report(const Result& result, const Options& options, const Diagnostics& diagnostics,
-                  const std::string& place) {
-  if (!result.note.empty()) {
-    std::cerr << "siputil: " << place << printable(result.note) << '\n';
-  }
-  if (!result.reason.empty()) {
-    std::cerr << "siputil: " << place << result.reason << '\n';
-  } else if (result.code != VARN_OK && !(options.verbose && diagnostics.hasFailure())) {
-    diagnostics.printReasons(place, result.code);
-  }
-  if (options.verbose) {
-    diagnostics.printAll(place);
-  }
-  return result.code == VARN_OK ? kAccepted : kRefused;
+int report(const Outcome& outcome, const Options& options, const Diagnostics& diagnostics,
+           const std::string& place);
+
+// Shows a text on standard output, why it was refused on standard error, and returns the exit
+// status. The line is as forEachText() has it.
+int show(Reading& reading, const Options& options, const Diagnostics& diagnostics,
+         unsigned long line);
+
+// Reads and shows each text of a command. Returns the worst of the exit statuses.
+template <typename CommandReading, typename CommandOptions>
+int readEachText(const CommandOptions& options) {
+  return forEachText(options, [&options](const std::string& text, unsigned long line) {
+    const Diagnostics diagnostics;
+    CommandReading reading(options, text);
+    return show(reading, options, diagnostics, line);
+  });
 }
 
-// Shows the result on standard output, why a text was refused on standard error, and returns the
-// exit status.
-inline int show(const Result& result, const Options& options, const Diagnostics& diagnostics,
-                unsigned long line) {
-  const Diagnostics unheard;  // what is logged from here on is the tool's own doing
-  if (options.json) {
-    nlohmann::ordered_json object = result.json();
-    object["diagnostics"] = diagnostics.toJson();
-    std::cout << jsonLine(object) << '\n';
-  } else if (result.code != VARN_OK) {
-    std::cout << (line == 0 ? "" : "refused\n");
-  } else if (line != 0) {
-    std::cout << oneLine(result.line()) << '\n';
-  } else {
-    std::cout << aligned(result.lines(), colourWanted());
-  }
-  return report(result, options, diagnostics,
-                line == 0 ? "" : "line " + std::to_string(line) + ": ");
-}
-
-// Returns what runs a command on each of its texts; the options live as long.
-template <typename CommandOptions>
-std::function<int()> runOnEachText(std::shared_ptr<const CommandOptions> options,
-                                   int (*run)(const CommandOptions& options,
-                                              const std::string& text, unsigned long line)) {
-  return [options = std::move(options), run] {
-    return forEachText(*options, [&options, run](const std::string& text, unsigned long line) {
-      return run(*options, text, line);
-    });
-  };
-}
-
-// Returns the pieces with one more behind them.
-inline Pieces with(Pieces pieces, const char* label, const SipString& value) {
-  pieces.emplace_back(label, bytes(value));
-  return pieces;
-}
+// Returns the pieces and one more after them.
+Pieces with(Pieces pieces, const char* label, const SipString& value);
 
 #endif  // TOOL_TEXT_COMMAND_H

@@ -26,21 +26,25 @@ nlohmann::ordered_json jsonOrNull(const std::unique_ptr<Object, Deleter>& object
   return object == nullptr ? nullptr : toJson(*object, VARN_OK);
 }
 
-int runOn(const Options& options, const std::string& text, unsigned long line) {
-  const Diagnostics diagnostics;
-  const std::unique_ptr<SipAddress, Deleter> address(ParseViaHeaderToAdress(text.c_str()));
-  const std::unique_ptr<SipHeader, Deleter> header(ParseViaHeaderToHeader(text.c_str()));
-  const bool accepted = address != nullptr && header != nullptr;
-  Result result;
-  result.code = accepted ? VARN_OK : VARN_INVALID_INPUT;
-  result.json = [&] {
+struct ViaReading : Reading {
+  ViaReading(const Options& /*options*/, const std::string& text)
+      : address(ParseViaHeaderToAdress(text.c_str())),
+        header(ParseViaHeaderToHeader(text.c_str())) {
+    code = address != nullptr && header != nullptr ? VARN_OK : VARN_INVALID_INPUT;
+  }
+
+  nlohmann::ordered_json json() override {
     nlohmann::ordered_json object;
-    object["ok"] = accepted;
+    object["ok"] = code == VARN_OK;
     object["sentBy"] = jsonOrNull(address);
     object["header"] = jsonOrNull(header);
     return object;
-  };
-  const auto reductions = [&](const std::string& indent) {
+  }
+
+  Pieces line() override { return reductions(""); }
+  Pieces lines() override { return reductions("  "); }
+
+  Pieces reductions(const std::string& indent) {
     Pieces shown = with({}, "sent by", address->getURI());
     for (const auto& [label, value] : pieces(*address)) {
       shown.emplace_back(indent + label, value);
@@ -50,11 +54,11 @@ int runOn(const Options& options, const std::string& text, unsigned long line) {
       shown.emplace_back(indent + label, value);
     }
     return shown;
-  };
-  result.line = [&] { return reductions(""); };
-  result.lines = [&] { return reductions("  "); };
-  return show(result, options, diagnostics, line);
-}
+  }
+
+  std::unique_ptr<SipAddress, Deleter> address;
+  std::unique_ptr<SipHeader, Deleter> header;
+};
 
 }  // namespace
 
@@ -64,8 +68,9 @@ std::string sentByUri(const std::string& via) {
   return address == nullptr ? std::string() : std::string(bytes(address->getURI()));
 }
 
-std::function<int()> prepareVia(CLI::App& parser) {
-  const auto options = std::make_shared<Options>();
-  addTextArgument(parser, *options);
-  return runOnEachText<Options>(options, runOn);
+int runVia(CommandLine& line) {
+  Options options;
+  addTextArgument(line.parser, options);
+  line.parse();
+  return readEachText<ViaReading>(options);
 }
