@@ -44,7 +44,7 @@ struct ViaReading : Reading {
   Pieces line() override { return reductions(""); }
   Pieces lines() override { return reductions("  "); }
 
-  Pieces reductions(const std::string& indent) {
+  Pieces reductions(const std::string& indent) const {
     Pieces shown = with({}, "sent by", address->getURI());
     for (const auto& [label, value] : pieces(*address)) {
       shown.emplace_back(indent + label, value);

@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# Usage: examples.sh SIPUTIL DATA MAKECAPTURE
+# Usage: examples.sh SIPUTIL DATA MAKECAPTURE PAGE...
 # Runs the examples that `siputil COMMAND --help` shows, beside the files that they name: each must
-# succeed and print something, and each command must have two.
+# succeed and print something, and each command must have two. Then those in the console blocks of
+# the pages, which must print what the page shows.
 set -euo pipefail
 
 siputil=$(readlink -f "$1") data=$(readlink -f "$2") makeCapture=$(readlink -f "$3")
+pages=$(readlink -f "${@:4}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -36,3 +38,15 @@ for command in $(siputil --help | sed '1,/^Commands:/d; s/^ *\([^ ]*\).*/\1/'); 
 done
 echo "$run examples"
 [ "$run" -gt 0 ]
+
+mkdir tests
+ln -s "$data" tests/data
+for page in $pages; do
+  awk '/^```$/ { shown = 0 } shown; /^```console$/ { shown = 1 }' "$page" >expected
+  grep '^\$ ' expected | while IFS= read -r line; do
+    echo "$line"
+    bash -c "${line#??}" 2>&1 </dev/null || true
+  done >output
+  diff -u expected output
+  [ -s output ]
+done
