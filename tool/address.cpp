@@ -1,11 +1,11 @@
-// address.cpp - siputil address: takes SIP addresses apart, edits them and writes them back.
+// address.cpp - siputil address: splits SIP addresses into pieces, edits them and writes them back.
 #include <charconv>
 
 #include "textCommand.h"
 
 namespace {
 
-// Reads a whole text as a port number; false when it is none.
+// Reads a text as a port number; false when it is none.
 bool readPort(std::string_view text, unsigned short& port) {
   const char* end = text.data() + text.size();
   const std::from_chars_result result = std::from_chars(text.data(), end, port);

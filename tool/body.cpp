@@ -1,4 +1,4 @@
-// body.cpp - the body of a message: inflated where it is gzip, taken apart where it is multipart.
+// body.cpp - the body of a message: expanded if it is gzip, split if it is multipart.
 #include "body.h"
 
 #include <algorithm>
@@ -68,8 +68,8 @@ std::string hexDump(std::string_view bytes) {
   return dump;
 }
 
-// Each node follows the one in front of it as its sibling or its first child, so that the parts
-// are a chain in the order in which they are made.
+// Each node is the sibling or the first child of the previous one, so that the parts are a chain in
+// the order in which they are made.
 const SipMultipartMessageBody* following(const SipMultipartMessageBody* node) {
   return node->next != nullptr ? node->next : node->child;
 }

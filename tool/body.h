@@ -1,4 +1,4 @@
-// body.h - the body of a message: inflated where it is gzip, taken apart where it is multipart.
+// body.h - the body of a message: expanded if it is gzip, split if it is multipart.
 #ifndef TOOL_BODY_H
 #define TOOL_BODY_H
 
@@ -31,7 +31,7 @@ class BodyTree {
  public:
   BodyTree(std::string_view body, const std::string& contentType);
 
-  // Returns whether the body was accepted; the parts in front of a fault are there all the same.
+  // Returns whether the body was accepted; the parts before a fault are kept.
   bool accepted() const { return accepted_; }
 
   const std::vector<Part>& parts() const { return parts_; }
@@ -42,7 +42,7 @@ class BodyTree {
   bool accepted_;
 };
 
-// The body of a message as its Content-Encoding and Content-Type say: inflated, and taken apart.
+// The body of a message, expanded and split as its Content-Encoding and Content-Type say.
 struct MessageBody {
   explicit MessageBody(const Message& message);
 
@@ -52,7 +52,7 @@ struct MessageBody {
   std::vector<std::string> faults;  // why the library refused it
 };
 
-// Each returns what the library makes of the bytes; nothing when it refuses.
+// Each returns what the library makes of the bytes; nothing when it refuses them.
 std::optional<std::string> deflated(std::string bytes);
 std::optional<std::string> inflated(std::string bytes);
 
@@ -69,7 +69,7 @@ void addContent(nlohmann::ordered_json& object, std::string_view bytes);
 // Returns the parts as a list, each with the number of its parent.
 nlohmann::ordered_json toJson(const std::vector<Part>& parts);
 
-// Returns the text with these blanks in front of each of its lines that is not empty.
+// Returns the text with these blanks before each line that is not empty.
 std::string indented(std::string_view text, std::size_t blanks);
 
 #endif  // TOOL_BODY_H

@@ -99,10 +99,11 @@ int runBody(CommandLine& line) {
   parser.add_option("--type", options.type, "The Content-Type value of the body")
       ->type_name("CONTENT-TYPE")
       ->required();
-  CLI::Option* part = parser.add_option("--part", options.part, "Show this part alone")
+  CLI::Option* part = parser.add_option("--part", options.part, "Show only this part")
                           ->type_name("N")
                           ->check(CLI::PositiveNumber);
-  parser.add_flag("--raw", options.raw, "Write the bytes of the part, nothing else")->needs(part);
+  parser.add_flag("--raw", options.raw, "Write the bytes of the part and nothing else")
+      ->needs(part);
   addOutputOptions(parser, options.json, options.verbose);
   line.parse();
   return run(options);

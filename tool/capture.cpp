@@ -33,12 +33,12 @@ std::FILE* asFile(Input& input) {
   return fopencookie(&input, "r", functions);
 }
 
-// Returns nothing, with the reason, for a file that libpcap does not take.
+// Returns null, with the reason, for a file that libpcap refuses.
 Capture openCapture(Input& input, std::string& error) {
   char reason[PCAP_ERRBUF_SIZE] = "";
   std::unique_ptr<std::FILE, CloseFile> file(asFile(input));
   if (file == nullptr) {
-    error = "no memory";
+    error = "out of memory";
     return nullptr;
   }
   Capture capture(pcap_fopen_offline(file.get(), reason));
@@ -62,8 +62,8 @@ void setFilter(pcap_t* capture, const std::string& filter) {
   }
 }
 
-// A datagram has one message; what stands behind its body is not part of it (RFC 3261 18.3). Line
-// ends alone keep a binding alive.
+// A datagram has one message; bytes after its body are not part of it (RFC 3261 18.3). Line ends
+// alone keep a binding alive.
 void readDatagram(const timeval& time, const Packet& packet, const FoundMessage& found,
                   CaptureCounts& counts) {
   std::string_view text = packet.payload;

@@ -9,21 +9,21 @@
 #include "input.h"
 #include "tcpStreams.h"
 
-// What in a capture is shown as no message.
+// What in a capture is not shown as a message.
 struct CaptureCounts {
   unsigned long fragments = 0;
-  unsigned long notSip = 0;  // datagrams without a start line in front
+  unsigned long notSip = 0;  // datagrams that do not begin with a start line
   TcpCounts tcp;
 };
 
-// A pcap filter that is none, or a program that was built without libpcap.
+// Not a pcap filter, or a program that was built without libpcap.
 struct CaptureUsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Reads a capture, of it the packets that pass the filter ("" for all), and tells the messages in
-// the order in which they are whole. Returns what is wrong with the capture behind those messages,
-// or "". Throws CaptureUsageError before anything is told.
+// Reads the packets of a capture that pass the filter ("" for all) and reports the messages in the
+// order in which they are complete. Returns what is wrong with the capture after those messages, or
+// "". Throws CaptureUsageError before the first message.
 std::string readCapture(Input& input, const std::string& filter, const FoundMessage& found,
                         CaptureCounts& counts);
 

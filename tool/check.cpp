@@ -22,25 +22,25 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What a group keeps does not grow with what is checked.
-constexpr std::size_t kMostReasons = 1000;
-constexpr std::size_t kMostReasonLines = 8;
-constexpr std::size_t kMostExampleText = 100;
+// Bounds of what is kept, whatever is checked.
+constexpr std::size_t kMaxReasons = 1000;
+constexpr std::size_t kMaxReasonLines = 8;
+constexpr std::size_t kMaxExampleText = 100;
 
-constexpr std::size_t kMostText = std::size_t{1} << 28;  // bytes of a text; of a capture, any
+constexpr std::size_t kMaxText = std::size_t{1} << 28;  // bytes of a text; of a capture, any
 
 struct CheckOptions {
   std::vector<std::string> paths;
   bool json = false;
 };
 
-// The lines that tell why something was refused.
+// The lines that say why something was refused.
 using Reason = std::vector<std::string>;
 
 struct Example {
   std::string file;
   std::size_t line;
-  std::optional<std::string> field;  // none for a message as a whole and its body
+  std::optional<std::string> field;  // none for a message apart from its fields
   std::string text;
 };
 
@@ -72,7 +72,7 @@ std::string withoutNumbers(std::string_view text) {
   return result;
 }
 
-// Told how many bytes of a file are done.
+// Called with how many bytes of a file are done.
 using Reached = std::function<void(std::size_t position)>;
 
 // Checks texts and keeps what was refused.
@@ -83,7 +83,7 @@ class Checker {
     ++counts_.files;
   }
 
-  // Checks the text of the file, or a message of a capture: its lines are counted by itself. Tells
+  // Checks the text of the file, or a message of a capture, whose lines are counted from 1. Reports
   // how far it is.
   void check(std::string_view text, const Reached& reached) {
     text_ = text;
@@ -131,18 +131,18 @@ class Checker {
   void refuse(Reason reason, std::size_t offset, const std::optional<std::string>& field,
               const std::string& text) {
     ++counts_.refused;
-    reason.resize(std::min(reason.size(), kMostReasonLines));
+    reason.resize(std::min(reason.size(), kMaxReasonLines));
     std::transform(reason.begin(), reason.end(), reason.begin(), withoutNumbers);
-    if (groups_.size() >= kMostReasons && groups_.count(reason) == 0) {
+    if (groups_.size() >= kMaxReasons && groups_.count(reason) == 0) {
       reason = {"other reasons"};
     }
     const auto group = groups_.find(reason);
     if (group != groups_.end()) {
       ++group->second.count;
     } else {
-      Example first = {file_, lineAt(offset), field, text.substr(0, kMostExampleText)};
+      Example first = {file_, lineAt(offset), field, text.substr(0, kMaxExampleText)};
       if (first.field) {
-        first.field->resize(std::min(first.field->size(), kMostExampleText));
+        first.field->resize(std::min(first.field->size(), kMaxExampleText));
       }
       groups_.emplace(std::move(reason), Group{1, std::move(first)});
     }
@@ -164,9 +164,8 @@ class Checker {
   std::map<Reason, Group> groups_;
 };
 
-// Puts what a directory holds behind the pending paths, the first name last; false when it cannot
-// be read. Symbolic links are left out, so no walk comes back to where it was, and so is what is
-// neither a file nor a directory.
+// Appends the files and directories in a directory to the pending paths, the first name last; false
+// when it cannot be read. Without symbolic links, so that no walk comes back to where it was.
 bool list(const fs::path& directory, std::vector<fs::path>& pending) {
   std::error_code error;
   const auto known = static_cast<std::ptrdiff_t>(pending.size());
@@ -182,7 +181,7 @@ bool list(const fs::path& directory, std::vector<fs::path>& pending) {
   return !error;
 }
 
-// Visits each file at or below the paths in the order of their names; tells which directories
+// Visits each file at or below the paths in the order of their names; reports the directories that
 // cannot be read.
 void walk(const std::vector<std::string>& paths,
           const std::function<void(const std::string& file)>& visit,
@@ -200,7 +199,7 @@ void walk(const std::vector<std::string>& paths,
   }
 }
 
-// Returns how many bytes stand in the files at or below the paths.
+// Returns how many bytes the files at or below the paths have.
 std::size_t sizeOf(const std::vector<std::string>& paths) {
   std::size_t sum = 0;
   const auto add = [&sum](const std::string& file) {
@@ -249,7 +248,7 @@ void printGroups(const Checker& checker) {
             << " header fields, " << counts.refused << " refused\n";
 }
 
-// Each checks a file and tells how far it is. Returns what is wrong with it, or "".
+// Each checks a file and reports how far it is. Returns what is wrong with it, or "".
 std::string checkCapture(Input& input, Checker& checker, const Reached& reached) {
   CaptureCounts counts;
   const auto check = [&](const Passage& /*passage*/, std::string_view message) {
@@ -264,7 +263,7 @@ std::string checkCapture(Input& input, Checker& checker, const Reached& reached)
 
 std::string checkText(Input& input, Checker& checker, const Reached& reached) {
   std::string text;
-  if (!input.readAll(text, kMostText)) {
+  if (!input.readAll(text, kMaxText)) {
     return "is too large";
   }
   if (!input.readable()) {
@@ -274,7 +273,7 @@ std::string checkText(Input& input, Checker& checker, const Reached& reached) {
   return "";
 }
 
-// Checks the files at or below the paths; returns the status that those give which cannot be read.
+// Checks the files at or below the paths; returns the status for those that cannot be read.
 int checkAll(const std::vector<std::string>& paths, Checker& checker) {
   int status = kAccepted;
   Progress progress(sizeOf(paths));

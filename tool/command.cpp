@@ -1,4 +1,4 @@
-// command.cpp - what every command of siputil is made of.
+// command.cpp - what the commands of siputil share.
 #include "command.h"
 
 #include <unistd.h>
@@ -20,7 +20,8 @@ Edit makeEdit(Edit::Kind kind, const std::string& text) {
   return {kind, text.substr(0, equal), text.substr(std::min(equal + 1, text.size()))};
 }
 
-// Every occurrence is taken at once, so that options of different kinds keep their order.
+// Each occurrence is handled when it is parsed, so that options of different kinds keep their
+// order.
 void addEditOption(CLI::App& parser, const std::string& flag, const std::string& help,
                    const std::string& form, const std::function<void(const std::string&)>& take) {
   parser.add_option_function<std::string>(flag, take, help)
@@ -91,7 +92,7 @@ void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::s
                 [&options](const std::string& text) {
                   options.edits.push_back(makeEdit(Edit::Kind::kParam, text));
                 });
-  addEditOption(parser, "--remove-param", "Take a parameter away", "NAME",
+  addEditOption(parser, "--remove-param", "Remove a parameter", "NAME",
                 [&options](const std::string& text) {
                   options.edits.push_back({Edit::Kind::kRemoveParam, text, ""});
                 });

@@ -1,4 +1,4 @@
-// command.h - what every command of siputil is made of.
+// command.h - what the commands of siputil share.
 #ifndef TOOL_COMMAND_H
 #define TOOL_COMMAND_H
 
@@ -35,9 +35,9 @@ void addFormatOptions(CLI::App& parser, bool& json);
 // Adds --json, --color and -v to the parser of a command.
 void addOutputOptions(CLI::App& parser, bool& json, bool& verbose);
 
-// Takes what follows the first texts, "--" and its effect included; throws for an option that there
-// is not and for more than most texts. For parsers that allow extras: an option that takes any
-// number of texts splits "[a,b]" in two, and calls itself for each "[".
+// Takes the texts after the first ones; no option follows a "--". Throws for an unknown option and
+// for more than most texts. For parsers that allow extras, because an option that takes any number
+// of texts splits "[a,b]" in two and calls itself for each "[".
 void takeRest(const CLI::App& parser, std::vector<std::string>& texts, std::size_t most);
 
 // Adds TEXT, --json, --color and -v to the parser of a command on one text.
@@ -50,7 +50,7 @@ void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::s
                     std::string (*check)(const Edit& edit) = nullptr);
 
 // Runs the function on the text of the command line or, for `-`, on each line of standard input
-// that is not empty, with its line number; 0 stands for the command line. Returns the worst of
+// that is not empty, with its line number; 0 means the command line. Returns the worst of
 // the statuses.
 int forEachText(const Options& options,
                 const std::function<int(const std::string& text, unsigned long line)>& run);
@@ -58,11 +58,11 @@ int forEachText(const Options& options,
 // Reads a file, or standard input for `-`; false when it cannot be read.
 bool readFile(const std::string& name, std::string& text);
 
-// Says on standard error what is wrong; returns the status.
+// Prints on standard error what is wrong; returns the status.
 int complain(const std::string& what, int status);
 
-// Returns whether standard output gets colours: as --color says, else where it is a terminal and
-// NO_COLOR is not set.
+// Returns whether standard output has colours: as --color says, or on a terminal when NO_COLOR is
+// not set.
 bool colourWanted();
 
 // Returns the text bold where colours are wanted.

@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-// Collects the module log while it lives. One made while another lives takes the log over until
-// it goes.
+// Collects the module log during its lifetime. While an inner object lives, it alone collects.
 class Diagnostics {
  public:
   Diagnostics();
@@ -25,7 +24,7 @@ class Diagnostics {
   // says there are none.
   std::vector<std::string> reasons(unsigned int code) const;
 
-  // Writes the reasons or all lines to standard error, the place in front of each.
+  // Prints the reasons or all lines on standard error, the place before each.
   void printReasons(const std::string& place, unsigned int code) const;
   void printAll(const std::string& place) const;
 

@@ -1,4 +1,4 @@
-// fields.cpp - the header fields that SIP and its IMS extensions define, as far as reading goes.
+// fields.cpp - the header fields that SIP and its IMS extensions define, as reading needs them.
 #include "fields.h"
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::size_t kMostSteps = 2;  // to a name that a misspelled one may mean
+constexpr std::size_t kMaxSteps = 2;  // from a misspelt name to the one it may mean
 
 constexpr bool kList = true;
 constexpr bool kAddress = true;
@@ -135,10 +135,10 @@ const FieldKind kFields[] = {
     {"Warning", 0, kList, false},
 };
 
-// Where a walk over a value stands: between angle brackets, quotes, or neither.
+// Whether a walk over a value is between angle brackets, between quotes, or neither.
 class Nesting {
  public:
-  // Takes the next character in; returns whether it stands outside of both.
+  // Takes the next character; returns whether it is outside of both.
   bool outsideAt(char c) {
     if (escaped_) {
       escaped_ = false;
@@ -183,7 +183,7 @@ std::string_view likelyField(std::string_view name) {
   for (const FieldKind& field : kFields) {
     names.push_back(field.name);
   }
-  return closest(name, names, std::min(name.size() / 4, kMostSteps));
+  return closest(name, names, std::min(name.size() / 4, kMaxSteps));
 }
 
 std::vector<std::string_view> splitList(std::string_view text) {

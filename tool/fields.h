@@ -1,4 +1,4 @@
-// fields.h - the header fields that SIP and its IMS extensions define, as far as reading goes.
+// fields.h - the header fields that SIP and its IMS extensions define, as reading needs them.
 #ifndef TOOL_FIELDS_H
 #define TOOL_FIELDS_H
 
@@ -9,7 +9,7 @@
 struct FieldKind {
   std::string_view name;
   char compact;  // the compact form; 0 for none
-  bool list;     // several values may stand in one field, separated by commas
+  bool list;     // one field may have several values, separated by commas
   bool address;  // a value is a SIP or tel address
 };
 
@@ -17,12 +17,12 @@ struct FieldKind {
 // an unknown one.
 const FieldKind* findField(std::string_view name);
 
-// Returns the name of the known field that an unknown one may be misspelled for; "" for none, for a
-// short name and for one that begins with "X-" or "P-".
+// Returns the known field that an unknown name is likely to mean; "" for none, for a short name and
+// for one that begins with "X-" or "P-".
 std::string_view likelyField(std::string_view name);
 
-// Splits a field's text at the commas that stand outside quotes and angle brackets. White space
-// around the pieces stays.
+// Splits a field's text at the commas outside quotes and angle brackets. White space around the
+// pieces is kept.
 std::vector<std::string_view> splitList(std::string_view text);
 
 #endif  // TOOL_FIELDS_H

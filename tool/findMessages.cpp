@@ -27,13 +27,13 @@ MessageFinder::MessageFinder(Source source, std::function<void(std::string_view)
       line_(0),
       searched_(0),
       body_(0),
-      whole_(0),
+      end_(0),
       ended_(false),
       insideLine_(false),
       passedOver_(0) {}
 
 void MessageFinder::add(std::string_view bytes) {
-  // A piece at a time, for what is held is to stay near the bound.
+  // A piece at a time, so that what is held stays near the bound.
   while (!bytes.empty()) {
     const std::string_view piece = bytes.substr(0, kLongest / 16);
     held_.append(piece);
@@ -49,7 +49,7 @@ void MessageFinder::finish() {
   insideLine_ = false;
 }
 
-// Does what can be done with the bytes at hand, and lets go of those that are done with.
+// Handles the bytes that are there, and drops those that are done with.
 void MessageFinder::work() {
   while (step()) {
   }
@@ -58,7 +58,7 @@ void MessageFinder::work() {
     if (state_ == State::kSeeking) {
       drop(rest().size());
     } else {
-      tell(rest().size());
+      deliver(rest().size());
     }
   }
   held_.erase(0, begin_);
@@ -68,7 +68,7 @@ void MessageFinder::work() {
   }
 }
 
-// Returns whether there is more to do with the bytes at hand.
+// Returns whether there is more to do with the bytes that are there.
 bool MessageFinder::step() {
   switch (state_) {
     case State::kSeeking:
@@ -82,7 +82,7 @@ bool MessageFinder::step() {
   }
 }
 
-// Looks whether the line in hand begins a message. Line ends between messages keep a connection
+// Checks whether the current line begins a message. Line ends between messages keep a connection
 // alive (RFC 5626 4.4.1).
 bool MessageFinder::seek() {
   if (!insideLine_ && line_ == 0) {
@@ -108,31 +108,31 @@ bool MessageFinder::readHeader() {
   const std::optional<std::string_view> text = nextLine();
   if (!text) {
     if (ended_) {
-      tell(rest().size());
+      deliver(rest().size());
     }
     return false;
   }
   if (beginsMessage(*text)) {
-    tell(line);
+    deliver(line);
     return true;
   }
   if (text->empty()) {
     body_ = line_;
     const std::size_t length = statedLength(rest().substr(0, body_)).value_or(kLongest);
-    whole_ = body_ + std::min(length, kLongest);
-    state_ = whole_ > kLongest ? State::kToStartLine : State::kBody;
+    end_ = body_ + std::min(length, kLongest);
+    state_ = end_ > kLongest ? State::kToStartLine : State::kBody;
   }
   return true;
 }
 
 bool MessageFinder::readBody() {
-  // In a log the byte behind the body is looked at as well.
-  const std::size_t needed = whole_ + (source_ == Source::kLog ? 1 : 0);
+  // In a log the byte after the body is read as well.
+  const std::size_t needed = end_ + (source_ == Source::kLog ? 1 : 0);
   if (rest().size() < needed && !ended_) {
     return false;
   }
-  if (rest().size() >= whole_) {
-    tell(source_ == Source::kLog ? lengthInLog() : whole_);
+  if (rest().size() >= end_) {
+    deliver(source_ == Source::kLog ? lengthInLog() : end_);
   } else {
     state_ = State::kToStartLine;
   }
@@ -146,12 +146,12 @@ bool MessageFinder::readToStartLine() {
     return true;
   }
   if (text || ended_) {
-    tell(text ? line : rest().size());
+    deliver(text ? line : rest().size());
   }
   return text.has_value();
 }
 
-// Returns the next line without its end and moves behind it; nothing while its end is not there.
+// Returns the next line without its end and moves past it; nothing while its end is not there.
 std::optional<std::string_view> MessageFinder::nextLine() {
   const std::size_t start = line_;
   std::size_t end = rest().find('\n', std::max(line_, searched_));
@@ -170,22 +170,22 @@ std::optional<std::string_view> MessageFinder::nextLine() {
 // Returns the length of a message of which all is there.
 std::size_t MessageFinder::lengthInLog() const {
   const std::string_view text = rest();
-  if (whole_ == body_ || whole_ == text.size() || text[whole_ - 1] == '\n' ||
-      kLineEnds.find(text[whole_]) != std::string_view::npos) {
-    return whole_;
+  if (end_ == body_ || end_ == text.size() || text[end_ - 1] == '\n' ||
+      kLineEnds.find(text[end_]) != std::string_view::npos) {
+    return end_;
   }
   std::size_t line = body_;
-  while (line < whole_) {
+  while (line < end_) {
     const std::size_t end = std::min(text.find('\n', line), text.size());
     if (beginsMessage(withoutLineEnd(text.substr(line, end - line)))) {
       return line;
     }
     line = end + 1;
   }
-  return whole_;
+  return end_;
 }
 
-void MessageFinder::tell(std::size_t length) {
+void MessageFinder::deliver(std::size_t length) {
   const std::size_t begin = begin_;
   begin_ += length;
   line_ = 0;

@@ -8,31 +8,30 @@
 #include <string>
 #include <string_view>
 
-// Takes bytes as they come and tells each message once it is whole. A message begins with a line
-// that is nothing but a start line. It ends with the length that its Content-Length says; where
-// its header has no end, or no length that can be right, in front of the next start line or at
-// the end. Other lines are passed over. Holds little more than kLongest bytes; of a message that is
-// longer the first kLongest or so are told. The time is linear in the bytes, whatever the pieces in
-// which they come.
+// Takes bytes in pieces and reports each message once it is complete. A message begins with a line
+// that is nothing but a start line. It ends as its Content-Length says; if its header has no end,
+// or no length that can be right, it ends before the next start line or at the end. Other lines are
+// passed over. Holds little more than kLongest bytes; of a longer message the first kLongest or so
+// are reported. The time is linear in the bytes, whatever the pieces.
 class MessageFinder {
  public:
   static constexpr std::size_t kLongest = std::size_t{1} << 20;
 
-  // In a stream lengths are right. In a log, line ends may have been changed: a length that ends
-  // inside a line does not take along a start line in front of there.
+  // In a stream lengths are right. In a log, line ends may have been changed: if a length ends
+  // inside a line, the message ends before the first start line in the body.
   enum class Source { kStream, kLog };
 
   MessageFinder(Source source, std::function<void(std::string_view message)> found);
 
   void add(std::string_view bytes);
 
-  // Tells of a message that is not whole, and begins anew.
+  // Reports a message that is not complete, and restarts.
   void finish();
 
-  // Returns the memory that is held.
+  // Returns how much memory is held.
   std::size_t held() const { return held_.empty() ? 0 : held_.capacity(); }
 
-  // Returns how many bytes stood outside messages, line ends left out.
+  // Returns how many bytes were outside messages, line ends not counted.
   std::size_t passedOver() const { return passedOver_; }
 
  private:
@@ -46,7 +45,7 @@ class MessageFinder {
   bool readToStartLine();
   std::optional<std::string_view> nextLine();
   std::size_t lengthInLog() const;
-  void tell(std::size_t length);
+  void deliver(std::size_t length);
   void drop(std::size_t length);
   std::string_view rest() const { return std::string_view{held_}.substr(begin_); }
 
@@ -54,13 +53,13 @@ class MessageFinder {
   std::function<void(std::string_view)> found_;
   State state_;
   std::string held_;
-  std::size_t begin_;     // of the message or of the line in hand, in held_
+  std::size_t begin_;     // of the message or of the current line, in held_
   std::size_t line_;      // from begin_ to the next line
   std::size_t searched_;  // from begin_ to where no line end has been found yet
   std::size_t body_;      // from begin_ to the body
-  std::size_t whole_;     // the length of the whole message, as its header has it
+  std::size_t end_;       // from begin_ to the end of the message, as its header has it
   bool ended_;            // nothing follows
-  bool insideLine_;       // the front of the line in hand is dropped
+  bool insideLine_;       // the start of the current line is dropped
   std::size_t passedOver_;
 };
 

@@ -1,4 +1,4 @@
-// header.cpp - siputil header: takes header fields apart, edits them and writes them back.
+// header.cpp - siputil header: splits header fields into pieces, edits them and writes them back.
 #include "fields.h"
 #include "textCommand.h"
 

@@ -1,4 +1,5 @@
-// input.cpp - a file or standard input, read once from front to end, its first bytes seen before.
+// input.cpp - a file or standard input, read once from start to end; its first bytes are known
+// first.
 #include "input.h"
 
 #include <algorithm>
@@ -39,7 +40,7 @@ bool Input::readAll(std::string& text, std::size_t most) {
   return true;
 }
 
-// The stream turns what goes wrong in it into its bad bit.
+// The stream sets its bad bit when a read fails.
 std::size_t Input::readFile(char* buffer, std::size_t length) {
   in_.read(buffer, static_cast<std::streamsize>(length));
   readable_ = readable_ && !in_.bad();

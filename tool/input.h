@@ -1,4 +1,4 @@
-// input.h - a file or standard input, read once from front to end, its first bytes seen before.
+// input.h - a file or standard input, read once from start to end; its first bytes are known first.
 #ifndef TOOL_INPUT_H
 #define TOOL_INPUT_H
 
@@ -10,29 +10,29 @@
 
 class Input {
  public:
-  // As many bytes as it pays to read at once.
+  // How many bytes to read at once.
   static constexpr std::size_t kPieceSize = std::size_t{1} << 16;
 
   // Opens a file, or standard input for `-`.
   explicit Input(const std::string& name);
 
-  // Returns whether reading goes well; a directory, for one, cannot be read.
+  // Returns whether every read succeeded; a directory, for example, cannot be read.
   bool readable() const { return readable_; }
 
-  // Returns what the input begins with, up to 12 bytes. It is read all the same.
+  // Returns the first bytes of the input, up to 12. read() returns them as well.
   std::string_view head() const { return head_; }
 
-  // Returns how many bytes there are; 0 where that shows at the end only.
+  // Returns how many bytes there are; 0 when that is not known.
   std::size_t size() const { return size_; }
 
-  // Returns how many bytes are read.
+  // Returns how many bytes were read.
   std::size_t position() const { return position_; }
 
   // Reads and returns how many bytes; 0 at the end.
   std::size_t read(char* buffer, std::size_t length);
 
-  // Appends what is left to a text; false, and the rest is not read, when that would be longer than
-  // so many bytes.
+  // Appends the rest to a text. Returns false, and stops reading, when the text would be longer
+  // than most bytes.
   bool readAll(std::string& text, std::size_t most = SIZE_MAX);
 
  private:

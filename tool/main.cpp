@@ -15,23 +15,23 @@ constexpr std::size_t kNameWidth = 14;
 // are there.
 const Command kCommands[] = {
     {"address",
-     "Take a SIP address apart, edit it and write it back",
+     "Split a SIP address into pieces, edit it and write it back",
      runAddress,
      {R"(siputil address '"Alice" <sip:alice@example.test:5060;transport=tcp;lr>')",
       "siputil address 'sip:alice@example.test' --set port=5070 --param lr",
       "siputil address - --json <uris.txt"}},
     {"tel",
-     "Take a tel address apart, edit it and turn it into a SIP address",
+     "Split a tel address into pieces, edit it and convert it to a SIP address",
      runTel,
      {"siputil tel 'tel:+1-201-555-0123;ext=7'",
       "siputil tel 'tel:7042;phone-context=example.test' --to-sip sip:host.test"}},
     {"header",
-     "Take a header field apart, edit it and write it back",
+     "Split a header field into pieces, edit it and write it back",
      runHeader,
      {"siputil header 'Contact: <sip:bob@host.test>;expires=60'",
       "siputil header 'Via: SIP/2.0/UDP a.test;branch=z9hG4bK1' --set name=v --remove-param branch"}},
     {"message",
-     "Show whole SIP messages and what is wrong with them",
+     "Show complete SIP messages and what is wrong with them",
      runMessage,
      {"siputil message message.sip", "siputil message --only Via --only Contact message.sip",
       "siputil message --filter 'udp port 5060' trace.pcap", "siputil message --find server.log",
@@ -41,7 +41,7 @@ const Command kCommands[] = {
      runCheck,
      {"siputil check traces", "siputil check --json message.sip traces"}},
     {"body",
-     "Take the body of a message apart",
+     "Split the body of a message into its parts",
      runBody,
      {"siputil body --type 'multipart/mixed;boundary=b' body.bin",
       "siputil body --type 'multipart/mixed;boundary=b' --part 1 --raw body.bin"}},
@@ -59,12 +59,12 @@ const Command kCommands[] = {
      {"siputil via 'SIP/2.0/UDP 10.0.0.1:5060;branch=z9hG4bK1'",
       "siputil via --json 'SIP/2.0/TCP host.test'"}},
     {"compare",
-     "Tell whether two SIP URIs have the same user, port and host",
+     "Compare the user, port and host of two SIP URIs",
      runPlainText,
      {"siputil compare sip:a@[::1] 'sip:a@[0::1];lr'",
       "siputil compare sip:a@b.test 'sip:a@b.test;lr' && echo equal"}},
     {"host",
-     "Tell what kind of address a host is",
+     "Show what kind of address a host is",
      runPlainText,
      {"siputil host '[::1]'", "siputil host --json 192.0.2.1"}},
     {"quote",
@@ -113,8 +113,8 @@ int complainOfCommand(const std::string& name) {
   return complain("there is no command '" + name + "'" + hint, kWrongUsage);
 }
 
-// Runs a command. Its parser stands alone: below another one it would take a "++" for the end of
-// the command.
+// Runs a command. Its parser is no subcommand of another one, which would take a "++" for the end
+// of the command.
 int run(const Command& command, int argc, char** argv) {
   CLI::App parser(command.help, command.name);
   std::string examples = "Examples:";

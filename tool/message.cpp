@@ -161,8 +161,8 @@ void MessageReader::readFields(Message& message) {
   }
 }
 
-// A length that cannot be right must not take the next message along: the body then ends in
-// front of the next start line.
+// A length that cannot be right must not swallow the next message: the body then ends before the
+// next start line.
 void MessageReader::readBody(Message& message) {
   const std::size_t left = text_.size() - position_;
   const std::size_t faults = message.faults.size();
@@ -179,7 +179,7 @@ void MessageReader::readBody(Message& message) {
   position_ += message.body.size();
 }
 
-// Returns how many bytes stand in front of the next start line, or of the end.
+// Returns how many bytes are before the next start line, or before the end.
 std::size_t MessageReader::lengthToStartLine() {
   const std::size_t start = position_;
   std::size_t line = position_;

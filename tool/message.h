@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-// One value of a header field: a field that is a list gives several.
+// One value of a header field: a field that is a list has several.
 struct Field {
-  std::string name;        // the long form of a compact one, else as it stands
+  std::string name;        // the long form of a compact one, else as received
   std::string value;       // unfolded, without the white space around it
   std::size_t offset = 0;  // of its line in the text
 };
@@ -18,7 +18,7 @@ struct Message {
   std::string startLine;
   std::vector<Field> fields;
   std::string_view body;
-  std::vector<std::string> faults;  // what is wrong with the message as a whole
+  std::vector<std::string> faults;  // what is wrong with the message, apart from its fields
   std::size_t offset = 0;           // of its start line in the text
 };
 
@@ -30,12 +30,12 @@ bool isStartLine(std::string_view line);
 // SIP/2.0` begins none.
 bool beginsMessage(std::string_view line);
 
-// Returns the length that the Content-Length fields of a header, its start line in front, give the
-// body; nothing when there is none or they say nothing certain.
+// Returns the body length that the Content-Length fields of a header say, start line included;
+// nothing when there is none or they say nothing certain.
 std::optional<std::size_t> statedLength(std::string_view header);
 
 // Takes messages off the front of a text, which must outlive them. Lines end in CRLF or LF; a
-// body has the length that its Content-Length says, without one it reaches to the end.
+// body has the length that its Content-Length says; without one it extends to the end.
 class MessageReader {
  public:
   explicit MessageReader(std::string_view text) : text_(text), position_(0) {}

@@ -1,4 +1,4 @@
-// messageCommand.cpp - siputil message: shows whole SIP messages and what is wrong with them.
+// messageCommand.cpp - siputil message: shows complete SIP messages and what is wrong with them.
 #include <algorithm>
 #include <cstdint>
 #include <iostream>
@@ -18,8 +18,8 @@
 namespace {
 
 constexpr std::size_t kIndent = 2;
-// A longer field name moves its own value alone; else one would blow up all the lines.
-constexpr std::size_t kMostNameWidth = 32;
+// A longer field name moves only its own value; otherwise one name would lengthen all lines.
+constexpr std::size_t kMaxNameWidth = 32;
 
 struct MessageOptions {
   std::vector<std::string> files;
@@ -50,7 +50,7 @@ class MessagePrinter {
   MessagePrinter(const MessageOptions& options, Counts& counts)
       : options_(options), counts_(counts) {}
 
-  // The passage is that of a captured message, else null.
+  // Only a captured message has a passage.
   void print(const Message& message, const Passage* passage) {
     ++counts_.messages;
     counts_.refused += message.faults.size();
@@ -63,7 +63,7 @@ class MessagePrinter {
     }
   }
 
-  // Prints the messages of a text that has nothing else.
+  // Prints the messages of a text that has only messages.
   void printAll(std::string_view text, const Passage* passage = nullptr) {
     MessageReader reader(text);
     while (const std::optional<Message> message = reader.next()) {
@@ -147,7 +147,7 @@ class MessagePrinter {
         width = std::max(width, printable(field.name).size());
       }
     }
-    width = std::min(width, kMostNameWidth);
+    width = std::min(width, kMaxNameWidth);
     for (const Field& field : message.fields) {
       ReadField read(field);
       count(read);
@@ -323,10 +323,10 @@ int runMessage(CommandLine& line) {
       ->allow_extra_args(false);
   parser.allow_extras();
   addOutputOptions(parser, options.json, options.verbose);
-  parser.add_option("--only", options.only, "Show these header fields alone; may be repeated")
+  parser.add_option("--only", options.only, "Show only these header fields; may be repeated")
       ->type_name("NAME")
       ->allow_extra_args(false);
-  parser.add_option("--filter", options.filter, "Of captures, show what this pcap filter lets by")
+  parser.add_option("--filter", options.filter, "Of captures, show what passes this pcap filter")
       ->type_name("EXPR")
       ->allow_extra_args(false);
   parser.add_flag("--find", options.find, "Of texts, show the messages between other lines");

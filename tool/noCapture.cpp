@@ -1,4 +1,4 @@
-// noCapture.cpp - stands for capture.cpp in a build without libpcap.
+// noCapture.cpp - replaces capture.cpp in a build without libpcap.
 #include "capture.h"
 
 std::string readCapture(Input& /*input*/, const std::string& /*filter*/,

@@ -50,7 +50,7 @@ const LinkLayer* findLinkLayer(int linkType) {
   return found == std::end(kLinkLayers) ? nullptr : found;
 }
 
-// Returns the big-endian number of this width; bytes behind the end count as zeros.
+// Returns the big-endian number of this width; bytes past the end count as zeros.
 std::uint32_t number(std::string_view bytes, std::size_t offset, std::size_t width) {
   std::uint32_t value = 0;
   for (std::size_t i = offset; i < offset + width; ++i) {
@@ -59,7 +59,7 @@ std::uint32_t number(std::string_view bytes, std::size_t offset, std::size_t wid
   return value;
 }
 
-// Takes bytes away from the front; false, and nothing is taken, when there are fewer.
+// Removes bytes at the start; returns false, and removes nothing, when there are fewer.
 bool skip(std::string_view& bytes, std::size_t length) {
   if (bytes.size() < length) {
     return false;
@@ -112,8 +112,8 @@ void readTransport(Packet& packet, unsigned int protocol, std::string_view bytes
   }
 }
 
-// What stands behind the length of the IP packet is padding. A length of 0 is left to the network
-// card to fill in, and the frame then ends with the packet.
+// Bytes past the length of the IP packet are padding. A length of 0 is left to the network card to
+// fill in; the frame then ends with the packet.
 void readIpv4(Packet& packet, std::string_view ip) {
   const std::size_t length = number(ip, 2, 2);
   ip = ip.substr(0, length == 0 ? ip.size() : length);

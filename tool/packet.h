@@ -20,7 +20,7 @@ bool operator<(const Endpoint& a, const Endpoint& b);
 // Returns the address alone, `192.0.2.1` or `2001:db8::1`.
 std::string addressText(const Endpoint& endpoint);
 
-// When and between whom something passed.
+// When a message passed, and between whom.
 struct Passage {
   timeval time;
   Endpoint source;
@@ -28,7 +28,7 @@ struct Passage {
   const char* transport;  // "UDP" or "TCP"
 };
 
-// Returns the time in UTC, `2024-02-29T23:59:59.000001Z`; "" for one that no clock shows.
+// Returns the time in UTC, `2024-02-29T23:59:59.000001Z`; "" for an impossible one.
 std::string timeText(const timeval& time);
 
 // Returns `TIME 192.0.2.1:5060 -> 192.0.2.2:5060 UDP`, addresses of IPv6 in brackets, "?" for "".
@@ -53,7 +53,7 @@ bool isCapture(std::string_view head);
 // Ethernet, Linux cooked v1 and v2, raw IP, loopback.
 bool isLinkTypeKnown(int linkType);
 
-// Takes a frame apart; anything may stand in it.
+// Splits a frame, whatever its bytes are.
 Packet readPacket(int linkType, std::string_view frame);
 
 #endif  // TOOL_PACKET_H

@@ -13,8 +13,8 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-constexpr std::size_t kMostQValues = 255;     // what their count holds
-constexpr std::size_t kEachAlone = SIZE_MAX;  // any number, each asked about alone
+constexpr std::size_t kMaxQValues = 255;      // what their count holds
+constexpr std::size_t kEachAlone = SIZE_MAX;  // any number, one question for each
 
 struct Answer {
   bool accepted = false;
@@ -93,10 +93,9 @@ const Question kQuestions[] = {
     {"compare", "URI", "Two SIP URIs", 2, 2, compare},
     {"host", "TEXT", "A host, in brackets or bare", 1, 1, host},
     {"quote", "TEXT", "SIP URIs, or lists of them", 1, kEachAlone, quote},
-    {"feature-tag", "TEXT REFERENCE", "A text and the name in front of the value", 2, 2,
-     featureTag},
+    {"feature-tag", "TEXT REFERENCE", "A text and the name before the value", 2, 2, featureTag},
     {"sort", "LIST", "Elements between semicolons", 1, 1, sort},
-    {"max-q", "Q", "Values from 0 to 1", 1, kMostQValues, maxQ},
+    {"max-q", "Q", "Values from 0 to 1", 1, kMaxQValues, maxQ},
     {"imei", "DIGITS", "At least 15 digits", 1, 1, imei},
 };
 
@@ -104,7 +103,7 @@ struct PlainTextOptions : Options {
   Texts texts;
 };
 
-// Asks about the texts and shows the answer; the place is "" for texts that are asked about alone.
+// Asks about the texts and shows the answer; the place is "" for a single question.
 int run(const Question& question, const PlainTextOptions& options, Texts texts,
         const std::string& place) {
   const Diagnostics diagnostics;

@@ -5,16 +5,16 @@
 #include <chrono>
 #include <cstddef>
 
-// Drawn on standard error, only where that is a terminal, and wiped off in the end.
+// Drawn on standard error, only on a terminal, and erased at the end.
 class Progress {
  public:
-  // Nothing is drawn for a total of 0, one that is not known.
+  // A total of 0 is not known: nothing is drawn.
   explicit Progress(std::size_t total);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // Tells how much of the total is done.
+  // Says how much of the total is done.
   void at(std::size_t done);
 
  private:

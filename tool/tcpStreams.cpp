@@ -6,11 +6,11 @@ namespace {
 // What a waiting segment costs besides its bytes.
 constexpr std::size_t kNodeSize = 128;
 
-// A sequence number farther from the expected one than any window is that of another connection
+// A sequence number farther from the expected one than any window belongs to another connection
 // between the same ends.
 constexpr std::int64_t kFarthest = std::int64_t{1} << 30;
 
-// The first byte of the data comes behind the one that a SYN counts for.
+// A SYN counts as one byte, before the first byte of the data.
 std::uint32_t firstByte(const Packet& segment) { return segment.sequence + (segment.syn ? 1 : 0); }
 
 }  // namespace
@@ -29,7 +29,7 @@ void TcpStream::add(const timeval& time, const Packet& segment) {
   const std::uint32_t first = firstByte(segment);
   // The difference of sequence numbers, modulo 2^32, as a signed one (RFC 9293 3.4).
   std::int64_t ahead = static_cast<std::int32_t>(first - static_cast<std::uint32_t>(next_));
-  if (segment.reset && (ahead < 0 || ahead > std::int64_t{kMostWaiting})) {
+  if (segment.reset && (ahead < 0 || ahead > std::int64_t{kMaxWaiting})) {
     return;  // outside of any window it ends nothing (RFC 9293 3.10.7.4)
   }
   if ((segment.syn && (first != first_ || ended_)) || ahead > kFarthest || ahead < -kFarthest) {
@@ -39,7 +39,7 @@ void TcpStream::add(const timeval& time, const Packet& segment) {
   }
   passage_.time = time;
   place(next_ + ahead, segment.payload);
-  while (waitingSize_ > kMostWaiting) {
+  while (waitingSize_ > kMaxWaiting) {
     skipGap();
   }
   if (segment.reset || (segment.fin && waiting_.empty())) {
@@ -118,7 +118,7 @@ void TcpStreams::add(const timeval& time, const Packet& segment) {
   const std::size_t before = known == index_.end() ? 0 : stream.held();
   stream.add(time, segment);
   held_ = held_ - before + stream.held();
-  while (entries_.size() > kMostStreams || held_ > kMostHeld) {
+  while (entries_.size() > kMaxStreams || held_ > kMaxHeld) {
     counts_.closed += entries_.back().stream.held() == 0 ? 0U : 1U;
     closeOldest();
   }

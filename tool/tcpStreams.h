@@ -13,7 +13,7 @@
 #include "findMessages.h"
 #include "packet.h"
 
-// Told a message, with the time of the segment that made it whole.
+// Called with each message and the time of the segment that completed it.
 using FoundMessage = std::function<void(const Passage& passage, std::string_view message)>;
 
 // What was lost or left out.
@@ -23,13 +23,14 @@ struct TcpCounts {
   std::size_t passedOver = 0;  // bytes outside messages
 };
 
-// One direction of a connection. Segments that come early wait for those in front of them; when
-// more than kMostWaiting bytes wait, the missing ones are a gap: what is there of a message is
-// told, and the stream goes on behind the gap. What is delivered stays, whatever comes in its
-// place; of two that wait the one that begins first is taken whole.
+// One direction of a connection. Segments that come early wait for the missing bytes before them.
+// When more than kMaxWaiting bytes wait, the missing ones are a gap: the message that the gap cuts
+// is reported as far as it is there, and the stream continues after the gap. Of segments that
+// overlap, delivered bytes are never replaced; of two that wait, all of the one that begins first
+// is used.
 class TcpStream {
  public:
-  static constexpr std::size_t kMostWaiting = std::size_t{1} << 18;
+  static constexpr std::size_t kMaxWaiting = std::size_t{1} << 18;
 
   TcpStream(const Packet& segment, const FoundMessage& found, TcpCounts& counts);
   ~TcpStream() { counts_.passedOver += finder_.passedOver(); }
@@ -38,7 +39,7 @@ class TcpStream {
 
   void add(const timeval& time, const Packet& segment);
 
-  // Tells what is left, gaps or not.
+  // Reports what is left, gaps or not.
   void finish();
 
   // Returns the memory that is held.
@@ -57,17 +58,17 @@ class TcpStream {
   MessageFinder finder_;
   std::uint32_t first_;  // sequence number of the first byte
   std::int64_t next_;    // position of the next byte: a sequence number that does not wrap
-  bool ended_;           // by a FIN or RST; a SYN begins anew
+  bool ended_;           // by a FIN or RST; a SYN restarts it
   std::map<std::int64_t, std::string> waiting_;
   std::size_t waitingSize_;
 };
 
-// The streams of a capture. At most kMostStreams of them, in at most kMostHeld bytes, are open;
-// beyond, the one longest without a segment is closed.
+// The streams of a capture. At most kMaxStreams of them, in at most kMaxHeld bytes, are open;
+// beyond that, the one longest without a segment is closed.
 class TcpStreams {
  public:
-  static constexpr std::size_t kMostStreams = 4096;
-  static constexpr std::size_t kMostHeld = std::size_t{1} << 26;
+  static constexpr std::size_t kMaxStreams = 4096;
+  static constexpr std::size_t kMaxHeld = std::size_t{1} << 26;
 
   explicit TcpStreams(FoundMessage found) : found_(std::move(found)), held_(0) {}
 
@@ -92,7 +93,7 @@ class TcpStreams {
 
   FoundMessage found_;
   TcpCounts counts_;
-  std::list<Entry> entries_;  // the last one used in front
+  std::list<Entry> entries_;  // the last one used is the first
   std::map<Ends, std::list<Entry>::iterator> index_;
   std::size_t held_;
 };

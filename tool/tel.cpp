@@ -1,4 +1,5 @@
-// tel.cpp - siputil tel: takes tel addresses apart, edits them, turns them into SIP addresses.
+// tel.cpp - siputil tel: splits tel addresses into pieces, edits them, converts them to SIP
+// addresses.
 #include <optional>
 
 #include "textCommand.h"
@@ -19,7 +20,7 @@ struct TelOptions : Options {
   std::optional<std::string> target;  // of the conversion
 };
 
-// Makes the SIP form in the target, the text of which is left "" without one.
+// Makes the SIP form in the target; without a target sip stays "".
 VARN_EXCEPTION_CODES convert(TelAddress& tel, const std::optional<std::string>& target,
                              std::string& sip) {
   if (!target) {

@@ -15,7 +15,7 @@ bool isControl(char32_t character) {
   return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
-// Takes the next character off the front of well-formed UTF-8.
+// Removes and returns the first character of well-formed UTF-8.
 char32_t takeCharacter(std::string_view& text) {
   const char* end = text.data();
   const char32_t character = utf8::unchecked::next(end);

@@ -19,8 +19,8 @@ bool sameIgnoringCase(std::string_view a, std::string_view b);
 // Returns the text without the blanks and tabs at its ends.
 std::string_view trimmed(std::string_view text);
 
-// Returns which of the names is closest to this one, ASCII letters without regard to case: at most
-// so many letters are missing, too many, wrong or swapped with a neighbour. Returns "" for none.
+// Returns which of the names is closest to this one, ASCII letters without regard to case; ""
+// when more than so many letters are missing, added, wrong or swapped with a neighbour.
 std::string_view closest(std::string_view name, const std::vector<std::string_view>& names,
                          std::size_t most);
 

@@ -21,7 +21,7 @@ int report(const Outcome& outcome, const Options& options, const Diagnostics& di
 
 int show(Reading& reading, const Options& options, const Diagnostics& diagnostics,
          unsigned long line) {
-  const Diagnostics unheard;  // what is logged from here on is the tool's own doing
+  const Diagnostics ignored;  // of what showing makes the library log
   if (options.json) {
     nlohmann::ordered_json object = reading.json();
     object["diagnostics"] = diagnostics.toJson();

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kMemoryCategory = 2;
 
-// Deletes an object that a function of the library gave away.
+// Deletes an object that a function of the library handed out.
 struct Deleter {
   template <typename Object>
   void operator()(Object* object) const {
@@ -63,7 +63,7 @@ struct ViaReading : Reading {
 }  // namespace
 
 std::string sentByUri(const std::string& via) {
-  const Diagnostics unheard;
+  const Diagnostics ignored;
   const std::unique_ptr<SipAddress, Deleter> address(ParseViaHeaderToAdress(via.c_str()));
   return address == nullptr ? std::string() : std::string(bytes(address->getURI()));
 }

@@ -4,8 +4,8 @@
 
 #include <string>
 
-// Returns the SIP URI of the sent-by of a Via value; "" where the library finds none. What is
-// logged on the way is not heard.
+// Returns the SIP URI of the sent-by of a Via value; "" where the library finds none. What the
+// library logs meanwhile is ignored.
 std::string sentByUri(const std::string& via);
 
 #endif  // TOOL_VIA_H

@@ -4,7 +4,7 @@
 //   link ethernet|vlan|cooked|cooked2|raw|loopback
 //   udp SOURCE PORT DESTINATION PORT [TEXT]     a datagram, IPv4 or IPv6 as the addresses are
 //   tcp SOURCE PORT DESTINATION PORT SEQUENCE FLAGS [TEXT]  a segment; FLAGS are S, F, R or -
-//   fragment LINE, extended LINE, short LINE    the first of two fragments; behind an extension
+//   fragment LINE, extended LINE, short LINE    the first of two fragments; after an extension
 //                                               header; the last byte not captured
 //   times N LINE                                N times, each from the next source port
 //   cut N                                       takes the last N bytes of the file away

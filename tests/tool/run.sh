@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: run.sh SIPUTIL CASE [MAKECAPTURE]
 # Runs siputil as a case file says and compares. The lines of a case begin with
-#   #  a remark      $  the arguments, as a shell reads them    <  one line of standard input
+#   #  a comment     $  the arguments, as a shell reads them    <  one line of standard input
 #   @  one line of a description of the capture that standard input is
 #   >  one line of standard output    !  one of standard error  =  the exit status
 # In lines of input, \xHH and the like are bytes, \{N} is N zeros; in arguments $data is tests/data.
