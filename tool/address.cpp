@@ -19,7 +19,7 @@ std::string checkEdit(const Edit& edit) {
 
 VARN_EXCEPTION_CODES setPort(SipAddress& address, const SipString& value) {
   unsigned short port = 0;
-  readPort(bytes(value), port);
+  readPort(view(value), port);
   address.setPort(port);
   return address.GetLastErrorCode();
 }
@@ -36,7 +36,7 @@ const Setter<SipAddress> kSetters[] = {
 };
 
 struct AddressReading : Reading {
-  AddressReading(const Options& options, const std::string& text) : address(sipString(text)) {
+  AddressReading(const Options& options, const std::string& text) : address(toSipString(text)) {
     code = applyAll(address, options.edits, kSetters);
   }
 

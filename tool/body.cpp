@@ -169,7 +169,7 @@ std::string contentLines(const std::string& title, std::string_view bytes, const
 std::string partLines(const Part& part) {
   std::string lines;
   forEachHeader(*part.node, [&lines](SipHeader& header) {
-    lines += printable(bytes(header.toString())) + '\n';
+    lines += printable(view(header.toString())) + '\n';
   });
   if (part.node->preamble != nullptr) {
     lines += contentLines("preamble", part.node->preamble);

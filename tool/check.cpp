@@ -115,7 +115,7 @@ class Checker {
     for (const Field& field : message.fields) {
       ++counts_.fields;
       const Diagnostics diagnostics;
-      const SipHeader header(sipString(field.name), sipString(field.value));
+      const SipHeader header(toSipString(field.name), toSipString(field.value));
       if (header.GetLastErrorCode() != VARN_OK) {
         refuse(diagnostics.reasons(header.GetLastErrorCode()), field.offset, field.name,
                field.value);

@@ -36,47 +36,88 @@ std::string typeName(WY_SIP_TELURI_TYPE type) {
 
 void addPiece(Pieces& pieces, const char* label, const SipString& value) {
   if (value.length() != 0) {
-    pieces.emplace_back(label, bytes(value));
+    pieces.emplace_back(label, view(value));
   }
+}
+
+// Parameters in the order in which they are written: names, and values or empty texts.
+using Params = std::vector<std::pair<std::string, std::string>>;
+
+template <typename Object>
+Params paramsOf(const Object& object) {
+  Params params;
+  for (const SipParam& param : siputility::paramsOf(object)) {
+    params.emplace_back(view(param.getName()), view(param.getValue()));
+  }
+  return params;
+}
+
+// Returns the length of the first parameter of `name[=value];...`: a value may be in quotes.
+std::size_t paramLength(std::string_view text) {
+  bool quoted = false;
+  std::size_t length = 0;
+  for (; length < text.size() && (quoted || text[length] != ';'); ++length) {
+    quoted = quoted != (text[length] == '"');
+    length += quoted && text[length] == '\\' ? 1U : 0U;
+  }
+  return std::min(length, text.size());
+}
+
+// Each step over a tel address looks through all its parameters. The library sorts them once for
+// the URI, so they are read from there.
+Params paramsOf(const TelAddress& tel) {
+  SipString uri;
+  tel.getURIString(uri);
+  std::string_view rest = view(uri);
+  const auto pass = [&rest](std::string_view name, const SipString& value) {
+    rest.remove_prefix(value.length() == 0 ? 0 : name.size() + value.length());
+  };
+  pass("", tel.getPhoneNumber());
+  pass(";isub=", tel.getISDNSubAddr());
+  pass(";ext=", tel.getExtension());
+  pass(";phone-context=", tel.getContext());
+  Params params;
+  while (!rest.empty()) {
+    rest.remove_prefix(1);
+    const std::string_view param = rest.substr(0, paramLength(rest));
+    const std::size_t equal = std::min(param.find('='), param.size());
+    params.emplace_back(param.substr(0, equal), param.substr(std::min(equal + 1, param.size())));
+    rest.remove_prefix(param.size());
+  }
+  return params;
 }
 
 template <typename Object>
 void addParameters(Pieces& pieces, const Object& object) {
-  for (const SipParam* param = object.firstParam(); param != nullptr;
-       param = object.nextParam(param)) {
-    std::string text(bytes(param->getName()));
-    if (param->getValue().length() != 0) {
-      text.append("=").append(bytes(param->getValue()));
-    }
-    pieces.emplace_back("parameter", text);
+  for (const auto& [name, value] : paramsOf(object)) {
+    pieces.emplace_back("parameter", value.empty() ? name : name + '=' + value);
   }
 }
 
 template <typename Object>
 nlohmann::ordered_json parametersJson(const Object& object) {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (const SipParam* param = object.firstParam(); param != nullptr;
-       param = object.nextParam(param)) {
-    list.push_back({{"name", bytes(param->getName())}, {"value", bytes(param->getValue())}});
+  for (const auto& [name, value] : paramsOf(object)) {
+    list.push_back({{"name", name}, {"value", value}});
   }
   return list;
 }
 
 nlohmann::ordered_json textOrNull(bool ok, const SipString& text) {
-  return ok ? nlohmann::ordered_json(bytes(text)) : nullptr;
+  return ok ? nlohmann::ordered_json(view(text)) : nullptr;
 }
 
 // The address that a header's value is: one of the two, or none.
 struct ValueAddress {
   explicit ValueAddress(const SipHeader& header) {
-    const FieldKind* field = findField(bytes(header.getName()));
+    const FieldKind* field = findField(view(header.getName()));
     const SipString& value = header.getValue();
     if (value.length() == 0 || ((field == nullptr || !field->address) &&
-                                bytes(value).find('<') == std::string_view::npos)) {
+                                view(value).find('<') == std::string_view::npos)) {
       return;
     }
     sip = read<SipAddress>(value);
-    if (sip != nullptr && sameIgnoringCase(bytes(sip->getScheme()), "tel")) {
+    if (sip != nullptr && sameIgnoringCase(view(sip->getScheme()), "tel")) {
       sip.reset();
     }
     if (sip == nullptr) {
@@ -185,10 +226,10 @@ nlohmann::ordered_json toJson(SipAddress& address, VARN_EXCEPTION_CODES code) {
   object["ok"] = ok;
   object["code"] = static_cast<unsigned int>(code);
   object["wildcard"] = address.isWildcard();
-  object["displayName"] = bytes(address.getDisplayName());
-  object["scheme"] = bytes(address.getScheme());
-  object["user"] = bytes(address.getUser());
-  object["host"] = bytes(address.getHost());
+  object["displayName"] = view(address.getDisplayName());
+  object["scheme"] = view(address.getScheme());
+  object["user"] = view(address.getUser());
+  object["host"] = view(address.getHost());
   object["hostType"] = hostType(address.getHost());
   object["port"] = address.getStoredPort();
   object["effectivePort"] = address.getPort();
@@ -205,14 +246,14 @@ nlohmann::ordered_json toJson(TelAddress& tel, VARN_EXCEPTION_CODES code) {
   nlohmann::ordered_json object;
   object["ok"] = ok;
   object["code"] = static_cast<unsigned int>(code);
-  object["displayName"] = bytes(tel.getDisplayName());
-  object["phoneNumber"] = bytes(tel.getPhoneNumber());
+  object["displayName"] = view(tel.getDisplayName());
+  object["phoneNumber"] = view(tel.getPhoneNumber());
   object["type"] = typeName(tel.getType());
-  object["isub"] = bytes(tel.getISDNSubAddr());
-  object["ext"] = bytes(tel.getExtension());
-  object["phoneContext"] = bytes(tel.getContext());
+  object["isub"] = view(tel.getISDNSubAddr());
+  object["ext"] = view(tel.getExtension());
+  object["phoneContext"] = view(tel.getContext());
   object["parameters"] = parametersJson(tel);
-  object["uri"] = ok ? nlohmann::ordered_json("tel:" + std::string(bytes(uri))) : nullptr;
+  object["uri"] = ok ? nlohmann::ordered_json("tel:" + std::string(view(uri))) : nullptr;
   object["text"] = textOrNull(ok, tel.toString());
   return object;
 }
@@ -222,10 +263,10 @@ nlohmann::ordered_json toJson(SipHeader& header, VARN_EXCEPTION_CODES code) {
   nlohmann::ordered_json object;
   object["ok"] = ok;
   object["code"] = static_cast<unsigned int>(code);
-  object["name"] = bytes(header.getName());
+  object["name"] = view(header.getName());
   object["type"] =
       header.getHeaderType() == WY_SIP_HEADER_TYPE_AUTH ? "authentication" : "ordinary";
-  object["value"] = bytes(header.getValue());
+  object["value"] = view(header.getValue());
   object["parameters"] = parametersJson(header);
   object["text"] = textOrNull(ok, header.toString());
   object["address"] = ok ? addressJson(header) : nullptr;

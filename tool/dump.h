@@ -10,6 +10,7 @@
 
 #include "text.h"
 #include "wySipAddress.h"
+#include "wySipCxx.h"
 #include "wySipHeader.h"
 #include "wyTelAddress.h"
 
@@ -40,12 +41,8 @@ nlohmann::ordered_json toJson(SipHeader& header, VARN_EXCEPTION_CODES code);
 // steer a terminal, are escaped; bytes that are not UTF-8 become U+FFFD.
 std::string jsonLine(const nlohmann::ordered_json& object);
 
-// Returns the content of a string.
-inline std::string_view bytes(const SipString& text) { return {text.c_str(), text.length()}; }
-
-// Returns a string of this content.
-inline SipString sipString(std::string_view text) {
-  return SipString(text.data(), static_cast<unsigned int>(text.size()));
-}
+using siputility::toSipString;
+using siputility::toStdString;
+using siputility::view;
 
 #endif  // TOOL_DUMP_H

@@ -20,7 +20,7 @@ std::string valueOf(const std::string& field) {
 
 struct HeaderReading : Reading {
   HeaderReading(const Options& options, const std::string& text)
-      : header(sipString(nameOf(text)), sipString(valueOf(text))) {
+      : header(toSipString(nameOf(text)), toSipString(valueOf(text))) {
     if (text.find(':') == std::string::npos) {
       code = VARN_INVALID_INPUT;
       reason = "a header field is NAME: VALUE, but there is no colon";

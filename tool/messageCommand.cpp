@@ -75,7 +75,7 @@ class MessagePrinter {
   // One field as the library sees it.
   struct ReadField {
     explicit ReadField(const Field& field)
-        : header(sipString(field.name), sipString(field.value)),
+        : header(toSipString(field.name), toSipString(field.value)),
           code(header.GetLastErrorCode()),
           isVia(code == VARN_OK && sameIgnoringCase(trimmed(field.name), "Via")),
           sentBy(isVia ? sentByUri(field.value) : "") {}
@@ -166,7 +166,7 @@ class MessagePrinter {
     const std::string name = printable(field.name);
     std::cout << std::string(kIndent, ' ') << emphasised(name)
               << std::string(width - std::min(width, name.size()) + 2, ' ')
-              << printable(refused ? trimmed(field.value) : bytes(read.header.getValue())) << '\n';
+              << printable(refused ? trimmed(field.value) : view(read.header.getValue())) << '\n';
     const std::string indent(kIndent + width + 4, ' ');
     const std::string_view meant = likelyField(trimmed(field.name));
     if (!meant.empty()) {
@@ -179,11 +179,10 @@ class MessagePrinter {
       return;
     }
     const SipHeader& header = read.header;
-    for (const SipParam* param = header.firstParam(); param != nullptr;
-         param = header.nextParam(param)) {
-      std::cout << indent << ';' << printable(bytes(param->getName()))
-                << (param->getValue().length() == 0 ? "" : "=")
-                << printable(bytes(param->getValue())) << '\n';
+    for (const SipParam& param : siputility::paramsOf(header)) {
+      std::cout << indent << ';' << printable(view(param.getName()))
+                << (param.getValue().length() == 0 ? "" : "=") << printable(view(param.getValue()))
+                << '\n';
     }
     std::cout << indented(aligned(addressPieces(header), false), indent.size());
     if (!read.sentBy.empty()) {

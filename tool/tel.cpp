@@ -26,19 +26,19 @@ VARN_EXCEPTION_CODES convert(TelAddress& tel, const std::optional<std::string>& 
   if (!target) {
     return VARN_OK;
   }
-  SipAddress address(sipString(*target));
+  SipAddress address(toSipString(*target));
   VARN_EXCEPTION_CODES code = address.GetLastErrorCode();
   if (code == VARN_OK) {
     code = tel.toSipAddress(address);
   }
   if (code == VARN_OK) {
-    sip = bytes(address.toString());
+    sip = view(address.toString());
   }
   return code;
 }
 
 struct TelReading : Reading {
-  TelReading(const TelOptions& options, const std::string& text) : tel(sipString(text)) {
+  TelReading(const TelOptions& options, const std::string& text) : tel(toSipString(text)) {
     code = applyAll(tel, options.edits, kSetters);
     if (code == VARN_OK) {
       code = convert(tel, options.target, sip);

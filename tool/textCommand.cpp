@@ -38,6 +38,6 @@ int show(Reading& reading, const Options& options, const Diagnostics& diagnostic
 }
 
 Pieces with(Pieces pieces, const char* label, const SipString& value) {
-  pieces.emplace_back(label, bytes(value));
+  pieces.emplace_back(label, view(value));
   return pieces;
 }

@@ -29,15 +29,15 @@ template <typename Object, std::size_t kCount>
 VARN_EXCEPTION_CODES apply(Object& object, const Edit& edit,
                            const Setter<Object> (&setters)[kCount]) {
   if (edit.kind == Edit::Kind::kParam) {
-    return object.setParameter(sipString(edit.name), sipString(edit.value));
+    return object.setParameter(toSipString(edit.name), toSipString(edit.value));
   }
   if (edit.kind == Edit::Kind::kRemoveParam) {
-    object.removeParameter(sipString(edit.name));
+    object.removeParameter(toSipString(edit.name));
     return object.GetLastErrorCode();
   }
   for (const auto& setter : setters) {
     if (edit.name == setter.name) {
-      return setter.set(object, sipString(edit.value));
+      return setter.set(object, toSipString(edit.value));
     }
   }
   return VARN_INVALID_INPUT;

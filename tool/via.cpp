@@ -1,28 +1,17 @@
 // via.cpp - siputil via: what the value of a Via header field reduces to.
 #include "via.h"
 
-#include <memory>
-
-#include "imsdpl.h"
 #include "textCommand.h"
+#include "wySipCxx.h"
 #include "wySipUtils.h"
 
 namespace {
 
-constexpr int kMemoryCategory = 2;
-
-// Deletes an object that a function of the library handed out.
-struct Deleter {
-  template <typename Object>
-  void operator()(Object* object) const {
-    pzmemlog_remove(kMemoryCategory, object);
-    delete object;
-  }
-};
+using siputility::HandedOut;
 
 // Returns an object as JSON, null for none.
 template <typename Object>
-nlohmann::ordered_json jsonOrNull(const std::unique_ptr<Object, Deleter>& object) {
+nlohmann::ordered_json jsonOrNull(const HandedOut<Object>& object) {
   return object == nullptr ? nullptr : toJson(*object, VARN_OK);
 }
 
@@ -49,23 +38,23 @@ struct ViaReading : Reading {
     for (const auto& [label, value] : pieces(*address)) {
       shown.emplace_back(indent + label, value);
     }
-    shown.emplace_back("header", bytes(header->toString()));
+    shown.emplace_back("header", view(header->toString()));
     for (const auto& [label, value] : pieces(*header)) {
       shown.emplace_back(indent + label, value);
     }
     return shown;
   }
 
-  std::unique_ptr<SipAddress, Deleter> address;
-  std::unique_ptr<SipHeader, Deleter> header;
+  HandedOut<SipAddress> address;
+  HandedOut<SipHeader> header;
 };
 
 }  // namespace
 
 std::string sentByUri(const std::string& via) {
   const Diagnostics ignored;
-  const std::unique_ptr<SipAddress, Deleter> address(ParseViaHeaderToAdress(via.c_str()));
-  return address == nullptr ? std::string() : std::string(bytes(address->getURI()));
+  const HandedOut<SipAddress> address(ParseViaHeaderToAdress(via.c_str()));
+  return address == nullptr ? std::string() : toStdString(address->getURI());
 }
 
 int runVia(CommandLine& line) {

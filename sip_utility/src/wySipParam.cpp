@@ -26,8 +26,8 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 // Returns whether the rules of a list are the library's, not those of a caller's class, which may
 // change the list.
 bool hasOwnRules(const SipParamList& list) {
-  const std::type_info& type = typeid(list);
-  return type == typeid(SipAddrParamList) || type == typeid(SipHdrParamList);
+  const std::type_info* const type = &typeid(list);
+  return type == &typeid(SipAddrParamList) || type == &typeid(SipHdrParamList);
 }
 
 // Takes what the rule covers out of a text with nothing else but white space around it.
