@@ -27,8 +27,8 @@ def texts_of(source):
 
 
 def main():
-    names = subprocess.run(
-        ["scripts/sources.sh", "sip_utility/src/*.cpp", "sip_utility/src/*.h"], check=True, capture_output=True, text=True).stdout.split("\0")
+    command = ["scripts/sources.sh", "sip_utility/src/*.cpp", "sip_utility/src/*.h"]
+    names = subprocess.run(command, check=True, capture_output=True, text=True).stdout.split("\0")
     logged = set()
     for name in filter(os.path.isfile, names):  # a deleted file is listed as well
         with open(name, encoding="ascii") as file:

@@ -10,7 +10,7 @@ scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp utf8.h pcap
 set -x
 scripts/format.sh --dry-run -Werror
 scripts/sources.sh dev .ci/run '*.sh' '*.bash' | xargs -0 shellcheck
-scripts/diagnostics.py --check
+scripts/diagnostics.py
 scripts/layers.sh
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
