@@ -6,6 +6,7 @@
 
 #include "libraryTest.h"
 #include "naive.h"
+#include "wyTelAddress.h"
 
 namespace {
 
@@ -144,31 +145,53 @@ TEST_F(SipHeaderMatchTest, LogsOneSetOfLinesForEachBracket) {
   EXPECT_EQ(all, takeLog());
 }
 
+// Uses the library once in a handler of the platform.
+struct UsingHandler {
+  static void takeLine(void* self, const HostLogLine& line) {
+    auto& handler = *static_cast<UsingHandler*>(self);
+    handler.lines.emplace_back(line.text);
+    if (handler.lines.back() == handler.trigger) {
+      handler.use();
+    }
+  }
+  static void takeBlock(void* self, const HostMemoryEvent& event) {
+    if (event.added && event.size == sizeof(TelAddress)) {
+      static_cast<UsingHandler*>(self)->use();
+    }
+  }
+  void use() {
+    if (std::exchange(used, true)) {
+      return;
+    }
+    naive::countOf<SipNonAuthHeaderMatchValue>("x<tel:+;>");
+  }
+  Lines linesOf(const char* text) {
+    naive::countOf<SipNonAuthHeaderMatchValue>(text);
+    return std::exchange(lines, {});
+  }
+  Lines lines;
+  std::string trigger;
+  bool used = true;
+};
+
 TEST_F(SipHeaderMatchTest, RepeatsNoLineOfAHandlerThatUsesTheLibrary) {
-  struct Handler {
-    static void take(void* self, const HostLogLine& line) {
-      auto& handler = *static_cast<Handler*>(self);
-      handler.lines.emplace_back(line.text);
-      if (handler.lines.back() == handler.trigger) {
-        handler.trigger.clear();
-        naive::countOf<SipNonAuthHeaderMatchValue>("x<tel:+;>");
-      }
-    }
-    Lines linesOf(const char* text) {
-      naive::countOf<SipNonAuthHeaderMatchValue>(text);
-      return std::exchange(lines, {});
-    }
-    Lines lines;
-    std::string trigger;
-  } handler;
-  hostSetLogHandler(&Handler::take, &handler);
+  UsingHandler handler;
+  hostSetLogHandler(&UsingHandler::takeLine, &handler);
   const Lines nested = handler.linesOf("x<tel:+;>");
   const Lines one = handler.linesOf("<tel:+>");
-  handler.trigger = "TelAddressMatchGlobalPhoneNumber: No phonedigit found";
   Lines all = one;
-  all.insert(std::find(all.begin(), all.end(), handler.trigger) + 1, nested.begin(), nested.end());
   all.insert(all.end(), one.begin(), one.end());
-  EXPECT_EQ(all, handler.linesOf("<tel:+><tel:+>"));
+  for (const bool memory : {false, true}) {
+    // The object is recorded after its lines, before the verdict.
+    const char* number = "TelAddressMatchGlobalPhoneNumber: No phonedigit found";
+    const auto place = memory ? 4 : std::find(one.begin(), one.end(), number) - one.begin() + 1;
+    Lines expected = all;
+    expected.insert(expected.begin() + place, nested.begin(), nested.end());
+    handler.used = false;
+    handler.trigger = memory ? "" : number;
+    hostSetMemoryHandler(memory ? &UsingHandler::takeBlock : nullptr, &handler);
+    EXPECT_EQ(expected, handler.linesOf("<tel:+><tel:+>"));
+  }
 }
 
 TEST_F(SipHeaderMatchTest, TriesAnOpaqueUriWhereThereIsNoMemoryForATelUri) {

@@ -106,7 +106,9 @@ TEST_F(SipMatchDeathTest, OffsetsThatWrapEndTheProcess) {
       [&] { return SipMatchSpecificString("x").doMatch(stream, offset); },
       [&] { return SipHeaderMatchValue(WY_SIP_HEADER_TYPE_NON_AUTH).doMatch(stream, offset); },
       [&] { return TelAddressMatchPhoneNumber(WY_SIP_TELURI_TYPE_LOCAL).doMatch(stream, offset); },
+      [&] { return SipHeaderMatchValue(WY_SIP_HEADER_TYPE_NONE).doMatch(stream, offset); },
       [&] { return SipAddrParamList().matchEqual(stream, offset); },
+      [&] { return TelAddrParamList().matchName(stream, offset); },
   };
   for (const auto& match : cases) {
     SCOPED_TRACE(&match - cases);

@@ -263,6 +263,38 @@ TEST_F(SipParamListTest, RemovesANodeFromTheChainThatACallerLedPastAnother) {
   EXPECT_EQ(Lines{}, takeAssertions());
 }
 
+TEST_F(SipParamListTest, RemovesNodesInAnyOrderThatACallerGaveThem) {
+  const auto name = [](int i) { return toSipString(std::string(1, static_cast<char>('a' + i))); };
+  int order[] = {0, 1, 2, 3};
+  do {
+    for (const int renewed : {-1, 0, 3}) {
+      SipAddrParamList list;
+      EXPECT_EQ(VARN_OK, parse(list, ";d;c;b;a"));
+      SipParam* nodes[4];
+      std::transform(order, order + 4, nodes, [&](int i) { return list.find(name(i)); });
+      for (int i = 0; i < 3; ++i) {
+        nodes[i]->setNext(nodes[i + 1]);
+      }
+      nodes[3]->setNext(nullptr);
+      std::string text;
+      for (const int i : order) {
+        text += i == renewed ? "" : std::string(";") + static_cast<char>('a' + i);
+      }
+      if (renewed >= 0) {
+        list.setParameter(name(renewed), "1");
+        text = std::string(";") + static_cast<char>('a' + renewed) + "=1" + text;
+      }
+      EXPECT_EQ(VARN_OK, writes(list, text.c_str()));
+      for (const int i : {2, 0, 3, 1}) {
+        list.removeParameter(name(i));
+        const std::size_t at = text.find(static_cast<char>('a' + i));
+        text.erase(at - 1, i == renewed ? 4 : 2);
+        EXPECT_EQ(VARN_OK, writes(list, text.c_str()));
+      }
+    }
+  } while (std::next_permutation(order + 1, order + 4));
+}
+
 class NumberedList : public SipAddrParamList {
  public:
   using SipParamList::parseParam;

@@ -16,6 +16,9 @@
 
 int main() {
   InitServiceModules();  // once on each thread
+  if (Globals::Instance()->GetSingObj(3) != SingoConfig_SO::Instance()) {
+    return 1;
+  }
   SipHeader contact("Contact", "\"Bob\" <sip:bob@host.test;transport=tcp>;expires=60");
   if (contact.GetLastErrorCode() != VARN_OK) {
     return 1;

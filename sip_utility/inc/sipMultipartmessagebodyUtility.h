@@ -71,9 +71,9 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
 
   // Takes a multipart body apart: body[0, contentLength) and a zero byte behind it, under the
   // current boundary.
-  // Fails: 0 also when the epilogues of the body, of which each reaches to its end, together take
-  // more than 4 times its length and 64 MiB. The epilogue that passes this bound is left out, later
-  // parts are not read, the parts before it stay.
+  // Fails: 0 also when the epilogues of the body together take more than 4 times its length and
+  // 64 MiB; each reaches to the end of the body. The epilogue that passes this bound is left out,
+  // later parts are not read, the parts before it stay.
   int wySipProcessMultipartMsgBody(unsigned char* body);
 
   // Checks a delimiter line, its CRLF cut off, and stores its boundary.
@@ -111,9 +111,10 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   int Storedashboundary(char* text);
 
   DashBoundary* dashBoundaryList;  // the object's own
-  // The steps let these two show copies, which the object owns: a copy lives until neither shows it
-  // and a step makes another one. A caller may let them show texts of its own, which the object
-  // neither writes nor frees and which live as long as they are shown, or texts of the list.
+  // The steps let these two show copies that the object owns. The object frees a copy that neither
+  // of the two shows, when a step makes another one. A caller may let them show its own text. The
+  // object neither writes nor frees that text, which must live as long as it is shown. They may
+  // also show a text of the list.
   const char* m_pCurrentboundary;
   const char* lastBoundary;
   SipMultipartMessageBody* m_pMultipartMsgHead;

@@ -7,7 +7,8 @@
 #include "imsvarn.h"
 #include "wySipExport.h"
 
-// The way to the framework's configuration.
+// The way to the framework's configuration. A program that asks Globals itself links the
+// framework's library as well (siputility::imsvarn, or siputility-host with pkg-config).
 class SIPUTILITY_EXPORT SingoConfig_SO {
  public:
   // Returns the calling thread's SingoConfig, made and registered under the id 3 at the first call.

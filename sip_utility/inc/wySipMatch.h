@@ -36,8 +36,8 @@ class SIPUTILITY_EXPORT SipMatch {
   // a count that reaches behind it are reported as failed assertions, no more.
   unsigned int match(const SipStrStream& stream, unsigned int offset);
 
-  // The rule itself, under the contract of match(). A position + offset that does not fit 32 bits
-  // ends the process, in match() as here.
+  // The rule itself, under the contract of match(). Both end the process when position + offset
+  // does not fit 32 bits.
   virtual unsigned int doMatch(const SipStrStream& stream, unsigned int offset) = 0;
 
  private:

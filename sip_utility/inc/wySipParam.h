@@ -58,8 +58,8 @@ class SIPUTILITY_EXPORT SipParam {
   SipParam* next() const;
 
   // Overwrites the pointer to the next node and nothing else: that node does not learn of it. A
-  // node that no chain leads to any more is the caller's, who deletes it, its next() unchanged,
-  // before the nodes around it.
+  // list removes its nodes by name in whatever order this makes. A node that no chain leads to any
+  // more belongs to the caller. Its next() must not change, and it must be deleted before the list.
   void setNext(SipParam* next);
 
  private:

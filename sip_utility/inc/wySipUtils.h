@@ -35,9 +35,9 @@ SIPUTILITY_EXPORT SipHeader* ParseViaHeaderToHeader(const char* via);
 // read never are; other hosts are compared byte by byte, letter case included. Hosts are taken by
 // their length modulo 65536. Texts that are not addresses are logged and then compared by the
 // pieces before their fault.
-// Fails: 0 for a null argument, and out of memory. With one exception: where GetHostType() has no
-// memory to classify a host, both are compared byte by byte, so that equal texts that the platform
-// cannot read as addresses give 1.
+// Fails: 0 for a null argument. Out of memory it may return 0 for URIs that are the same. It
+// returns 1 for hosts that are equal texts where GetHostType() has no memory to classify one of
+// them, also for texts that the platform cannot read as addresses.
 SIPUTILITY_EXPORT int CompareSIPURI(const char* remote, const char* local);
 
 // Returns what a host is: 1 an IPv4 address, 2 an IPv6 address, bare or with any first and last

@@ -118,7 +118,8 @@ class SIPUTILITY_EXPORT TelAddress {
   // Replaces out by the rest of the stream, up to where it is done, as the user part of a SIP URI:
   // letters in lower case, those of escapes and values included; bytes that are not allowed there
   // as escapes of two lower-case hexadecimal digits. A stream that is never done ends with its
-  // bytes.
+  // bytes. A stream of a caller's class is asked whether it is done before each byte that is
+  // escaped: what its done() costs is the caller's.
   // Fails: VARN_RESOURCE_FAILURE.
   VARN_EXCEPTION_CODES convertTelToSipUserInfoSyntax(SipStrStream& in, SipString& out);
 

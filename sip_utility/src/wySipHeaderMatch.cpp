@@ -112,11 +112,12 @@ SipHeaderMatchValue::SipHeaderMatchValue(WY_SIP_SIPHEADER_TYPE headerType)
     : headerType_(headerType) {}
 
 unsigned int SipHeaderMatchValue::doMatch(const SipStrStream& stream, unsigned int offset) {
+  const Unread text = unreadFor(stream, offset);
   switch (headerType_) {
     case WY_SIP_HEADER_TYPE_NON_AUTH:
-      return matchOf<ordinaryValue>(unreadFor(stream, offset), offset);
+      return matchOf<ordinaryValue>(text, offset);
     case WY_SIP_HEADER_TYPE_AUTH:
-      return matchOf<grammar::token>(unreadFor(stream, offset), offset);
+      return matchOf<grammar::token>(text, offset);
     default:
       return 0;
   }

@@ -185,10 +185,10 @@ const SipString** SipParamList::getParameterNames(VARN_EXCEPTION_CODES* error) {
 }
 
 VARN_EXCEPTION_CODES SipParamList::removeParameter(const SipString& name) {
-  SipParam** link = linkTo(&head_, view(name));
-  SipParam* param = *link;
-  if (name.length() != 0 && param != nullptr) {
-    // After setNext() the node may know another pointer; its destructor mends that one.
+  SipParam** const link = name.length() == 0 ? nullptr : linkTo(&head_, view(name));
+  if (link != nullptr && *link != nullptr) {
+    SipParam* const param = *link;
+    SipParamAccess::mendLinks(&head_, link);
     *link = param->next();
     deleteRecorded(param);
     clearParamNames();

@@ -1,18 +1,13 @@
 // log.cpp - the library's side of the module log, the memory log and the assertion reports.
 #include "base/log.h"
 
-#include <utility>
-
 #include "imsvarn.h"
 
 void logLine(const LogLine& line) {
-  LogListener* const listener = std::exchange(LogListener::current_, nullptr);
-  if (listener != nullptr) {
-    listener->hear(line);
-  }
+  const HandlerCall call;
+  call.tell(line);
   wyLogModuleEventSimple(line.level, line.module, line.sourceFile, line.line, line.format, line.a1,
                          line.a2, 0);
-  LogListener::current_ = listener;
 }
 
 void logFailure(const char* sourceFile, const char* format, uintptr_t a1, uintptr_t a2, int line) {
@@ -24,5 +19,6 @@ void logTrace(const char* sourceFile, const char* format, uintptr_t a1, uintptr_
 }
 
 void reportAssertion(Source source) {
+  const HandlerCall call;
   MafErrorHandler::AssertString("ASSERT Failure:", source.sourceFile, source.line);
 }

@@ -4,8 +4,10 @@
 #ifndef SIPUTILITY_BASE_LOG_H
 #define SIPUTILITY_BASE_LOG_H
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "imsdpl.h"
 
@@ -46,25 +48,58 @@ struct LogLine {
   uintptr_t a2;
 };
 
-// Hears each line that the thread logs while it lives. It does not hear what a handler of the log
-// makes the library log: the handler's calls are none of the listener's.
+// Hears each line that the thread logs while it lives. It does not hear what a handler of the
+// platform makes the library log: see HandlerCall.
 class LogListener {
  public:
   LogListener(const LogListener&) = delete;
   LogListener& operator=(const LogListener&) = delete;
 
  protected:
-  LogListener() : outer_(current_) { current_ = this; }
-  virtual ~LogListener() { current_ = outer_; }
+  LogListener() : outer_(std::exchange(current_, this)) { ++listeners_; }
+  virtual ~LogListener() {
+    current_ = outer_;
+    --listeners_;
+  }
 
  private:
-  friend void logLine(const LogLine& line);
+  friend class HandlerCall;
 
   virtual void hear(const LogLine& line) = 0;
 
   static inline thread_local LogListener* current_ = nullptr;
+  static inline std::atomic<unsigned int> listeners_{0};  // of all threads
 
   LogListener* outer_;
+};
+
+// Lives during a call of the platform's log, memory log or assertion handler. Such a handler may
+// use the library; the thread's listener does not hear that. Costs next to nothing while no thread
+// listens.
+class HandlerCall {
+ public:
+  HandlerCall() {
+    if (LogListener::listeners_.load(std::memory_order_relaxed) != 0) {
+      listener_ = std::exchange(LogListener::current_, nullptr);
+    }
+  }
+  ~HandlerCall() {
+    if (listener_ != nullptr) {
+      LogListener::current_ = listener_;
+    }
+  }
+  HandlerCall(const HandlerCall&) = delete;
+  HandlerCall& operator=(const HandlerCall&) = delete;
+
+  // Tells the listener that was there, if one was.
+  void tell(const LogLine& line) const {
+    if (listener_ != nullptr) {
+      listener_->hear(line);
+    }
+  }
+
+ private:
+  LogListener* listener_ = nullptr;
 };
 
 // Writes one line to the module log.
@@ -94,11 +129,15 @@ inline uintptr_t logArgument(const void* pointer) { return reinterpret_cast<uint
 // Records a block or object after its allocation.
 inline void recordBlock(const char* sourceFile, const void* pointer, std::size_t size,
                         int line = __builtin_LINE()) {
+  const HandlerCall call;
   pzmemlog_add(kMemoryCategory, sourceFile, line, pointer, size);
 }
 
 // Takes a recorded block or object off the record, before it is freed.
-inline void forgetBlock(const void* pointer) { pzmemlog_remove(kMemoryCategory, pointer); }
+inline void forgetBlock(const void* pointer) {
+  const HandlerCall call;
+  pzmemlog_remove(kMemoryCategory, pointer);
+}
 
 // Reports a failed assertion of this place to the framework.
 [[gnu::cold]] void reportAssertion(Source source);

@@ -93,7 +93,7 @@ bool SipMultipartMessageBodyUtility::storeFurtherBoundary(const char* boundary) 
 }
 
 bool SipMultipartMessageBodyUtility::beginsWithStored(std::string_view text) const {
-  const bool grows = contains(dashBoundaryList, growthEnd_);  // callers may change the list
+  const bool grows = contains(dashBoundaryList, growthEnd_);  // a caller may have taken it out
   const DashBoundary* each = dashBoundaryList;
   while (each != nullptr && !startsWith(text, each->boundary)) {
     each = grows && each == dashBoundaryList ? growthEnd_->next : each->next;

@@ -19,6 +19,21 @@ struct SipParamAccess {
   // Returns where a node keeps its pointer to the next one.
   static SipParam** link(SipParam& param) { return &param.next_; }
 
+  // Prepares the node that a link of the chain leads to for its deletion. setNext() changes a chain
+  // and no prevLink_, so that of the node may be wrong, and others may name the pointer that goes.
+  // A node off the chain that still leads to this one keeps doing so until this one goes.
+  static void mendLinks(SipParam** head, SipParam** link) {
+    SipParam& param = **link;
+    if (param.prevLink_ == nullptr || *param.prevLink_ != &param) {
+      param.prevLink_ = link;
+    }
+    for (SipParam** each = head; *each != nullptr; each = &(*each)->next_) {
+      if ((*each)->prevLink_ == &param.next_) {
+        (*each)->prevLink_ = each;
+      }
+    }
+  }
+
   // Each assigns bytes that lie elsewhere, at least one.
   // Fails: VARN_RESOURCE_FAILURE, also where a piece that never had bytes gets none.
   static VARN_EXCEPTION_CODES setName(SipParam& param, std::string_view name) {
