@@ -69,15 +69,6 @@ VARN_EXCEPTION_CODES takeParams(SipStrStream& stream, SipAddrParamList* params) 
 
 }  // namespace
 
-VARN_EXCEPTION_CODES takePiece(SipStrStream& stream, unsigned int length, SipString* piece) {
-  const std::string_view bytes = {SipStringAccess::rest(stream).data(), length};
-  if (piece != nullptr && SipStringAccess::assign(*piece, bytes) != VARN_OK) {
-    return VARN_RESOURCE_FAILURE;
-  }
-  SipStringAccess::advance(stream, piece != nullptr ? piece->length() : length);
-  return VARN_OK;
-}
-
 // scheme ":" [ userinfo "@" ] host [ ":" port ] params [ headers ]
 VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, const AddrSpecPieces& pieces) {
   VARN_EXCEPTION_CODES code = takeScheme(stream, pieces.scheme);

@@ -2,6 +2,9 @@
 #ifndef SIPUTILITY_ADDRESS_ADDR_SPEC_H
 #define SIPUTILITY_ADDRESS_ADDR_SPEC_H
 
+#include <string_view>
+
+#include "base/stringAccess.h"
 #include "grammar/grammar.h"
 #include "wySipParam.h"
 #include "wySipPort.h"
@@ -30,7 +33,14 @@ VARN_EXCEPTION_CODES passClosing(SipStrStream& stream);
 
 // Takes a piece, the next bytes of the stream, which has that many.
 // Fails: VARN_RESOURCE_FAILURE.
-VARN_EXCEPTION_CODES takePiece(SipStrStream& stream, unsigned int length, SipString* piece);
+inline VARN_EXCEPTION_CODES takePiece(SipStrStream& stream, unsigned int length, SipString* piece) {
+  const std::string_view bytes = {SipStringAccess::rest(stream).data(), length};
+  if (piece != nullptr && SipStringAccess::assign(*piece, bytes) != VARN_OK) {
+    return VARN_RESOURCE_FAILURE;
+  }
+  SipStringAccess::advance(stream, piece != nullptr ? piece->length() : length);
+  return VARN_OK;
+}
 
 // Returns the length of "<" addr-spec ">" at the offset, 0 for none, which is logged.
 unsigned int bracketedAddrSpecLength(Unread text, unsigned int offset);

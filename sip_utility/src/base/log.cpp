@@ -3,11 +3,23 @@
 
 #include "imsvarn.h"
 
-void logLine(const LogLine& line) {
-  const HandlerCall call;
-  call.tell(line);
+namespace {
+
+void writeLine(const LogLine& line) {
   wyLogModuleEventSimple(line.level, line.module, line.sourceFile, line.line, line.format, line.a1,
                          line.a2, 0);
+}
+
+}  // namespace
+
+void logLine(const LogLine& line) {
+  if (!LogListener::isAnywhere()) {
+    writeLine(line);
+    return;
+  }
+  const HandlerCall call;
+  call.show(line);
+  writeLine(line);
 }
 
 void logFailure(const char* sourceFile, const char* format, uintptr_t a1, uintptr_t a2, int line) {
@@ -21,4 +33,14 @@ void logTrace(const char* sourceFile, const char* format, uintptr_t a1, uintptr_
 void reportAssertion(Source source) {
   const HandlerCall call;
   MafErrorHandler::AssertString("ASSERT Failure:", source.sourceFile, source.line);
+}
+
+void recordUnheard(const char* sourceFile, const void* pointer, std::size_t size, int line) {
+  const HandlerCall call;
+  pzmemlog_add(kMemoryCategory, sourceFile, line, pointer, size);
+}
+
+void forgetUnheard(const void* pointer) {
+  const HandlerCall call;
+  pzmemlog_remove(kMemoryCategory, pointer);
 }

@@ -55,6 +55,9 @@ class LogListener {
   LogListener(const LogListener&) = delete;
   LogListener& operator=(const LogListener&) = delete;
 
+  // Returns whether any thread has a listener.
+  static bool isAnywhere() { return listeners_.load(std::memory_order_relaxed) != 0; }
+
  protected:
   LogListener() : outer_(std::exchange(current_, this)) { ++listeners_; }
   virtual ~LogListener() {
@@ -74,32 +77,23 @@ class LogListener {
 };
 
 // Lives during a call of the platform's log, memory log or assertion handler. Such a handler may
-// use the library; the thread's listener does not hear that. Costs next to nothing while no thread
-// listens.
+// use the library; the thread's listener does not hear that.
 class HandlerCall {
  public:
-  HandlerCall() {
-    if (LogListener::listeners_.load(std::memory_order_relaxed) != 0) {
-      listener_ = std::exchange(LogListener::current_, nullptr);
-    }
-  }
-  ~HandlerCall() {
-    if (listener_ != nullptr) {
-      LogListener::current_ = listener_;
-    }
-  }
+  HandlerCall() : listener_(std::exchange(LogListener::current_, nullptr)) {}
+  ~HandlerCall() { LogListener::current_ = listener_; }
   HandlerCall(const HandlerCall&) = delete;
   HandlerCall& operator=(const HandlerCall&) = delete;
 
-  // Tells the listener that was there, if one was.
-  void tell(const LogLine& line) const {
+  // Shows a line to the listener that was there, if one was.
+  void show(const LogLine& line) const {
     if (listener_ != nullptr) {
       listener_->hear(line);
     }
   }
 
  private:
-  LogListener* listener_ = nullptr;
+  LogListener* listener_;
 };
 
 // Writes one line to the module log.
@@ -126,17 +120,28 @@ inline void logSevere(const char* sourceFile, const char* format, int line = __b
 // Returns a pointer as an argument of a log line; for a %s it points to zero-terminated text.
 inline uintptr_t logArgument(const void* pointer) { return reinterpret_cast<uintptr_t>(pointer); }
 
+// What the two functions below do while a thread listens.
+[[gnu::cold]] void recordUnheard(const char* sourceFile, const void* pointer, std::size_t size,
+                                 int line);
+[[gnu::cold]] void forgetUnheard(const void* pointer);
+
 // Records a block or object after its allocation.
 inline void recordBlock(const char* sourceFile, const void* pointer, std::size_t size,
                         int line = __builtin_LINE()) {
-  const HandlerCall call;
-  pzmemlog_add(kMemoryCategory, sourceFile, line, pointer, size);
+  if (LogListener::isAnywhere()) {
+    recordUnheard(sourceFile, pointer, size, line);
+  } else {
+    pzmemlog_add(kMemoryCategory, sourceFile, line, pointer, size);
+  }
 }
 
 // Takes a recorded block or object off the record, before it is freed.
 inline void forgetBlock(const void* pointer) {
-  const HandlerCall call;
-  pzmemlog_remove(kMemoryCategory, pointer);
+  if (LogListener::isAnywhere()) {
+    forgetUnheard(pointer);
+  } else {
+    pzmemlog_remove(kMemoryCategory, pointer);
+  }
 }
 
 // Reports a failed assertion of this place to the framework.
