@@ -1,10 +1,9 @@
-// floor.h - the least work that hands out a SIP text in pieces of one's own: the measure of the
-// other cases.
+// floor.h - a hand-written scanner that does the least work to copy a SIP text into pieces.
 //
-// One pass over the bytes, each checked against its character class; each piece is copied into one
-// block of just its size and a zero behind it. A parameter is one piece `name=value`. The grammar
-// is the part of RFC 3261 that the inputs need. A caller frees the pieces with floorFree(), also
-// after a failure.
+// One pass over the bytes checks each against its character class and copies each piece into a
+// block of its size plus a terminating zero. A parameter is one piece `name=value`. The grammar is
+// the part of RFC 3261 that the inputs need. A caller frees the pieces with floorFree(), also after
+// a failure.
 #ifndef BENCH_FLOOR_H
 #define BENCH_FLOOR_H
 
@@ -37,8 +36,8 @@ bool floorReadRoute(FloorPieces& out, const char* text, std::size_t length);
 // Adds one parameter at the end.
 bool floorSetParam(FloorPieces& out, FloorPart part, const char* param, std::size_t length);
 
-// Writes a name-addr and its parameters into one block, to be freed with free(); null without
-// memory.
+// Writes a name-addr and its parameters into one block, to be freed with free(). Returns null when
+// out of memory.
 char* floorWrite(const FloorPieces& pieces, std::size_t& length);
 
 void floorFree(FloorPieces& pieces);

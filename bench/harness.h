@@ -1,18 +1,16 @@
-// harness.h - cases: an operation on an input, its result checked once, timed next to a floor.
+// harness.h - cases: an operation on an input, its result checked, then timed by Google Benchmark.
 //
-// An operation is called with a sink, to which it hands every piece of its result. Record keeps
-// them for the check, Sum only looks at them and is the one that is timed.
+// An operation is called with a sink and hands every piece of its result to it. Record keeps the
+// pieces for the check. Sum only looks at them and is the sink that is timed.
 #ifndef BENCH_HARNESS_H
 #define BENCH_HARNESS_H
 
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
-#include <functional>
-#include <map>
+#include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "wySipCxx.h"
 #include "wySipString.h"
@@ -47,7 +45,7 @@ class Record {
     numbers_ += number;
   }
 
-  // Returns texts and numbers, a bar behind each.
+  // Returns texts and numbers, a bar after each.
   const std::string& value() const { return record_; }
 
   // Returns the number of texts, their bytes and the sum of the numbers, "#2 8 0".
@@ -65,68 +63,52 @@ class Record {
   std::size_t numbers_ = 0;
 };
 
-struct Case {
-  std::size_t bytes;   // of input
-  std::string floor;   // the case to compare with
-  std::string wanted;  // what Record has to get: its value, or its tally
-  long allocations;    // that must be made, -1 for any number
-  std::function<Record()> record;
-  std::function<void(unsigned long times)> run;
-};
-
-// The cases by name, `BM_Family_Operation/input`.
-class Cases {
- public:
-  static constexpr const char* kFloor = "BM_Floor_Parse/a";
-
-  template <typename Operation>
-  void add(const std::string& name, std::size_t bytes, std::string wanted, Operation operation,
-           std::string floor = kFloor, long allocations = -1) {
-    const auto record = [operation] {
-      Record sink;
-      operation(sink);
-      return sink;
-    };
-    const auto run = [operation](unsigned long times) {
-      Sum sink;
-      for (unsigned long i = 0; i < times; ++i) {
-        operation(sink);
-        benchmark::ClobberMemory();
-      }
-      benchmark::DoNotOptimize(sink.value());
-    };
-    cases_.insert_or_assign(
-        name, Case{bytes, std::move(floor), std::move(wanted), allocations, record, run});
-  }
-
-  // Checks each case's result and allocations. Returns whether all are right, says which are not.
-  bool check() const;
-
-  // Registers each case with Google Benchmark.
-  void registerAll() const;
-
-  // Runs one case again and again, for an instruction counter that collects inside benchOnce()
-  // alone. Returns false for no such case.
-  bool runOnce(const std::string& name, unsigned long times) const;
-
- private:
-  const Case& floorOf(const Case& c) const { return cases_.at(c.floor); }
-
-  std::map<std::string, Case> cases_;
-};
+// Ends the program unless the record has this value or, for one that begins with "#", this tally.
+void requireResult(const std::string& name, const Record& record, const std::string& wanted);
 
 // Returns how many blocks malloc, calloc and realloc have given to anyone in this process.
 unsigned long allocationsSoFar();
 
-// Hands over a text, and one that a caller of the library frees.
+// A function of its own, for a profiler that counts only while it runs.
+template <typename Operation>
+__attribute__((noinline)) void timedOperation(const Operation& operation, Sum& sink) {
+  operation(sink);
+}
+
+// Checks the operation on an input of this many bytes, counts its allocations and times it.
+template <typename Operation>
+void measure(benchmark::State& state, const std::string& name, std::size_t bytes,
+             const std::string& wanted, const Operation& operation) {
+  Record record;
+  operation(record);
+  requireResult(name, record, wanted);
+  Sum sink;
+  const unsigned long before = allocationsSoFar();
+  operation(sink);
+  const unsigned long allocations = allocationsSoFar() - before;
+  while (state.KeepRunning()) {
+    timedOperation(operation, sink);
+    benchmark::ClobberMemory();
+  }
+  benchmark::DoNotOptimize(sink.value());
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes));
+  state.counters["allocations"] = static_cast<double>(allocations);
+}
+
+// Adds a case, `BM_Family_Operation/input`.
+template <typename Operation>
+void addCase(const std::string& name, std::size_t bytes, const std::string& wanted,
+             const Operation& operation) {
+  benchmark::RegisterBenchmark(name.c_str(),
+                               [name, bytes, wanted, operation](benchmark::State& state) {
+                                 measure(state, name, bytes, wanted, operation);
+                               });
+}
+
+// Hands over a text.
 template <typename Sink>
 void touch(Sink& sink, std::string_view text) {
   sink.text(text.data(), text.size());
-}
-
-// Texts as functions take them that change them, or say so.
-inline unsigned char* bytesOf(const std::string& text) {
-  return reinterpret_cast<unsigned char*>(const_cast<char*>(text.data()));
 }
 
 template <typename Sink>
@@ -134,16 +116,21 @@ void touch(Sink& sink, const SipString& text) {
   sink.text(text.c_str(), text.length());
 }
 
+// Returns a text in the type of functions that change it, or whose signatures say so.
+inline unsigned char* bytesOf(const std::string& text) {
+  return reinterpret_cast<unsigned char*>(const_cast<char*>(text.data()));
+}
+
 // The families, each in a file of its own.
-void addFloorCases(Cases& cases);
-void addStringCases(Cases& cases);
-void addMatchCases(Cases& cases);
-void addAddressCases(Cases& cases);
-void addTelCases(Cases& cases);
-void addHeaderCases(Cases& cases);
-void addBodyCases(Cases& cases);
-void addUtilsCases(Cases& cases);
-void addCommonCases(Cases& cases);
-void addGrowthCases(Cases& cases);
+void addFloorCases();
+void addStringCases();
+void addMatchCases();
+void addAddressCases();
+void addTelCases();
+void addHeaderCases();
+void addBodyCases();
+void addUtilsCases();
+void addCommonCases();
+void addGrowthCases();
 
 #endif  // BENCH_HARNESS_H

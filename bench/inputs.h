@@ -1,4 +1,4 @@
-// inputs.h - the texts of the cases, as they stand in IMS traffic.
+// inputs.h - the texts of the cases, like those of IMS traffic.
 #ifndef BENCH_INPUTS_H
 #define BENCH_INPUTS_H
 
@@ -7,18 +7,20 @@
 
 namespace inputs {
 
-// a: a name-addr. b: an addr-spec. c: a number as IMS writes it. d: a Contact with parameters.
-constexpr std::string_view kA = R"("Alice Example" <sip:alice@example.test:5060;transport=tcp;lr>)";
-constexpr std::string_view kB = "sip:alice@example.test;transport=udp";
-constexpr std::string_view kC =
+constexpr std::string_view kNameAddr =
+    R"("Alice Example" <sip:alice@example.test:5060;transport=tcp;lr>)";
+constexpr std::string_view kAddrSpec = "sip:alice@example.test;transport=udp";
+// A number as IMS writes it.
+constexpr std::string_view kImsNameAddr =
     R"("Bob" <sip:+15551234567;phone-context=ims.example.test@ims.mnc001.mcc001.3gppnetwork.test)"
     ":5060;user=phone;comp=sigcomp>";
-constexpr std::string_view kD =
+// With parameters of the URI and of the header field.
+constexpr std::string_view kContact =
     R"("Bob" <sip:bob@host.test;transport=tcp>;expires=60;q=0.7)"
     R"(;+sip.instance="<urn:gsma:imei:12345678-901234-5>";+g.3gpp.smsip)";
 
-// h: 20 hops.
-inline std::string route() {
+// 20 hops.
+inline std::string routeOf20() {
   std::string text;
   for (int hop = 10; hop < 30; ++hop) {
     text += text.empty() ? "" : ", ";
@@ -34,7 +36,7 @@ constexpr std::string_view kChallenge =
     R"(Digest realm="ims.example.test",nonce="YOALVVfRfaxv8FRc9+m36McAsaebairakrlSEIbWIPY=",)"
     R"(algorithm=AKAv1-MD5,qop="auth,auth-int",opaque="5ccc069c403eb1e95")";
 
-// A number with an extension and where it is valid.
+// A number with an extension and a context.
 constexpr std::string_view kTel = "tel:+1-201-555-0123;ext=1234;phone-context=ims.example.test";
 
 constexpr std::string_view kSdp =
@@ -42,7 +44,7 @@ constexpr std::string_view kSdp =
     "t=0 0\r\nm=audio 50010 RTP/AVP 104 100\r\na=rtpmap:104 AMR-WB/16000/1\r\n"
     "a=fmtp:104 max-red=220\r\na=rtpmap:100 telephone-event/16000\r\na=sendrecv\r\n";
 
-// 22 header fields, `Name: value` each, the session description behind the empty line.
+// 22 header fields, `Name: value` each, without the body.
 constexpr std::string_view kInvite =
     "INVITE sip:+12015550177@ims.mnc001.mcc001.op.test;user=phone SIP/2.0\r\n"
     "Via: SIP/2.0/TCP [2001:db8:40::17]:31113;branch=z9hG4bKinv83ee04;rport\r\n"
@@ -86,7 +88,8 @@ constexpr std::string_view kMultipart =
     "<status><geopriv/></status>\r\n<note>at the desk by the window third floor, behind the printer; calls after six!</note></tuple>\r\n</presence>"
     "\r\n--boundary1--\r\n";
 
-static_assert(kA.size() == 62 && kB.size() == 36 && kC.size() == 119 && kD.size() == 120);
+static_assert(kNameAddr.size() == 62 && kAddrSpec.size() == 36);
+static_assert(kImsNameAddr.size() == 119 && kContact.size() == 120);
 static_assert(kVia.size() == 74 && kFrom.size() == 47 && kChallenge.size() == 151);
 static_assert(kMultipart.size() == 555 && kInvite.size() + kSdp.size() == 1400);
 

@@ -51,21 +51,21 @@ void touchPieces(Sink& sink, const TelAddress& address) {
   touchParams(sink, address);
 }
 
-// Cases of one operation on an object that stays, `BM_Family_Name/bytes of the value`: the
-// operation takes the object and a value and returns a code, or whether it found something.
+// Cases of one operation on an object that all calls share, `BM_Family_Name/bytes of the value`.
+// The operation takes the object and a value and returns a code, or whether it found something.
 template <typename Object>
 class OperationCases {
  public:
-  OperationCases(Cases& cases, const char* family, std::shared_ptr<Object> object)
-      : cases_(cases), family_(family), object_(std::move(object)) {}
+  OperationCases(const char* family, std::shared_ptr<Object> object)
+      : family_(family), object_(std::move(object)) {}
 
   template <typename Operation>
   void add(const char* name, std::string_view value, unsigned long wanted, Operation operation) {
-    cases_.add("BM_" + family_ + '_' + name + '/' + std::to_string(value.size()), value.size(),
-               std::to_string(wanted) + '|',
-               [object = object_, text = toSipString(value), operation](auto& sink) {
-                 sink.number(operation(*object, text));
-               });
+    addCase("BM_" + family_ + '_' + name + '/' + std::to_string(value.size()), value.size(),
+            std::to_string(wanted) + '|',
+            [object = object_, text = toSipString(value), operation](auto& sink) {
+              sink.number(operation(*object, text));
+            });
   }
 
   // A setter of one piece, to the value that it has.
@@ -75,7 +75,7 @@ class OperationCases {
         [setter](Object& object, const SipString& text) { return (object.*setter)(text); });
   }
 
-  // Look-up and change of a parameter, removal of one that is not there.
+  // Change and look-up of a parameter, removal of an absent one.
   void addCommon() {
     object_->setParameter("ob", "value");
     add("setParameter", "value", VARN_OK,
@@ -88,7 +88,6 @@ class OperationCases {
   }
 
  private:
-  Cases& cases_;
   std::string family_;
   std::shared_ptr<Object> object_;
 };

@@ -5,10 +5,10 @@
 #include "inputs.h"
 #include "pieces.h"
 
-void addBodyCases(Cases& cases) {
+void addBodyCases() {
   using namespace inputs;
   const std::string body(kMultipart);
-  cases.add("BM_MultipartBody_Parse/two", body.size(), "#12 492 0", [body](auto& sink) {
+  addCase("BM_MultipartBody_Parse/twoParts", body.size(), "#12 492 0", [body](auto& sink) {
     SipMultipartMessageBodyUtility utility;
     touchPieces(sink, utility.wySipGetMultiPartMessageBody(
                           bytesOf(body), static_cast<unsigned int>(body.size()), kMultipartType));

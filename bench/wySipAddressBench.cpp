@@ -7,19 +7,17 @@
 
 namespace {
 
-void addParse(Cases& cases, const char* row, std::string_view text, const std::string& wanted) {
-  cases.add(
-      std::string("BM_SipAddress_Parse/") + row, text.size(), wanted,
-      [text = toSipString(text)](auto& sink) {
-        const SipAddress address(text);
-        touchPieces(sink, address);
-      },
-      std::string("BM_Floor_Parse/") + row);
+void addParse(const char* input, std::string_view text, const std::string& wanted) {
+  addCase(std::string("BM_SipAddress_Parse/") + input, text.size(), wanted,
+          [text = toSipString(text)](auto& sink) {
+            const SipAddress address(text);
+            touchPieces(sink, address);
+          });
 }
 
-void addOperations(Cases& cases) {
-  OperationCases<SipAddress> operations(cases, "SipAddress",
-                                        std::make_shared<SipAddress>(toSipString(inputs::kA)));
+void addOperations() {
+  OperationCases<SipAddress> operations(
+      "SipAddress", std::make_shared<SipAddress>(toSipString(inputs::kNameAddr)));
   operations.add("setDisplayName", "\"Alice Example\"", &SipAddress::setDisplayName);
   operations.add("setScheme", "sip", &SipAddress::setScheme);
   operations.add("setUser", "alice", &SipAddress::setUser);
@@ -38,24 +36,22 @@ void addOperations(Cases& cases) {
 
 }  // namespace
 
-void addAddressCases(Cases& cases) {
+void addAddressCases() {
   using namespace inputs;
-  const std::string a = R"(0|"Alice Example"|sip|alice|example.test|5060|)";
-  addParse(cases, "a", kA, a + "lr||transport|tcp|");
-  addParse(cases, "b", kB, "0||sip|alice|example.test|0|transport|udp|");
-  addParse(cases, "c", kC,
+  const std::string nameAddr = R"(0|"Alice Example"|sip|alice|example.test|5060|)";
+  addParse("nameAddr", kNameAddr, nameAddr + "lr||transport|tcp|");
+  addParse("addrSpec", kAddrSpec, "0||sip|alice|example.test|0|transport|udp|");
+  addParse("imsNameAddr", kImsNameAddr,
            R"(0|"Bob"|sip|+15551234567;phone-context=ims.example.test)"
            "|ims.mnc001.mcc001.3gppnetwork.test|5060|comp|sigcomp|user|phone|");
-  cases.add(
-      "BM_SipAddress_Edit/ga", kA.size(),
-      a + R"(ob|1|lr||transport|tcp|"Alice Example" <sip:alice@example.test:5060;ob=1;lr)"
-          ";transport=tcp>|",
-      [text = toSipString(kA), ob = SipString("ob"), one = SipString("1")](auto& sink) {
-        SipAddress address(text);
-        address.setParameter(ob, one);
-        touchPieces(sink, address);
-        touch(sink, address.toString());
-      },
-      "BM_Floor_Edit/ga");
-  addOperations(cases);
+  addCase("BM_SipAddress_Edit/nameAddr", kNameAddr.size(),
+          nameAddr + R"(ob|1|lr||transport|tcp|"Alice Example" <sip:alice@example.test:5060;ob=1)"
+                     ";lr;transport=tcp>|",
+          [text = toSipString(kNameAddr), ob = SipString("ob"), one = SipString("1")](auto& sink) {
+            SipAddress address(text);
+            address.setParameter(ob, one);
+            touchPieces(sink, address);
+            touch(sink, address.toString());
+          });
+  addOperations();
 }

@@ -22,65 +22,63 @@ std::string run(std::string_view piece) {
 
 // A matcher is made anew for each match.
 template <typename Matcher, typename... Arguments>
-void add(Cases& cases, const char* name, const std::string& text, Arguments... arguments) {
-  cases.add(std::string("BM_Match_") + name + '/' + std::to_string(text.size()), text.size(),
-            std::to_string(text.size()) + '|',
-            [stream = std::make_shared<SipStrStream>(toSipString(text)), arguments...](auto& sink) {
-              Matcher matcher(arguments...);
-              sink.number(matcher.match(*stream, 0));
-            });
+void add(const char* name, const std::string& text, Arguments... arguments) {
+  addCase(std::string("BM_Match_") + name + '/' + std::to_string(text.size()), text.size(),
+          std::to_string(text.size()) + '|',
+          [stream = std::make_shared<SipStrStream>(toSipString(text)), arguments...](auto& sink) {
+            Matcher matcher(arguments...);
+            sink.number(matcher.match(*stream, 0));
+          });
 }
 
-void addRuns(Cases& cases) {
-  add<SipMatchToken>(cases, "Token", run("token-_.!%*+`'~09"));
-  add<SipMatchDigit>(cases, "Digit", run("0123456789"));
-  add<SipMatchHexDigit>(cases, "HexDigit", run("0123456789abcdefABCDEF"));
-  add<SipMatchAlpha>(cases, "Alpha", run("alphabetALPHABET"));
-  add<SipMatchUric>(cases, "Uric", run("a/b;c?d:e@f&g=h+%20"));
-  add<SipMatchOtherParam>(cases, "OtherParam", run("a[b]/c:d&%20"));
-  add<SipMatchILabel>(cases, "ILabel", run("label-09a"));
-  add<SipAddressMatchSchemeTrailing>(cases, "SchemeTrailing", run("scheme+-.09"));
-  add<SipAddressMatchUser>(cases, "User", run("alice;x=%41,/?"));
-  add<SipAddressMatchPassword>(cases, "Password", run("secret=%41,&"));
-  add<SipAddressMatchParamChar>(cases, "ParamChar", run("a[b]/c:d&%20"));
-  add<SipAddressMatchHNameValue>(cases, "HNameValue", run("name[%20]/?:"));
-  add<TelAddressMatchPhoneDigit>(cases, "PhoneDigit", run("555-0123.(0)"));
-  add<TelAddressMatchPhoneDigitHex>(cases, "PhoneDigitHex", run("*31#0170-AB"));
-  add<TelAddressMatchParamName>(cases, "ParamName", run("name-09"));
+void addRuns() {
+  add<SipMatchToken>("Token", run("token-_.!%*+`'~09"));
+  add<SipMatchDigit>("Digit", run("0123456789"));
+  add<SipMatchHexDigit>("HexDigit", run("0123456789abcdefABCDEF"));
+  add<SipMatchAlpha>("Alpha", run("alphabetALPHABET"));
+  add<SipMatchUric>("Uric", run("a/b;c?d:e@f&g=h+%20"));
+  add<SipMatchOtherParam>("OtherParam", run("a[b]/c:d&%20"));
+  add<SipMatchILabel>("ILabel", run("label-09a"));
+  add<SipAddressMatchSchemeTrailing>("SchemeTrailing", run("scheme+-.09"));
+  add<SipAddressMatchUser>("User", run("alice;x=%41,/?"));
+  add<SipAddressMatchPassword>("Password", run("secret=%41,&"));
+  add<SipAddressMatchParamChar>("ParamChar", run("a[b]/c:d&%20"));
+  add<SipAddressMatchHNameValue>("HNameValue", run("name[%20]/?:"));
+  add<TelAddressMatchPhoneDigit>("PhoneDigit", run("555-0123.(0)"));
+  add<TelAddressMatchPhoneDigitHex>("PhoneDigitHex", run("*31#0170-AB"));
+  add<TelAddressMatchParamName>("ParamName", run("name-09"));
 }
 
-void addRules(Cases& cases) {
-  add<SipMatchLWS>(cases, "LWS", run(" ") + "\r\n" + run("\t"));
-  add<SipMatchLWSChar>(cases, "LWSChar", run(" ") + ';', ';');
-  add<SipMatchQuotedString>(cases, "QuotedString", '"' + run("quoted \\\" text") + '"');
-  add<SipMatchQuotedString>(cases, "QuotedStringUtf8", '"' + run("\xC3\xA9\xE2\x82\xAC") + '"');
-  add<SipMatchSpecificString>(cases, "SpecificString", run("literal"), toSipString(run("literal")));
-  add<SipMatchUTF8NonASCII>(cases, "UTF8NonASCII", "\xE2\x82\xAC");
-  add<SipMatchHostname>(cases, "Hostname", run("label.") + "test");
-  add<SipMatchIIPV4DecOctet>(cases, "DecOctet", "255");
-  add<SipMatchIIPV4Address>(cases, "IPv4Address", "192.168.100.200");
-  add<SipMatchIIPV6H16>(cases, "H16", "abcd");
-  add<SipMatchIIPV6Address>(cases, "IPv6Address", "2001:db8:1:2:3:4:192.0.2.100");
-  add<SipMatchHost>(cases, "Host", "[2001:db8:1:2:3:4:5:abcd]");
-  add<SipMatchHost>(cases, "Host", run("label.") + "test");
-  add<SipAddressMatchScheme>(cases, "Scheme", run("scheme+-.09"));
-  add<SipAddressMatchUserInfo>(cases, "UserInfo", run("user") + ':' + run("password"));
-  add<SipAddressMatchDisplayName>(cases, "DisplayName", run("word ") + "end");
-  add<SipAddressMatchHeaders>(cases, "Headers", '?' + run("name=value&") + "a=b");
+void addRules() {
+  add<SipMatchLWS>("LWS", run(" ") + "\r\n" + run("\t"));
+  add<SipMatchLWSChar>("LWSChar", run(" ") + ';', ';');
+  add<SipMatchQuotedString>("QuotedString", '"' + run("quoted \\\" text") + '"');
+  add<SipMatchQuotedString>("QuotedStringUtf8", '"' + run("\xC3\xA9\xE2\x82\xAC") + '"');
+  add<SipMatchSpecificString>("SpecificString", run("literal"), toSipString(run("literal")));
+  add<SipMatchUTF8NonASCII>("UTF8NonASCII", "\xE2\x82\xAC");
+  add<SipMatchHostname>("Hostname", run("label.") + "test");
+  add<SipMatchIIPV4DecOctet>("DecOctet", "255");
+  add<SipMatchIIPV4Address>("IPv4Address", "192.168.100.200");
+  add<SipMatchIIPV6H16>("H16", "abcd");
+  add<SipMatchIIPV6Address>("IPv6Address", "2001:db8:1:2:3:4:192.0.2.100");
+  add<SipMatchHost>("Host", "[2001:db8:1:2:3:4:5:abcd]");
+  add<SipMatchHost>("Host", run("label.") + "test");
+  add<SipAddressMatchScheme>("Scheme", run("scheme+-.09"));
+  add<SipAddressMatchUserInfo>("UserInfo", run("user") + ':' + run("password"));
+  add<SipAddressMatchDisplayName>("DisplayName", run("word ") + "end");
+  add<SipAddressMatchHeaders>("Headers", '?' + run("name=value&") + "a=b");
 }
 
-void addValues(Cases& cases) {
-  add<SipHeaderMatchValue>(cases, "HeaderValue", run("word, ") + "end",
-                           WY_SIP_HEADER_TYPE_NON_AUTH);
-  add<SipHeaderMatchValue>(cases, "HeaderScheme", "Digest", WY_SIP_HEADER_TYPE_AUTH);
-  add<SipNonAuthHeaderMatchValue>(cases, "NonAuthValue", run("<sip:a@b.test>, ") + "end");
-  add<SipHeaderMatchIHeaderChars>(cases, "HeaderChars", run("<sip:a@b.test>,"));
-  add<SipHeaderMatchAbsoluteURI>(cases, "AbsoluteURI", "urn:" + run("service:icsi"));
-  add<TelAddressMatchGlobalPhoneNumber>(cases, "GlobalPhoneNumber", '+' + run("555-0123."));
-  add<TelAddressMatchLocalPhoneNumber>(cases, "LocalPhoneNumber", run("*31#0170-AB"));
-  add<TelAddressMatchPhoneNumber>(cases, "PhoneNumber", '+' + run("555-0123."),
-                                  WY_SIP_TELURI_TYPE_GLOBAL);
-  add<TelAddressMatchContext>(cases, "Context", run("label.") + "test");
+void addValues() {
+  add<SipHeaderMatchValue>("HeaderValue", run("word, ") + "end", WY_SIP_HEADER_TYPE_NON_AUTH);
+  add<SipHeaderMatchValue>("HeaderScheme", "Digest", WY_SIP_HEADER_TYPE_AUTH);
+  add<SipNonAuthHeaderMatchValue>("NonAuthValue", run("<sip:a@b.test>, ") + "end");
+  add<SipHeaderMatchIHeaderChars>("HeaderChars", run("<sip:a@b.test>,"));
+  add<SipHeaderMatchAbsoluteURI>("AbsoluteURI", "urn:" + run("service:icsi"));
+  add<TelAddressMatchGlobalPhoneNumber>("GlobalPhoneNumber", '+' + run("555-0123."));
+  add<TelAddressMatchLocalPhoneNumber>("LocalPhoneNumber", run("*31#0170-AB"));
+  add<TelAddressMatchPhoneNumber>("PhoneNumber", '+' + run("555-0123."), WY_SIP_TELURI_TYPE_GLOBAL);
+  add<TelAddressMatchContext>("Context", run("label.") + "test");
 }
 
 using Predicate = int (*)(int);
@@ -93,10 +91,10 @@ unsigned int membersOf(Predicate predicate) {
   return count;
 }
 
-void addPredicates(Cases& cases) {
-  const auto each = [&cases](const char* name, Predicate predicate, unsigned int members) {
-    cases.add(std::string("BM_Match_") + name + "/256", 256, std::to_string(members) + '|',
-              [predicate](auto& sink) { sink.number(membersOf(predicate)); });
+void addPredicates() {
+  const auto each = [](const char* name, Predicate predicate, unsigned int members) {
+    addCase(std::string("BM_Match_") + name + "/256", 256, std::to_string(members) + '|',
+            [predicate](auto& sink) { sink.number(membersOf(predicate)); });
   };
   each("WySipIsDigit", WySipIsDigit, 10);
   each("WySipIsHexDigit", WySipIsHexDigit, 22);
@@ -109,9 +107,9 @@ void addPredicates(Cases& cases) {
 
 }  // namespace
 
-void addMatchCases(Cases& cases) {
-  addRuns(cases);
-  addRules(cases);
-  addValues(cases);
-  addPredicates(cases);
+void addMatchCases() {
+  addRuns();
+  addRules();
+  addValues();
+  addPredicates();
 }

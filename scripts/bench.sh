@@ -1,50 +1,49 @@
 #!/usr/bin/env bash
-# Usage: bench.sh [FILTER] [--against FILE] [--out FILE] [--growth] [--instructions CASE]
-# Runs the benchmarks whose names match FILTER, a regular expression, for about a minute, and prints
-# a table: medians; multiples of the floor, a hand-written scanner that makes the same pieces, timed
-# in turns with the case; and with --against how the multiple was in an earlier run. Keeps the run
-# in build/release/bench.json unless --out names another file. --growth runs the operations on 1 KiB
-# to 1 MiB of text. --instructions counts with callgrind what one run of a case takes and keeps the
-# profile in build/release/callgrind.out.
+# Usage: bench.sh [FILTER] [--growth] [--against FILE] [--out FILE] [--instructions]
+# Runs the benchmarks whose names match FILTER, a regular expression, nine times each in random
+# order and prints the medians; all of them take about a minute and a half. --growth runs the
+# operations on 1 KiB to 1 MiB of text instead. --out names the JSON file of the run, by default
+# build/release/bench.json or growth.json. --against compares the run with an earlier one by Google
+# Benchmark's compare.py. --instructions times nothing: it counts the instructions of one call of
+# each operation, all together, and writes callgrind's profile to build/release/callgrind.out.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
-filter=. against=/dev/null out='' name=bench instructions='' arguments=()
-table="operations(\$earlier[0])" repetitions=9
+filter=-BM_Growth_ against='' out='' name=bench instructions=''
 while [ $# -ne 0 ]; do
   case $1 in
+    --growth) filter=BM_Growth_ name=growth ;;
     --against) against=$2 && shift ;;
     --out) out=$2 && shift ;;
-    --growth) name=growth table=growth repetitions=3 arguments+=(--growth) ;;
-    --instructions) instructions=$2 && shift ;;
+    --instructions) instructions=yes ;;
     -*) sed -n '2s/^# //p' "$0" >&2 && exit 2 ;;
     *) filter=$1 ;;
   esac
   shift
 done
-build=build/release program=build/release/bench/siputility_bench
+build=build/release
+program=("$build/bench/siputility_bench" "--benchmark_filter=$filter")
 out=${out:-$build/$name.json}
 scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp utf8.h pcap/pcap.h gtest/gtest.h \
-  benchmark/benchmark.h jq
+  benchmark/benchmark.h ${against:+compare.py python3-scipy} ${instructions:+valgrind}
+[ -z "$against" ] || [ -r "$against" ] || { echo "bench.sh: cannot read $against" >&2 && exit 2; }
 cmake --preset release >/dev/null
 cmake --build --preset release --target siputility_bench -- --quiet >&2
 
 if [ -n "$instructions" ]; then
-  scripts/need.sh valgrind
-  times=1000
-  valgrind --tool=callgrind --callgrind-out-file=$build/callgrind.out --toggle-collect=benchOnce \
-    $program "${arguments[@]}" "--once=$instructions" $times 2>&1 |
-    awk -v times=$times '/Collected/ {printf "%d instructions\n", $NF / times; found = 1}
-      !/^==/ {print} END {exit !found}'
+  valgrind --tool=callgrind --callgrind-out-file=$build/callgrind.out \
+    --log-file=$build/callgrind.log --toggle-collect='void timedOperation<*' \
+    "${program[@]}" --benchmark_min_time=0 >/dev/null
+  sed -n 's/.*Collected : /instructions: /p' $build/callgrind.log
   exit
 fi
 
-$program "${arguments[@]}" --benchmark_filter="$filter" --benchmark_repetitions=$repetitions \
-  --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
-  --benchmark_out="$out.new" --benchmark_out_format=json >$build/bench.log 2>&1 || {
-  cat $build/bench.log >&2
-  exit 1
-}
-jq -r -L scripts --slurpfile earlier "$against" "include \"bench\"; $table | @tsv" "$out.new" |
-  column -t -s $'\t' -R 2,3,4,5,6
+"${program[@]}" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
+  --benchmark_enable_random_interleaving=true --benchmark_display_aggregates_only=true \
+  --benchmark_counters_tabular=true --benchmark_out="$out.new" --benchmark_out_format=json |
+  { sed -u 3q && grep _median | sort -V; }
+if [ -n "$against" ]; then
+  /usr/bin/python3 /usr/share/benchmark/compare.py --no-color --display_aggregates_only \
+    benchmarks "$against" "$out.new" | grep -vE '_(mean|stddev|cv) '
+fi
 mv "$out.new" "$out"

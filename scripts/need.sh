@@ -7,7 +7,8 @@ set -euo pipefail
 package_of() {
   case $1 in
     g++ | cmake | clang-format | clang-tidy | debootstrap | doxygen | gcovr | jq) echo "$1" ;;
-    lintian | pkg-config | python3 | python3-jsonschema | shellcheck | valgrind) echo "$1" ;;
+    lintian | pkg-config | python3 | python3-jsonschema | python3-scipy) echo "$1" ;;
+    shellcheck | valgrind) echo "$1" ;;
     clang++) echo clang ;;
     dpkg-shlibdeps) echo dpkg-dev ;;
     ninja) echo ninja-build ;;
@@ -16,6 +17,7 @@ package_of() {
     utf8.h) echo libutfcpp-dev ;;
     gtest/gtest.h) echo libgtest-dev ;;
     benchmark/benchmark.h) echo libbenchmark-dev ;;
+    compare.py) echo libbenchmark-tools ;;
     pcap/pcap.h) echo libpcap-dev ;;
     zlib.h) echo zlib1g-dev ;;
     *-linux-gnu*-g++) echo "g++-${1%-g++}" ;;
@@ -32,8 +34,10 @@ package_of() {
 present() {
   case $1 in
     sanitizer/*) echo "#include <$1>" | clang++ -E -x c++ - ;;
+    compare.py) [ -r /usr/share/benchmark/compare.py ] ;;
     googletest) [ -d /usr/src/googletest ] ;;
     python3-jsonschema) /usr/bin/python3 -c 'from jsonschema import Draft202012Validator' ;;
+    python3-scipy) /usr/bin/python3 -c 'import scipy' ;;
     *.h | */*) echo "#include <$1>" | g++ -E -x c++ - ;;
     *) command -v "$1" ;;
   esac >/dev/null 2>&1
