@@ -3,7 +3,7 @@
 
 Checks that docs/diagnostics.md has each log text of the library's sources, and no text that the
 sources do not have. A log text is a string literal with "::" or an inner blank; adjacent literals
-are one text. On the page a text is in backticks after its level, or fills a line of a code block
+are one text. On the page a text is in quotes after its level, or fills a line of a code block
 after its level.
 """
 import os
@@ -34,7 +34,7 @@ def main():
         with open(name, encoding="ascii") as file:
             logged |= texts_of(file.read())
     with open(PAGE, encoding="ascii") as file:
-        listed = re.findall(r"(?m)^(?:- \d `(.*?)`: |\d (.*))", file.read())
+        listed = re.findall(r'(?m)^(?:- \d "(.*?)": |\d (.*))', file.read())
     listed = {(row or line).strip() for row, line in listed}
     for text in sorted(logged - listed):
         print(f"{PAGE} lacks the log text: {text}")

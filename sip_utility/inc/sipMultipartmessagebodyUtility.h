@@ -1,21 +1,27 @@
-// sipMultipartmessagebodyUtility.h - takes a multipart body apart into a tree of its parts.
-//
-//   body           = [ preamble ] 1*part
-//   part           = delimiter ( CRLF / header-block ) content *( close-delimiter [ epilogue ] )
-//   delimiter      = "--" boundary *SP CRLF
-//   header-block   = 1*( name ":" value CRLF ) CRLF
-//   content        = 1*OCTET, up to the next "--" boundary
-//   close-delimiter = "--" boundary "--" *SP [ CRLF ]
-//
-// This is not RFC 2046 to the letter: the CRLF in front of a delimiter belongs to the content, a
-// delimiter need not stand at the start of a line, an epilogue is the whole rest of the body,
-// each blank behind a close delimiter is skipped twice, and a part that is multipart itself makes
-// its boundary the current one, so that the outer delimiter behind it is refused and the parse
-// fails. Zero bytes may stand in a content; elsewhere they end the text.
-//
-// The object owns the tree that it makes, and deletes all of it. Failures are logged (levels 3
-// and 4, level 5 for some without memory, module 6054). One thread at a time; getInstance() and
-// deleteInstance() share one pointer of the process.
+/// \file
+/// The parser that splits a multipart body into a tree of its parts.
+///
+///     body         = [ preamble ] 1*part
+///     part         = delimiter ( CRLF / header-block ) content *( close [ epilogue ] )
+///     delimiter    = "--" boundary *SP CRLF
+///     header-block = 1*( name ":" value CRLF ) CRLF
+///     content      = 1*OCTET, up to the next "--" boundary
+///     close        = "--" boundary "--" *SP [ CRLF ]
+///
+/// This differs from RFC 2046:
+///
+/// - The CRLF before a delimiter belongs to the content.
+/// - A delimiter need not be at the start of a line.
+/// - An epilogue is the complete rest of the body.
+/// - Each blank after a close delimiter is skipped twice.
+/// - A part that is multipart itself makes its boundary the current one. The outer delimiter after
+///   it is then refused, and the parse fails.
+///
+/// A content may have zero bytes; elsewhere a zero byte ends the text.
+///
+/// The object owns the tree that it makes and deletes all of it. Failures are logged (levels 3 and
+/// 4, level 5 for some out of memory, module 6054). An object is used by one thread at a time;
+/// getInstance() and deleteInstance() share one pointer of the process.
 #ifndef SIP_MULTIPART_MESSAGE_BODY_UTILITY_H
 #define SIP_MULTIPART_MESSAGE_BODY_UTILITY_H
 
@@ -30,106 +36,130 @@ namespace siputility {
 class MultipartParse;
 }  // namespace siputility
 
+/// A parser of multipart bodies; see sipMultipartmessagebodyUtility.h.
 class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
  public:
-  // A boundary that an opening delimiter had, a block of the platform. The record is on the memory
-  // log (category 2).
+  /// The boundary of an opening delimiter. The record is on the memory log (category 2).
   struct DashBoundary {
-    char* boundary;
+    char* boundary;  ///< zero-terminated block of the platform
     DashBoundary* next;
   };
 
+  /// Makes a parser without a tree.
   SipMultipartMessageBodyUtility();
   SipMultipartMessageBodyUtility(const SipMultipartMessageBodyUtility&) = delete;
   SipMultipartMessageBodyUtility& operator=(const SipMultipartMessageBodyUtility&) = delete;
 
-  // Deletes the tree with all its nodes.
+  /// Deletes the tree with all its nodes.
   virtual ~SipMultipartMessageBodyUtility();
 
-  // Makes an object and remembers it as the instance; null without memory.
-  // Owns: deleteInstance() deletes the instance. An earlier one is not deleted: it passes to
-  // whoever holds it, who takes it off the memory log (category 2) and deletes it.
+  /// Makes an object and stores it as the instance of the process; null out of memory.
+  ///
+  /// Owns: deleteInstance() deletes the instance. An earlier instance is not deleted. It passes to
+  /// the caller that holds it, who removes it from the memory log (category 2) and deletes it.
   static SipMultipartMessageBodyUtility* getInstance();
 
-  // Deletes the instance, if there is one.
+  /// Deletes the instance, if there is one.
   static void deleteInstance();
 
-  // Takes a body apart: data[0, length) under a Content-Type value. A value without "multipart"
-  // gives a single node with the body as content. Returns the first part, whose siblings the
-  // others are; null for a multipart body without any line end. Without data the body of an
-  // earlier call is taken again. Once there is a tree, it is returned whatever the body, which is
-  // stored all the same.
-  // Fails: null for no body, one of 2 GiB or more, a null Content-Type value, one that is refused
-  // or has no boundary where it says multipart, a body outside the syntax, and without memory; the
-  // parts read until then stay, and the next call returns them.
+  /// Parses a body, `data[0, length)`, by a Content-Type value. Returns the first part; the other
+  /// parts are its siblings. A value without `multipart` makes a single node with the body as
+  /// content. A multipart body without any line end returns null.
+  ///
+  /// Without data, the body of an earlier call is parsed again. Once there is a tree, each call
+  /// stores the body and returns that tree.
+  ///
+  /// Fails: null for no body, for a body of 2 GiB or more, for a Content-Type value that is null,
+  /// is refused, or is multipart without a boundary, for a body outside the syntax, and out of
+  /// memory. The parts that were read stay, and the next call returns them.
   SipMultipartMessageBody* wySipGetMultiPartMessageBody(unsigned char* data, unsigned int length,
                                                         const char* contentType);
 
-  // The steps of the parse, in their order. Where nothing else is said, each returns 1 for
-  // success, 0 for failure, also for null and without memory. Texts are zero-terminated, but
-  // those within the body reach to its end.
+  // The steps of the parse, in their order. Unless stated otherwise, each returns 1 for success and
+  // 0 for failure, also for null and out of memory. Texts are zero-terminated, but a text inside
+  // the stored body extends to the end of the body.
 
-  // Takes a multipart body apart: body[0, contentLength) and a zero byte behind it, under the
-  // current boundary.
-  // Fails: 0 also when the epilogues of the body together take more than 4 times its length and
-  // 64 MiB; each reaches to the end of the body. The epilogue that passes this bound is left out,
-  // later parts are not read, the parts before it stay.
+  /// Parses a multipart body, `body[0, contentLength)` and a zero byte after it, by the current
+  /// boundary. Returns 1.
+  ///
+  /// Fails: 0 for null, without a current boundary, for a body outside the syntax, and out of
+  /// memory. 0 also if the epilogues of the body together take more than 4 times its length and 64
+  /// MiB; each of them extends to the end of the body. The epilogue that exceeds this bound is left
+  /// out, later parts are not read, and the parts before it stay.
   int wySipProcessMultipartMsgBody(unsigned char* body);
 
-  // Checks a delimiter line, its CRLF cut off, and stores its boundary.
+  /// Checks a delimiter line without its CRLF and stores its boundary. Returns 1.
+  ///
+  /// Fails: 0 for null, for a line that is no delimiter with the current boundary, and out of
+  /// memory.
   int Validateboundary(char* line);
 
-  // Measures the content that begins here, up to the next "--" with the current boundary, into
-  // partContentLength. Two hyphens that no boundary follows count as one step, so that of three
-  // hyphens the last two begin no delimiter.
-  // Fails: 0 for a stored boundary right at the start; also, without a log line, for no current
-  // boundary and when no delimiter comes.
+  /// Stores the length of the content that begins here in partContentLength. The content ends
+  /// before the next `--` with the current boundary. Returns 1.
+  ///
+  /// Two hyphens without the boundary after them are skipped together: of three hyphens before a
+  /// boundary, the last two do not begin a delimiter.
+  ///
+  /// Fails: 0 for null and for a stored boundary right at the start; also, without a log line, if
+  /// there is no current boundary and if no delimiter follows.
   int wySipProcessMessageBody(unsigned char* body);
 
-  // Makes a node, current from now on: the root, else the next sibling of the current node when
-  // the current boundary is the last one, else its first child.
-  // Fails: 0 also, without a log line, for a tree without a current node.
+  /// Makes a node, which becomes the current one. The first node is the root. A further node
+  /// becomes the next sibling of the current node if the current boundary is the last one, else its
+  /// first child. Returns 1.
+  ///
+  /// Fails: 0 out of memory; also, without a log line, for a tree without a current node.
   int wySipConstructMultipartMessageStructure();
 
-  // Reads the lines of a header block, their number taken modulo 256, into the current node, in
-  // place of the headers that it has; no lines change nothing. A line that is no header field is
-  // left out. A multipart Content-Type makes its boundary the current one.
-  // Fails: 0 for no current node, for a line without ":" and for a multipart Content-Type without
-  // boundary; the lines after it are not read. 0 also when memory ran out for a header or a
-  // boundary; the other lines are read.
+  /// Reads the lines of a header block into the current node, in place of the headers that it has.
+  /// The number of lines counts modulo 256; without lines nothing changes. A line that is no header
+  /// field is left out. A multipart Content-Type makes its boundary the current one. Returns 1.
+  ///
+  /// Fails: 0 for null and if there is no current node. 0 for a line without `:` and for a
+  /// multipart Content-Type without a boundary; the lines after it are not read. 0 out of memory
+  /// for a header or a boundary; the other lines are read.
   int ParseAndStoreMsgHeaders(char* headers);
 
-  // Reads a close delimiter and moves the cursor behind it. When the current boundary is the last
-  // one, the boundaries are forgotten, else the latest stored one becomes the current one.
-  // Returns 3; 1 for another boundary, 2 for null and without memory, 4 for a boundary that is
-  // not closed.
+  /// Reads a close delimiter and moves the cursor past it. If the current boundary is the last one,
+  /// all boundaries are deleted; else the latest stored one becomes the current one. Returns 3.
+  ///
+  /// Fails: 1 for another boundary, 2 for null and out of memory, 4 for a boundary that is not
+  /// closed.
   int ValidateCloseDelimiter(char*& cursor);
 
-  // Stores a boundary behind the others and makes it the current one, unless the latest one is
-  // the same. Blanks around it are cut off, in place. The last boundary becomes the latest one
-  // stored before; the first boundary of all is the last one, too.
+  /// Stores a boundary after the others and makes it the current one, unless the latest stored one
+  /// is the same. Blanks around it are cut off in place. The last boundary becomes the one that was
+  /// stored before it; the first boundary of all is also the last one. Returns 1.
+  ///
+  /// Fails: 0 for null and out of memory.
   int Storedashboundary(char* text);
 
-  DashBoundary* dashBoundaryList;  // the object's own
-  // The steps let these two show copies that the object owns. The object frees a copy that neither
-  // of the two shows, when a step makes another one. A caller may let them show its own text. The
-  // object neither writes nor frees that text, which must live as long as it is shown. They may
-  // also show a text of the list.
+  DashBoundary* dashBoundaryList;  ///< the stored boundaries; the object owns them
+
+  /// The current boundary and the last one.
+  ///
+  /// Owns: the steps set these pointers to copies that the object owns. The object frees a copy if
+  /// a step makes another one and neither pointer points to it. They may also point to a text of
+  /// the list, or to a text of the caller. The object neither writes nor frees the caller's text,
+  /// which must live as long as a pointer points to it.
+  /// @{
   const char* m_pCurrentboundary;
   const char* lastBoundary;
+  /// @}
+
   SipMultipartMessageBody* m_pMultipartMsgHead;
   SipMultipartMessageBody* current;
-  char* content;  // zero-terminated copy of the body, the object's own
+  char* content;  ///< zero-terminated copy of the body; the object owns it
   unsigned int contentLength;
   int partContentLength;
   unsigned char nodeCount;
-  int firstBoundary;  // 1 while the first delimiter of a multipart is still to come
+  int firstBoundary;  ///< 1 while the first delimiter of a multipart is still to come
 
  private:
   friend class siputility::MultipartParse;
 
-  // The steps of the same purpose, for the rest of a body, which may go on after a zero byte; of
-  // the text up to there, only the length is needed, to be logged.
+  // The public steps of the same purpose call these with the rest of the body, which may have zero
+  // bytes. textLength, the length up to the first zero byte, is only logged.
   SIPUTILITY_HIDDEN bool measureContent(std::string_view rest, std::size_t textLength);
   SIPUTILITY_HIDDEN int passCloseDelimiter(char*& cursor, std::string_view rest);
 
@@ -145,15 +175,15 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   SIPUTILITY_HIDDEN bool showCopy(const char*& boundary, std::string_view text);
   SIPUTILITY_HIDDEN void forgetBoundaries();
 
-  std::string_view copies_[2];  // what the two boundaries may show: blocks of the platform, or null
+  std::string_view copies_[2];  // for the two boundary pointers: blocks of the platform, or null
 
-  // Up to this boundary each one begins with the one in front of it: where the first does not
-  // stand, none of them does.
+  // Up to this boundary each one begins with the one before it. So where the first one does not
+  // match, none of them does.
   const DashBoundary* growthEnd_;
   bool outOfMemory_;  // memory ran out for a header or a boundary of the latest header block
 };
 
-// Returns SipMultipartMessageBodyUtility::getInstance().
+/// Returns SipMultipartMessageBodyUtility::getInstance().
 extern "C" SIPUTILITY_EXPORT SipMultipartMessageBodyUtility*
 initSipMultipartMessageBodyUtilityObj();
 

@@ -1,6 +1,7 @@
-// wySipCxx.h - helpers for C++ callers: views, equality, loops over parameters, owners.
-//
-// All of it is inline and made of the library's public operations; nothing is exported.
+/// \file
+/// Helpers for C++ callers: views, equality, loops over parameters, owners.
+///
+/// Everything here is inline and uses only public operations of the library; nothing is exported.
 #ifndef WY_SIP_CXX_H
 #define WY_SIP_CXX_H
 
@@ -16,24 +17,30 @@ class SipParam;
 
 namespace siputility {
 
-// Returns the content of a string, zero bytes included. The view lives until the string next
-// changes.
+/// Returns the content of a string, zero bytes included. The view lives until the string next
+/// changes.
 inline std::string_view view(const SipString& text) { return {text.c_str(), text.length()}; }
 
-// Returns a copy of that content.
+/// Returns a copy of the content of a string, zero bytes included.
 inline std::string toStdString(const SipString& text) { return std::string(view(text)); }
 
-// Returns a string with a copy of these bytes, at most 2^32 - 2 of them.
+/// Returns a string with a copy of the bytes; empty if there is no memory for it.
+///
+/// Requires: at most 2^32 - 2 bytes.
 inline SipString toSipString(std::string_view bytes) {
   return {bytes.data(), static_cast<unsigned int>(bytes.size())};
 }
 
-// Returns whether two texts are the same bytes. Unlike SipString::compare(), it never ends the
-// process, so the texts may come from the network.
+/// Returns whether two texts have the same bytes. Unlike SipString::compare(), it never ends the
+/// process, so the texts may come from the network.
+/// @{
 inline bool equal(std::string_view a, std::string_view b) { return a == b; }
 inline bool equal(const SipString& a, std::string_view b) { return view(a) == b; }
+/// @}
 
-// Does so without regard to the case of ASCII letters.
+/// Returns whether two texts have the same bytes, ignoring the case of ASCII letters. It never ends
+/// the process.
+/// @{
 inline bool equalIgnoringCase(std::string_view a, std::string_view b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; };
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
@@ -42,12 +49,13 @@ inline bool equalIgnoringCase(std::string_view a, std::string_view b) {
 inline bool equalIgnoringCase(const SipString& a, std::string_view b) {
   return equalIgnoringCase(view(a), b);
 }
+/// @}
 
-// The parameters of a header, an address or a list, in the order in which they are written:
-//
-//   for (const SipParam& param : siputility::paramsOf(header)) ...
-//
-// The loop asks firstParam() and nextParam(); the owner must live and not change meanwhile.
+/// The parameters of a header, an address or a list, in the order in which they are written.
+///
+/// The range calls firstParam() and nextParam() of the owner.
+///
+/// Requires: the owner lives and does not change while the range is used.
 template <typename Owner>
 class ParamRange {
  public:
@@ -77,19 +85,24 @@ class ParamRange {
   const Owner& owner_;
 };
 
+/// Returns the range of the parameters of an owner, for a loop.
+///
+/// Example: `for (const SipParam& param : siputility::paramsOf(header))`
 template <typename Owner>
 ParamRange<Owner> paramsOf(const Owner& owner) {
   return ParamRange<Owner>(owner);
 }
 
+/// Frees a block of the platform; see PlatformBlock.
 struct PlatformFree {
   void operator()(void* block) const { __free(block); }
 };
 
-// Owns a block of the platform, as the free functions hand them out; or nothing.
+/// Owns a block of the platform, such as the free functions return, or nothing.
 template <typename Element>
 using PlatformBlock = std::unique_ptr<Element[], PlatformFree>;
 
+/// Removes an object from the memory log and deletes it; see HandedOut.
 struct HandedOutDelete {
   template <typename Object>
   void operator()(Object* object) const {
@@ -99,8 +112,8 @@ struct HandedOutDelete {
   }
 };
 
-// Owns an object that a free function handed out, such as ParseViaHeaderToAdress(): takes it off
-// the memory log and deletes it. Or owns nothing.
+/// Owns an object that a free function such as ParseViaHeaderToAdress() returned, or nothing.
+/// Removes the object from the memory log and deletes it.
 template <typename Object>
 using HandedOut = std::unique_ptr<Object, HandedOutDelete>;
 

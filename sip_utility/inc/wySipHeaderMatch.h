@@ -1,8 +1,9 @@
-// wySipHeaderMatch.h - grammar matchers of header values.
-//
-// They decide how much of a header's text is its value and where its parameters begin, under the
-// contract of SipMatch, see wySipMatch.h, with one exception: a value with a bracketed tel URI
-// may count past the end of the stream, see SipHeaderMatchIHeaderChars.
+/// \file
+/// Grammar matchers of header values.
+///
+/// They decide how much of a header's text is its value and where its parameters begin. They keep
+/// the contract of SipMatch (see wySipMatch.h) with one exception: the count for a value with a
+/// bracketed tel URI may go past the end of the stream; see SipHeaderMatchIHeaderChars.
 #ifndef WY_SIP_HEADER_MATCH_H
 #define WY_SIP_HEADER_MATCH_H
 
@@ -10,8 +11,10 @@
 #include "wySipMatch.h"
 #include "wySipParam.h"
 
-// The value of a header of this type: of an ordinary one as SipNonAuthHeaderMatchValue, of an
-// authentication one its scheme, a token; nothing for a type that is not set.
+/// The value of a header of one type.
+///
+/// Matches an ordinary value as SipNonAuthHeaderMatchValue does, and the scheme, a token, of an
+/// authentication header. Matches nothing if the type is not set.
 class SIPUTILITY_EXPORT SipHeaderMatchValue : public SipMatch {
  public:
   explicit SipHeaderMatchValue(WY_SIP_SIPHEADER_TYPE headerType);
@@ -21,34 +24,38 @@ class SIPUTILITY_EXPORT SipHeaderMatchValue : public SipMatch {
   WY_SIP_SIPHEADER_TYPE headerType_;
 };
 
-// value = run *( LWS run ), the runs as SipHeaderMatchIHeaderChars has them
-//
-// White space behind the last run is not covered. The time taken grows with the value's length
-// alone, however many brackets it has.
+/// `value = run *( LWS run )`
+///
+/// A run is what SipHeaderMatchIHeaderChars matches. The count does not include white space after
+/// the last run. The time is in proportion to the length of the value, however many brackets it
+/// has.
 class SIPUTILITY_EXPORT SipNonAuthHeaderMatchValue : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-// run = *( quoted-string / bracketed / a visible ASCII character but ";" and ">" )
-// bracketed = name-addr in brackets / "<tel:" ... / "<" absoluteURI ">"
-//
-// Ends in front of white space, ";", the end, a quoted string that is none and a "<" that opens
-// nothing of these. A ">" of its own, a control character or a byte from 0x7F up makes the whole
-// match fail: "SipHeaderMatchIHeaderChars::doMatch - bad character 0x%02x" (level 3).
-//
-// A "<" is tried as SIP address, then as tel URI, then as opaque URI that is not SIP or SIPS.
-// For a tel URI the text is read from the stream's position, not from the "<", and the match ends
-// there: it counts 6 and the length of the URI as TelAddress writes it, whatever the text had, so
-// the count may differ from the bytes read and reach past the end. Where the tel URI is refused,
-// "SipHeaderMatchIHeaderChars::doMatch | Tel Match Failed , Match with Abs URI" is logged (level
-// 4), without memory "SipHeaderMatchIHeaderChars::doMatch | Malloc failed".
+/// `run = *( quoted-string / bracketed / visible )`
+///
+/// `bracketed` is a SIP addr-spec, a tel URI or an absoluteURI between `<` and `>`; `visible` is a
+/// visible ASCII character except `;` and `>`. The run ends before white space, `;`, a double quote
+/// that begins no quoted-string, a `<` that begins nothing bracketed, and at the end of the stream.
+/// A `>` without `<`, a control character or a byte from 0x7F up makes the complete match fail,
+/// which is logged: "SipHeaderMatchIHeaderChars::doMatch - bad character 0x%02x" (level 3).
+///
+/// A `<` is tried as a SIP address, then as a tel URI, then as an opaque URI that is not SIP or
+/// SIPS. A tel URI is read from the stream's position, not from the `<`, and the match ends after
+/// it. It counts 6 bytes plus the length of TelAddress::getURIString(). So the count may differ
+/// from the bytes that were read, and may go past the end. If the tel URI is refused,
+/// "SipHeaderMatchIHeaderChars::doMatch | Tel Match Failed , Match with Abs URI" is logged (level
+/// 4); out of memory "SipHeaderMatchIHeaderChars::doMatch | Malloc failed".
 class SIPUTILITY_EXPORT SipHeaderMatchIHeaderChars : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-// absoluteURI = scheme ":" 1*uric, not beginning with "/": the opaque form only
+/// `absoluteURI = scheme ":" 1*uric`
+///
+/// Only the opaque form matches: the part after the `:` must not begin with `/`.
 class SIPUTILITY_EXPORT SipHeaderMatchAbsoluteURI : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;

@@ -1,39 +1,47 @@
-// wySipInit.h - start-up of the library, and the records of connections and credentials.
-//
-// What the fields of the records mean is their users' business; names tell type and position.
+/// \file
+/// Start-up of the library, and the records of connections and credentials.
+///
+/// The library does not interpret the fields of the records. Their names show type and position.
 #ifndef WY_SIP_INIT_H
 #define WY_SIP_INIT_H
 
 #include "imsvarn.h"
 #include "wySipExport.h"
 
-// The way to the framework's configuration. A program that asks Globals itself links the
-// framework's library as well (siputility::imsvarn, or siputility-host with pkg-config).
+/// Access to the configuration of the framework.
+///
+/// A program that calls Globals itself also links the library of the framework
+/// (`siputility::imsvarn`, or `siputility-host` with pkg-config).
 class SIPUTILITY_EXPORT SingoConfig_SO {
  public:
-  // Returns the calling thread's SingoConfig, made and registered under the id 3 at the first call.
-  // Fails: null without memory; also, with a failed assertion and "Globals is NULL" (level 5,
-  // module 6053), for a thread without a registry.
-  // Owns: the registry.
+  /// Returns the SingoConfig of the calling thread. The first call of a thread makes the object and
+  /// registers it under the id 3.
+  ///
+  /// Fails: null out of memory; also null, with a failed assertion and "Globals is NULL" (level 5,
+  /// module 6053), for a thread without a registry.
+  ///
+  /// Owns: the registry owns the object.
   static SingoConfig* Instance();
 };
 
-// Sets the framework's configuration up for the calling thread, to be called once by each thread
-// that uses the framework: takes SingoConfig_SO::Instance() and calls its Init(). Failures are
-// logged (level 5, module 6054): "InitServiceModules | SingoConfig is NULL" for no object, and
-// "InitServiceModules | pSingoConfig->Init() Failed".
+/// Sets up the configuration of the framework for the calling thread: calls `Init()` of
+/// SingoConfig_SO::Instance(). Each thread that uses the framework calls this once.
+///
+/// Fails: logs "InitServiceModules | SingoConfig is NULL" if there is no object, and
+/// "InitServiceModules | pSingoConfig->Init() Failed" (level 5, module 6054).
 extern "C" SIPUTILITY_EXPORT void InitServiceModules();
 
-// Parameters of a connection. Both ends of its life are logged (level 3, module 6054), of a copy
-// the end only.
+/// Parameters of a connection.
+///
+/// Construction and destruction are logged (level 3, module 6054); of a copy only the destruction.
 class SIPUTILITY_EXPORT wySipConnParams {
  public:
-  // Sets everything to zero but secondValue, which is 3.
+  /// Sets secondValue to 3 and everything else to zero.
   wySipConnParams();
   wySipConnParams(const wySipConnParams&) = default;
   wySipConnParams& operator=(const wySipConnParams&) = default;
 
-  // Overwrites the first, second and fourth text with zero bytes; the rest keeps its values.
+  /// Overwrites the first, second and fourth text with zero bytes; the rest keeps its values.
   ~wySipConnParams();
 
   char firstText[300];
@@ -46,16 +54,17 @@ class SIPUTILITY_EXPORT wySipConnParams {
   char fourthText[100];
 };
 
-// Credentials: strings that are blocks of the platform, or null. Both ends of its life are logged
-// (level 3, module 6054).
+/// Credentials: strings that are blocks of the platform, or null.
+///
+/// Construction and destruction are logged (level 3, module 6054).
 class SIPUTILITY_EXPORT wyCredentialsStruct {
  public:
-  // Sets everything to null and 0.
+  /// Sets the strings to null and the number to 0.
   wyCredentialsStruct();
   wyCredentialsStruct(const wyCredentialsStruct&) = delete;
   wyCredentialsStruct& operator=(const wyCredentialsStruct&) = delete;
 
-  // Frees the strings with __free and sets them to null.
+  /// Frees the strings with `__free` and sets them to null.
   ~wyCredentialsStruct();
 
   char* firstString;

@@ -1,10 +1,10 @@
-// wySipParam.h - parameter lists: the `;name=value` runs of SIP headers and URIs.
-//
-// A list is a chain of nodes that it owns, newest first: text written from a parsed list has its
-// parameters in reverse order, and a parameter that was set comes first. The steps of reading
-// and writing are the base's; a dialect answers what a separator, a name, an "=" and a value are
-// and takes no step of its own. One thread at a time for each list. A node or name handed out
-// lives until that parameter is removed.
+/// \file
+/// Parameter lists: the `;name=value` runs of SIP headers and URIs.
+///
+/// A list owns a chain of nodes, newest first. So a parsed list is written in reverse order, and a
+/// parameter that was set comes first. The base class reads and writes. A dialect, which is a
+/// subclass, only says what a separator, a name, an `=` and a value are. A returned node or name
+/// lives until that parameter is removed. A list is used by one thread at a time.
 #ifndef WY_SIP_PARAM_H
 #define WY_SIP_PARAM_H
 
@@ -16,50 +16,60 @@ namespace siputility {
 struct SipParamAccess;
 }  // namespace siputility
 
-// One parameter: a name and a value, empty for a parameter without one. A node knows the pointer
-// that points at it, so that deleting it takes it off its chain.
+/// One parameter: a name and a value, which is empty for a parameter without a value.
+///
+/// A node knows the pointer that points at it, so deleting a node removes it from its chain.
 class SIPUTILITY_EXPORT SipParam {
  public:
-  // Makes a node without name and value at the front of the chain with this head; see insert().
+  /// Makes a node without name and value at the front of the chain with this head; see insert().
   explicit SipParam(SipParam** head);
 
   SipParam(const SipParam&) = delete;
   SipParam& operator=(const SipParam&) = delete;
 
-  // Takes the node off its chain; see remove().
+  /// Removes the node from its chain; see remove().
   virtual ~SipParam();
 
-  // Links the node in at the front of the chain with this head. Null is a failed assertion, the
-  // node stays off.
-  // Requires: the node is on no chain.
+  /// Inserts the node at the front of the chain with this head. For null, which is a failed
+  /// assertion, nothing happens.
+  ///
+  /// Requires: the node is on no chain.
   void insert(SipParam** head);
 
-  // Takes the node off its chain; being on none is a failed assertion.
+  /// Removes the node from its chain. A node that is on no chain is a failed assertion.
   void remove();
 
-  // Replaces the name.
-  // Fails: VARN_RESOURCE_FAILURE when the name has no buffer afterwards; also for an empty name
-  // in a node that never had one.
+  /// Replaces the name.
+  ///
+  /// Fails: VARN_RESOURCE_FAILURE if the name has no buffer afterwards; also for an empty name in a
+  /// node that never had a name.
   VARN_EXCEPTION_CODES setName(const SipString& name);
 
-  // Takes the next length bytes of the stream, or what is left of them, as value; 0 bytes empty
-  // the value.
-  // Fails: with the code of SipStrStream::get.
+  /// Reads the next length bytes of the stream, or as many as are left, as the value. A length of 0
+  /// empties the value.
+  ///
+  /// Fails: with the code of SipStrStream::get().
   VARN_EXCEPTION_CODES setValue(unsigned int length, SipStrStream& stream);
 
-  // Replaces the value.
-  // Fails: VARN_RESOURCE_FAILURE when the name, not the value, has no buffer.
+  /// Replaces the value.
+  ///
+  /// Fails: VARN_RESOURCE_FAILURE if the name (not the value) has no buffer.
   VARN_EXCEPTION_CODES setValue(const SipString& value);
 
+  /// Returns the name.
   const SipString& getName() const;
+
+  /// Returns the value; empty for a parameter without a value.
   const SipString& getValue() const;
 
-  // Returns the node behind this one; null at the end.
+  /// Returns the next node of the chain; null at the end.
   SipParam* next() const;
 
-  // Overwrites the pointer to the next node and nothing else: that node does not learn of it. A
-  // list removes its nodes by name in whatever order this makes. A node that no chain leads to any
-  // more belongs to the caller. Its next() must not change, and it must be deleted before the list.
+  /// Overwrites the pointer to the next node and nothing else; the next node itself does not
+  /// change. A list follows these pointers when it removes a node by name.
+  ///
+  /// Owns: a node that no chain leads to any more belongs to the caller. Its next() must not
+  /// change, and it must be deleted before the list.
   void setNext(SipParam* next);
 
  private:
@@ -71,101 +81,120 @@ class SIPUTILITY_EXPORT SipParam {
   SipString value_;
 };
 
-// The parameters of one header or URI. Codes and log lines are those of module 6054.
-//
-// Each match operation of a dialect looks at the stream at the offset from its position and
-// returns the bytes its element covers there, 0 for no match; the stream does not move. The
-// number first is 1 for the separator in front of the first parameter of a list, else 0.
+/// The parameters of one header or URI.
+///
+/// Log lines are of module 6054. Each match operation of a dialect looks at the stream at the
+/// offset from its position and returns how many bytes its element covers there, 0 for no match;
+/// the stream does not move. The argument `first` is 1 for the separator before the first parameter
+/// of a list, else 0.
 class SIPUTILITY_EXPORT SipParamList {
  public:
   SipParamList();
   SipParamList(const SipParamList&) = delete;
   SipParamList& operator=(const SipParamList&) = delete;
 
-  // Deletes all nodes and the names array.
+  /// Deletes all nodes and the names array.
   virtual ~SipParamList();
 
-  // Reads parameters until no separator follows; no separator at all is an empty list. What
-  // follows is left in the stream.
-  //
-  // After a failure the parameters read before it stay and the stream stands where the failing
-  // step left it.
-  // Fails: VARN_INVALID_INPUT with "SipParamList::parseParamList - bad parameter name", "...
-  // duplicate parameter name" (letter case ignored) or "... bad parameter value" (level 4);
-  // VARN_RESOURCE_FAILURE.
+  /// Reads parameters until no separator follows. A text without a separator is an empty list. The
+  /// rest of the text is left in the stream.
+  ///
+  /// After a failure the parameters before the failing one stay, and the stream is where the
+  /// failing step left it.
+  ///
+  /// Fails: VARN_INVALID_INPUT with "SipParamList::parseParamList - bad parameter name",
+  /// "SipParamList::parseParamList - duplicate parameter name" (letter case ignored) or
+  /// "SipParamList::parseParamList - bad parameter value" (level 4); VARN_RESOURCE_FAILURE.
   virtual VARN_EXCEPTION_CODES parseParamList(SipStrStream& stream);
 
+  /// Matches a separator.
   virtual unsigned int matchSep(const SipStrStream& stream, unsigned int offset,
                                 int first) const = 0;
+  /// Matches the value of a parameter.
   virtual unsigned int matchValue(const SipStrStream& stream, unsigned int offset) const = 0;
-  // The value of a parameter named exactly "tag" or "branch".
+  /// Matches the value of a parameter whose name is exactly `tag` or `branch`.
   virtual unsigned int matchTagParamValue(const SipStrStream& stream,
                                           unsigned int offset) const = 0;
+  /// Matches the `=` between name and value.
   virtual unsigned int matchEqual(const SipStrStream& stream, unsigned int offset) const = 0;
+  /// Matches the name of a parameter.
   virtual unsigned int matchName(const SipStrStream& stream, unsigned int offset) const = 0;
-  // Returns the separator to write, zero-terminated.
+  /// Returns the separator to write, zero-terminated.
   virtual const char* getSep(int first) const = 0;
-  // A value that begins with a double quote where matchValue() gives 0.
+  /// Matches a value that begins with a double quote; called if matchValue() returns 0.
   virtual unsigned int MatchQuotedTagValue(const SipStrStream& stream,
                                            unsigned int offset) const = 0;
 
-  // The walk over the list in the order in which it is written; null at the end, and behind null.
+  /// Returns the first parameter, or the next one, in the order in which they are written. Returns
+  /// null at the end and for a null parameter.
+  /// @{
   virtual const SipParam* firstParam() const;
   virtual const SipParam* nextParam(const SipParam* param) const;
+  /// @}
 
-  // Returns the parameter of this name, letter case ignored; null for none and an empty name.
+  /// Returns the parameter of this name, letter case ignored; null for none and for an empty name.
   SipParam* find(const SipString& name) const;
 
-  // Returns the value of the parameter of this name, empty when it has none; null for no such
-  // parameter.
+  /// Returns the value of the parameter of this name; empty if the parameter has no value, null if
+  /// there is no such parameter.
   const SipString* getParameter(const SipString& name) const;
 
-  // Returns the names in chain order, a null behind the last; null for an empty list. The array
-  // is made once and stays as it is, whatever is parsed, until removeParameter(), setParameter()
-  // or the destructor release it; clearParamList() empties it. Stores the code in *error; null
-  // for error is a failed assertion and gives null.
-  // Fails: null and VARN_RESOURCE_FAILURE, "SipParamList::getParameterNames - new failed".
-  // Owns: the list.
+  /// Returns the names in chain order, with a null after the last one; null for an empty list.
+  /// Stores the code in `*error`. Null for `error` is a failed assertion, and the result is null.
+  ///
+  /// The array is made once and does not follow later parsing. removeParameter(), setParameter(),
+  /// clearParamNames() and the destructor release it; clearParamList() empties it.
+  ///
+  /// Fails: null and VARN_RESOURCE_FAILURE, with "SipParamList::getParameterNames - new failed".
+  ///
+  /// Owns: the list owns the array.
   const SipString** getParameterNames(VARN_EXCEPTION_CODES* error);
 
-  // Deletes the parameter of this name, letter case ignored, and the names array. Returns
-  // success, also where there is none: then nothing changes.
+  /// Deletes the parameter of this name, letter case ignored, and the names array. Always returns
+  /// success; if there is no such parameter, nothing changes.
   VARN_EXCEPTION_CODES removeParameter(const SipString& name);
 
-  // Adds a parameter in front, or replaces the one of that name, letter case ignored. White
-  // space around name and value is dropped; an empty value makes a parameter without one. The
-  // value is checked with matchValue() alone. After a failure nothing has changed.
-  // Fails: VARN_INVALID_INPUT with "SipParameterList::setParameter name is empty", "... invalid
-  // name" or "... invalid value", VARN_RESOURCE_FAILURE, where there is no memory at all with "...
-  // SipStrStream constructor failed" (level 4).
+  /// Adds a parameter at the front, or replaces the one of that name, letter case ignored. White
+  /// space around name and value is dropped. An empty value makes a parameter without a value. The
+  /// value is checked with matchValue() only. After a failure nothing has changed.
+  ///
+  /// Fails: VARN_INVALID_INPUT with "SipParameterList::setParameter name is empty",
+  /// "SipParameterList::setParameter invalid name" or
+  /// "SipParameterList::setParameter invalid value"; VARN_RESOURCE_FAILURE, with
+  /// "SipParameterList::setParameter SipStrStream constructor failed" if there is no memory at all
+  /// (level 4).
   VARN_EXCEPTION_CODES setParameter(const SipString& name, const SipString& value);
 
-  // Deletes all parameters. A names array that was handed out stays and is empty.
+  /// Deletes all parameters. A names array that was returned stays and is empty.
   void clearParamList();
 
-  // Releases the names array.
+  /// Releases the names array.
   void clearParamNames();
 
-  // Returns the number of bytes that appendToString() adds.
+  /// Returns the number of bytes that appendToString() adds.
   unsigned int getStringLength() const;
 
-  // Appends the list's text: in front of each parameter its separator, values as they are stored.
-  // Fails: VARN_RESOURCE_FAILURE.
+  /// Appends the text of the list: a separator before each parameter, values as they are stored.
+  ///
+  /// Fails: VARN_RESOURCE_FAILURE.
   VARN_EXCEPTION_CODES appendToString(SipString& out) const;
 
  protected:
-  // Returns the first node of the chain, whatever order firstParam() gives, and the pointer to
-  // it, for new nodes.
+  /// Returns the first node of the chain; firstParam() may return another one.
   SipParam* chain() const;
+
+  /// Returns the head of the chain, for new nodes.
   SipParam** head();
 
-  // Moves behind a separator.
-  // Fails: VARN_INVALID_INPUT for none.
+  /// Moves past a separator.
+  ///
+  /// Fails: VARN_INVALID_INPUT if there is none.
   VARN_EXCEPTION_CODES parseSep(SipStrStream& stream, int first) const;
 
-  // Reads `name[=value]` into a node of this list. Null for the node is a failed assertion: the
-  // text is read, nothing is stored.
-  // Fails: as parseParamList().
+  /// Reads `name[=value]` into a node of this list. Null for the node is a failed assertion: the
+  /// text is read, and nothing is stored.
+  ///
+  /// Fails: like parseParamList().
   VARN_EXCEPTION_CODES parseParam(SipParam* param, SipStrStream& stream) const;
 
  private:
@@ -175,25 +204,28 @@ class SIPUTILITY_EXPORT SipParamList {
   const SipString** names_;
 };
 
-// The kind of a header, as far as its syntax goes.
+/// The kind of a header, which decides its syntax.
 enum WY_SIP_SIPHEADER_TYPE : unsigned int {
-  WY_SIP_HEADER_TYPE_NONE = 0,      // not set yet
-  WY_SIP_HEADER_TYPE_AUTH = 1,      // `scheme name=value,name=value`
-  WY_SIP_HEADER_TYPE_NON_AUTH = 2,  // `value;name=value;name=value`
+  WY_SIP_HEADER_TYPE_NONE = 0,      ///< not set yet
+  WY_SIP_HEADER_TYPE_AUTH = 1,      ///< `scheme name=value,name=value`
+  WY_SIP_HEADER_TYPE_NON_AUTH = 2,  ///< `value;name=value;name=value`
 };
 
-// Header parameters. An ordinary header has them as `;name=value` with white space allowed
-// around ";" and "="; an authentication header as ` name=value,name=value`, white space in front
-// of the first, around "," and around "=". A list without a type keeps the authentication rules.
-// Names are tokens; a value is the longest of a quoted string, an IPv6 address, a host and a
-// token, quotes and escapes kept.
+/// The parameters of a header.
+///
+/// In an ordinary header they are written `;name=value`, with optional white space around `;` and
+/// `=`. In an authentication header they are written ` name=value,name=value`: white space before
+/// the first one, optional white space around `,` and `=`. A list without a type follows the
+/// authentication rules. A name is a token. A value is the longest match of a quoted string, an
+/// IPv6 address, a host and a token. Quotes and escapes are kept.
 class SIPUTILITY_EXPORT SipHdrParamList : public SipParamList {
  public:
   SipHdrParamList();
 
-  // Chooses the dialect for reading and writing; parameters that are there stay.
+  /// Chooses the dialect for reading and writing; existing parameters stay.
   void setHeaderType(WY_SIP_SIPHEADER_TYPE headerType);
 
+  /// Returns the kind of header that was chosen.
   WY_SIP_SIPHEADER_TYPE getHeaderType() const;
 
   unsigned int matchSep(const SipStrStream& stream, unsigned int offset, int first) const override;
@@ -208,8 +240,10 @@ class SIPUTILITY_EXPORT SipHdrParamList : public SipParamList {
   WY_SIP_SIPHEADER_TYPE headerType_;
 };
 
-// URI parameters: `;name=value` without white space, names and values of paramchar. A value may
-// also be a quoted string, as feature tags have it; "tag" and "branch" take no value.
+/// The parameters of a URI: `;name=value` without white space.
+///
+/// Names and values are of paramchar. A value may also be a quoted string, as in feature tags.
+/// `tag` and `branch` take no value.
 class SIPUTILITY_EXPORT SipAddrParamList : public SipParamList {
  public:
   unsigned int matchSep(const SipStrStream& stream, unsigned int offset, int first) const override;
@@ -221,26 +255,32 @@ class SIPUTILITY_EXPORT SipAddrParamList : public SipParamList {
   unsigned int MatchQuotedTagValue(const SipStrStream& stream, unsigned int offset) const override;
 };
 
-// The parameters of a tel URI except isub, ext and phone-context: as URI parameters, with names of
-// letters, digits and "-". They are walked, and so written, in ascending order of their names,
-// without regard to the case of ASCII letters. Of several parameters with one name only the newest
-// is met.
+/// The parameters of a tel URI except isub, ext and phone-context.
+///
+/// They are URI parameters with names of letters, digits and `-`. They are walked and written in
+/// ascending order of their names, ignoring the case of ASCII letters. Of several parameters with
+/// the same name, only the newest is visited.
 class SIPUTILITY_EXPORT TelAddrParamList : public SipAddrParamList {
  public:
   TelAddrParamList();
   ~TelAddrParamList() override;
 
-  // As SipParamList::parseParamList(). It also refuses "isub", "ext" and "phone-context", with
-  // "SipParamList::parseParamList - duplicate param isub" and the like: they come before the list.
+  /// Reads parameters as SipParamList::parseParamList() does. It also refuses `isub`, `ext` and
+  /// `phone-context`, which come before the list, for example with
+  /// "SipParamList::parseParamList - duplicate param isub".
   VARN_EXCEPTION_CODES parseParamList(SipStrStream& stream) override;
 
   unsigned int matchName(const SipStrStream& stream, unsigned int offset) const override;
 
-  // The walk in order of names. firstParam() is nextParam(nullptr); a parameter of the list or of
-  // another one gives the next greater name. Each step looks through the complete list: its time
-  // is in proportion to the number of parameters. appendToString() sorts them once instead.
+  /// Returns the parameter with the least name, or with the next greater one; null at the end.
+  /// firstParam() is nextParam(nullptr). nextParam() also accepts a parameter of another list.
+  ///
+  /// Each step looks through the complete list, so its time is in proportion to the number of
+  /// parameters. appendToString() sorts them once instead.
+  /// @{
   const SipParam* firstParam() const override;
   const SipParam* nextParam(const SipParam* param) const override;
+  /// @}
 };
 
 #endif  // WY_SIP_PARAM_H

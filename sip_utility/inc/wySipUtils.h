@@ -1,7 +1,8 @@
-// wySipUtils.h - questions to plain text: Via values, URI equality, hosts, q-values, small parsers.
-//
-// Texts are zero-terminated. Where nothing else is said, a function that fails logs why (level 4,
-// some of them level 5 out of memory, module 6054).
+/// \file
+/// Functions that read plain text: Via values, URI equality, hosts, q-values, gzip data.
+///
+/// Texts are zero-terminated. Unless stated otherwise, a function that fails logs the reason (level
+/// 4, some of them level 5 out of memory, module 6054).
 #ifndef WY_SIP_UTILS_H
 #define WY_SIP_UTILS_H
 
@@ -11,85 +12,110 @@
 
 extern "C" {
 
-// Each reduces the value of a Via header field to the SIP URI of its sent-by: "sip:" and what
-// stands behind the first "UDP", or behind the first "TCP" where there is no "UDP" anywhere.
-// Blanks outside double quotes are dropped. The length of the text counts modulo 256: one of 256
-// bytes is empty, one of 300 is read as its first 44.
-//
-// ParseViaHeaderToAdress leaves out everything from the first ";" on, writes double quotes as
-// blanks and the user-info as wyQuoteUserInfoInSipUri() does, and returns the address.
-// ParseViaHeaderToHeader keeps the parameters and returns a header field named Via.
-// Fails: null for null, an empty text, no transport, an address or header that is not accepted,
-// and without memory; the user-info alone stays as it is when there is no memory to quote it.
-// Owns: the caller; the object is on the memory log (category 2), take it off and delete it.
-// Example: SIP/2.0/UDP 10.0.0.1:5060;branch=z9hG4bK1 gives sip:10.0.0.1:5060 and
-// Via: sip:10.0.0.1:5060;branch=z9hG4bK1.
+/// Returns the sent-by of a Via header field as a SIP URI, from the value of the field.
+///
+/// The URI is `sip:` and the text after the first `UDP`, or after the first `TCP` if the text has
+/// no `UDP`. Blanks outside double quotes are dropped. The length of the text counts modulo 256: a
+/// text of 256 bytes is empty, and of a text of 300 bytes the first 44 are read.
+///
+/// ParseViaHeaderToAdress() cuts the text at the first `;`, writes double quotes as blanks, writes
+/// the user-info as wyQuoteUserInfoInSipUri() does, and returns an address.
+/// ParseViaHeaderToHeader() keeps the parameters and returns a header field named Via.
+///
+/// Fails: null for null, an empty text, no transport, an address or header that is not accepted,
+/// and out of memory. If only the quoting of the user-info is out of memory, the user-info stays as
+/// it is.
+///
+/// Owns: the caller owns the object, which is on the memory log (category 2): remove it from the
+/// log and delete it, or use siputility::HandedOut.
+///
+/// Example: from `SIP/2.0/UDP 10.0.0.1:5060;branch=z9hG4bK1` they return `sip:10.0.0.1:5060` and
+/// `Via: sip:10.0.0.1:5060;branch=z9hG4bK1`.
+/// @{
 SIPUTILITY_EXPORT SipAddress* ParseViaHeaderToAdress(const char* via);
 SIPUTILITY_EXPORT SipHeader* ParseViaHeaderToHeader(const char* via);
+/// @}
 
-// Returns 1 when two SIP URIs have the same user, port and host, else 0, the difference logged.
-//
-// Users, with their passwords, must be there, and are compared byte by byte. A port that is not
-// written differs from a written one, 5060 included. Hosts that are both IP addresses are equal
-// when the addresses are (10.0.0.1 differs from ::10.0.0.1), which texts that the platform cannot
-// read never are; other hosts are compared byte by byte, letter case included. Hosts are taken by
-// their length modulo 65536. Texts that are not addresses are logged and then compared by the
-// pieces before their fault.
-// Fails: 0 for a null argument. Out of memory it may return 0 for URIs that are the same. It
-// returns 1 for hosts that are equal texts where GetHostType() has no memory to classify one of
-// them, also for texts that the platform cannot read as addresses.
+/// Returns 1 if two SIP URIs have the same user, port and host; else logs the difference and
+/// returns 0.
+///
+/// - Both URIs must have a user. Users and passwords are compared byte by byte.
+/// - A URI without a port differs from one with a port, also with port 5060.
+/// - Two IP addresses are compared as addresses: `10.0.0.1` differs from `::10.0.0.1`. An IP
+///   address that the platform cannot read is equal to none.
+/// - Other hosts are compared byte by byte, in the same letter case.
+/// - The length of a host counts modulo 65536.
+/// - A text that is not an address is logged. The pieces before its fault are then compared.
+///
+/// Fails: 0 for a null argument. Out of memory it may return 0 for URIs that are the same. If
+/// GetHostType() is out of memory for one of the hosts, it returns 1 for hosts that are equal
+/// texts, also if the platform cannot read them as addresses.
 SIPUTILITY_EXPORT int CompareSIPURI(const char* remote, const char* local);
 
-// Returns what a host is: 1 an IPv4 address, 2 an IPv6 address, bare or with any first and last
-// character around it of which the first is "[", 0 anything else. Logs its finding (level 3).
-// Fails: 0 for null and an empty text, and without memory (level 3).
+/// Returns the kind of a host: 1 for an IPv4 address, 2 for an IPv6 address, 0 for anything else.
+/// If the text starts with `[`, its first and last characters are ignored. The result is logged
+/// (level 3).
+///
+/// Fails: 0 for null and for an empty text; 0 out of memory (level 3).
 SIPUTILITY_EXPORT int GetHostType(const char* host);
 
-// Cuts a text at the first appearance of the delimiter, all of it, and points *rest behind it. An
-// empty delimiter stands at the start. Returns text.
-// Fails: null for a null argument; also, without a log line and with nothing changed, where there
-// is no delimiter.
+/// Cuts a text at the first appearance of the complete delimiter and sets `*rest` to the text after
+/// it. An empty delimiter is found at the start. Returns text.
+///
+/// Fails: null for a null argument; also null, without a log line and with nothing changed, if the
+/// text does not have the delimiter.
 SIPUTILITY_EXPORT char* NSIP_strtok(char* text, const char* delimiter, char** rest);
 
-// Overwrites the blanks (0x20 alone) at the end of a text with zero bytes and returns it behind
-// those at its start; null for null.
+/// Overwrites the blanks (only 0x20) at the end of a text with zero bytes. Returns the first
+/// character of the text that is not a blank; null for null.
 SIPUTILITY_EXPORT char* RemoveSpaces(char* text);
 
-// Returns the index of the highest of count q-values: 0 to 1 with at most three decimals, of which
-// only the number is checked behind "0.". A null entry ends them early.
-// Fails: 255 for null or no entries, for a null first entry, without a log line, for a text that
-// is no q-value, for two equal ones, and without memory. The entries that a null one cuts off
-// count as 0 among the equal ones.
+/// Returns the index of the highest of count q-values. A q-value is 0 to 1 with at most three
+/// decimals; of the decimals after `0.` only their number is checked. A null entry ends the list
+/// early.
+///
+/// Fails: 255 for null, for no entries, for a text that is no q-value, for two equal q-values, and
+/// out of memory; also, without a log line, if the first entry is null. The entries from a null one
+/// on count as q-values of 0 when equal ones are searched.
 SIPUTILITY_EXPORT unsigned char ValidateAndGetMaxQValue(char** qvalues, unsigned char count);
 
-// Returns 1 when the value is one of the first 20 values, which a null entry ends early, ASCII
-// letters without regard to case where ignoreCase is not 0; else 0. Null values hold none.
-// Fails: 0 for a null value.
+/// Returns 1 if the value is one of the first 20 values, else 0. A null entry ends the values
+/// early; null values are empty. If ignoreCase is not 0, the case of ASCII letters is ignored.
+///
+/// Fails: 0 for a null value.
 SIPUTILITY_EXPORT int wySipCheckIfHeaderValuePresent(char** values, char* value, int ignoreCase);
 
-// Returns the value of a text of decimal digits. Its length counts modulo 256: of a longer text
-// the first (length modulo 256) bytes are read, none of one of 256.
-// Fails: 0 for null, an empty text and any other character. A value that does not fit 32 bits
-// ends the process: never to be given text from the network.
+/// Returns the value of a text of decimal digits. Only the first (length modulo 256) bytes are
+/// read: of a text of 256 bytes none.
+///
+/// Requires: the value fits 32 bits; otherwise the process ends. Never pass text from the network.
+///
+/// Fails: 0 for null, an empty text and any other character.
 SIPUTILITY_EXPORT unsigned int wyAtoi32(const char* text);
 
-// Expands gzip data: input[0, length), to at most 60 times its length. Data whose end is missing
-// give what there is of them, cut at that limit. Returns the length of the result and its bytes in
-// *output. Owns: the caller frees *output with __free. Fails: 0 for a null argument, data that are
-// not gzip or damaged or that expand further, and without memory, *output being null then if it was
-// memory for the result; 0 without a log line for data that expand to nothing. The log lines are of
-// module 6062, level 4, those about memory level 3, and that for the result of module 6068.
+/// Expands gzip data, `input[0, length)`, to at most 60 times its length. If the end of the data is
+/// missing, the result is what can be expanded, cut at that limit. Returns the length of the result
+/// and its bytes in `*output`.
+///
+/// Fails: 0 for a null argument, for data that is not gzip, is damaged or expands further, and out
+/// of memory; `*output` is null only if the result could not be allocated. 0 without a log line for
+/// data that expands to nothing. The log lines are of level 4, module 6062. Out of memory they are
+/// of level 3, and the one for the result is of module 6068.
+///
+/// Owns: the caller frees `*output` with `__free`.
 SIPUTILITY_EXPORT unsigned int DeCompressGzipData(unsigned char* input, unsigned short length,
                                                   unsigned char** output);
 
 }  // extern "C"
 
-// Compresses input[0, length) into a gzip stream that is not longer than the input. Returns its
-// length and its bytes in *output.
-// Owns: the caller frees *output with __free.
-// Fails: 0 without a log line for a null argument, no input, and a stream that would be longer;
-// 0 without memory, *output being null then if it was memory for the result (module 6068, level
-// 3, level 4 when zlib cannot be set up).
+/// Compresses `input[0, length)` into a gzip stream that is not longer than the input. Returns the
+/// length of the stream and its bytes in `*output`.
+///
+/// Fails: 0 without a log line for a null argument, no input, and a stream that would be longer
+/// than the input. 0 out of memory; `*output` is null only if the result could not be allocated.
+/// The log lines are of module 6068, level 3, or level 4 if zlib cannot be set up.
+///
+/// Owns: the caller frees `*output` with `__free`.
 SIPUTILITY_EXPORT unsigned int compMessageWithDeflate(char* input, unsigned char** output,
                                                       unsigned int length);
 

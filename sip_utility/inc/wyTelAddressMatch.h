@@ -1,60 +1,61 @@
-// wyTelAddressMatch.h - grammar matchers and predicates of tel URIs (RFC 3966).
-//
-// They keep the contract of SipMatch, see wySipMatch.h, with one exception: the four composite
-// rules of numbers and contexts measure from the stream's position whatever the offset; ask them
-// at offset 0. They log why they do not match (level 3, module 6054): a failed match is an
-// ordinary outcome.
+/// \file
+/// Grammar matchers and predicates of tel URIs (RFC 3966).
+///
+/// They keep the contract of SipMatch (see wySipMatch.h) with one exception: the four composite
+/// rules of numbers and contexts match at the stream's position, whatever the offset; call them
+/// with offset 0. They log why they do not match (level 3, module 6054); a failed match is a normal
+/// result.
 #ifndef WY_TEL_ADDRESS_MATCH_H
 #define WY_TEL_ADDRESS_MATCH_H
 
 #include "wySipExport.h"
 #include "wySipMatch.h"
 
-// The kind of a telephone number.
+/// The kind of a telephone number.
 enum WY_SIP_TELURI_TYPE : unsigned int {
-  WY_SIP_TELURI_TYPE_NONE = 0,    // not known yet
-  WY_SIP_TELURI_TYPE_LOCAL = 1,   // needs a phone context
-  WY_SIP_TELURI_TYPE_GLOBAL = 2,  // begins with "+"
+  WY_SIP_TELURI_TYPE_NONE = 0,    ///< not known yet
+  WY_SIP_TELURI_TYPE_LOCAL = 1,   ///< needs a phone context
+  WY_SIP_TELURI_TYPE_GLOBAL = 2,  ///< begins with `+`
 };
 
-// Returns 1 for the codes of "(", ")", "-" and ".", else 0.
+/// Returns 1 for the codes of `(`, `)`, `-` and `.`, else 0.
 extern "C" SIPUTILITY_EXPORT int WyTelIsVisualSeparator(int c);
 
-// *phonedigit = *( DIGIT / visual-separator )
+/// `*phonedigit = *( DIGIT / visual-separator )`
 class SIPUTILITY_EXPORT TelAddressMatchPhoneDigit : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-// *phonedigit-hex = *( HEXDIG / "*" / "#" / visual-separator )
+/// `*phonedigit-hex = *( HEXDIG / "*" / "#" / visual-separator )`
 class SIPUTILITY_EXPORT TelAddressMatchPhoneDigitHex : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-// pname = *( alphanum / "-" )
+/// `pname = *( alphanum / "-" )`
 class SIPUTILITY_EXPORT TelAddressMatchParamName : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-// global-number-digits = "+" 1*phonedigit, at least one of them a DIGIT
-//
-// Visual separators may stand right behind the "+".
+/// `global-number-digits = "+" 1*phonedigit`, with at least one `DIGIT`
+///
+/// Visual separators may follow the `+` directly.
 class SIPUTILITY_EXPORT TelAddressMatchGlobalPhoneNumber : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-// local-number-digits = 1*phonedigit-hex, at least one of them no visual separator
-//
-// It may begin with a visual separator.
+/// `local-number-digits = 1*phonedigit-hex`, with at least one that is no visual separator
+///
+/// The number may begin with a visual separator.
 class SIPUTILITY_EXPORT TelAddressMatchLocalPhoneNumber : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-// The number of one kind, global or local; no number of an unknown kind matches.
+/// A number of one kind, global or local. If the kind is not known, nothing matches.
 class SIPUTILITY_EXPORT TelAddressMatchPhoneNumber : public SipMatch {
  public:
   explicit TelAddressMatchPhoneNumber(WY_SIP_TELURI_TYPE type);
@@ -64,7 +65,7 @@ class SIPUTILITY_EXPORT TelAddressMatchPhoneNumber : public SipMatch {
   WY_SIP_TELURI_TYPE type_;
 };
 
-// descriptor = domainname / global-number-digits, the host name first
+/// `descriptor = domainname / global-number-digits`, tried in this order
 class SIPUTILITY_EXPORT TelAddressMatchContext : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
