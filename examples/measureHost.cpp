@@ -1,4 +1,4 @@
-// measureHost.cpp - asks a matcher how much of a text is a host.
+// measureHost.cpp - measures with a matcher how much of a text is a host.
 #include <cstdio>
 
 #include "wySipMatch.h"

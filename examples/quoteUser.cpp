@@ -11,6 +11,6 @@ int main() {
     return 1;
   }
   std::printf("%s\n", quoted);
-  __free(quoted);  // what the free functions hand out are blocks of the platform
+  __free(quoted);  // the result is a block of the platform
   return 0;
 }

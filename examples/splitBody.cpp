@@ -1,4 +1,4 @@
-// splitBody.cpp - takes a multipart body apart.
+// splitBody.cpp - splits a multipart body into its parts.
 #include <cstdio>
 
 #include "sipMultipartmessagebodyUtility.h"

@@ -1,11 +1,11 @@
-// consumer.cpp - a program of somebody else, built against the installed library.
+// consumer.cpp - a separate program, built against the installed library.
 //
-// With pkg-config; the last argument only where the loader does not look into the folder by itself:
+// With pkg-config; the last argument is needed only if the loader does not search the folder:
 //
 //   c++ -std=c++17 consumer.cpp $(pkg-config --cflags --libs siputility siputility-host) \
 //     -Wl,-rpath,$(pkg-config --variable=libdir siputility)
 //
-// With eval before c++ it is right for an installed tree whose path has blanks as well.
+// Put eval before c++ if the path of the installed tree has blanks.
 #include <cstdio>
 
 #include <siputility/wySipHeader.h>
@@ -32,6 +32,6 @@ int main() {
     return 1;
   }
   std::printf("%s\n", quoted);
-  __free(quoted);  // NOLINT(bugprone-reserved-identifier): what is handed out is the platform's
+  __free(quoted);  // NOLINT(bugprone-reserved-identifier): a block of the platform
   return 0;
 }

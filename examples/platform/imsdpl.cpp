@@ -1,4 +1,4 @@
-// imsdpl.cpp - the least platform layer: the C library, the log on standard error, no memory log.
+// imsdpl.cpp - a minimal platform layer: the C library, the log on standard error, no memory log.
 #include "imsdpl.h"
 
 #include <arpa/inet.h>
@@ -27,13 +27,13 @@ void deleteRegistry(void* value) {
   delete registry;
 }
 
-bool standsInUserPart(unsigned char byte) {
+bool isUserPartByte(unsigned char byte) {
   const unsigned char lower = byte | 0x20U;
   return ('0' <= byte && byte <= '9') || ('a' <= lower && lower <= 'z') ||
          (byte != 0 && std::strchr("-_.!~*'()&=+$,;?/:", byte) != nullptr);
 }
 
-// Returns a byte as 0 to 255, a capital ASCII letter in lower case.
+// Returns a byte as 0 to 255, an upper-case ASCII letter in lower case.
 int lowerCase(char c) {
   return static_cast<unsigned char>('A' <= c && c <= 'Z' ? c + ('a' - 'A') : c);
 }
@@ -111,7 +111,7 @@ char* __itoaL(long value, char* text, int base) {
   char digits[sizeof(value) * CHAR_BIT];
   unsigned int count = 0;
   const auto divisor = static_cast<unsigned long>(base);
-  // Minus the least value is none; without a sign it is right.
+  // The least value has no positive counterpart, so the sign is removed in unsigned arithmetic.
   unsigned long rest = value < 0 ? 0UL - static_cast<unsigned long>(value) : value;
   do {
     digits[count++] = "0123456789abcdefghijklmnopqrstuvwxyz"[rest % divisor];
@@ -146,7 +146,7 @@ void wyDplStrURIQuote(char* out, unsigned char* in, unsigned int outSize) {
     return;
   }
   for (unsigned int room = outSize - 1; *in != 0; ++in) {
-    const unsigned int needed = standsInUserPart(*in) ? 1 : kEscapeLength;
+    const unsigned int needed = isUserPartByte(*in) ? 1 : kEscapeLength;
     if (needed > room) {
       break;
     }

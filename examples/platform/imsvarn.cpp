@@ -1,4 +1,4 @@
-// imsvarn.cpp - the least framework library: assertions on standard error, singletons, zlib.
+// imsvarn.cpp - a minimal framework library: assertions on standard error, singletons, zlib.
 #include "imsvarn.h"
 
 #include <cstdio>

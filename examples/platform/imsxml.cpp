@@ -1,4 +1,4 @@
-// imsxml.cpp - the least XML library.
+// imsxml.cpp - a minimal XML library.
 #include "imsxml.h"
 
 #include <cstring>

@@ -1,4 +1,4 @@
-// main.cpp - goes once through all that the library asks of the platform, and counts what is wrong.
+// main.cpp - makes the library use all parts of the platform, and counts wrong results.
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -19,7 +19,7 @@ int failures = 0;
 
 void expect(bool holds, const char* what) {
   if (!holds) {
-    std::printf("not so: %s\n", what);
+    std::printf("not true: %s\n", what);
     ++failures;
   }
 }
@@ -32,11 +32,11 @@ void startUp() {
   InitServiceModules();
   WySingletonBaseClass* const config = Globals::Instance()->GetSingObj(kSingoConfigId);
   expect(config != nullptr, "the configuration is registered");
-  expect(SingoConfig_SO::Instance() == config, "and found again");
+  expect(SingoConfig_SO::Instance() == config, "it is found again");
   std::thread([config] {
-    expect(Globals::Instance()->GetSingObj(kSingoConfigId) == nullptr, "a thread begins without");
+    expect(Globals::Instance()->GetSingObj(kSingoConfigId) == nullptr, "a new thread has none");
     InitServiceModules();
-    expect(Globals::Instance()->GetSingObj(kSingoConfigId) != config, "and gets one of its own");
+    expect(Globals::Instance()->GetSingObj(kSingoConfigId) != config, "a thread gets its own");
   }).join();
 }
 
@@ -57,13 +57,14 @@ void freeFunctions() {
   __free(quoted);
   expect(CompareSIPURI("sip:a@[::1]", "sip:a@[0:0::1]") == 1, "one address in two spellings");
   char text[6];
-  expect(__strlcpy(text, "tel:+1", 5) == 6, "what fits of a text is copied");
-  expect(__strlcat(text, "55", 6) == 6 && __stricmp(text, "TEL:5") == 0, "and appended");
+  expect(__strlcpy(text, "tel:+1", 5) == 6, "the part of a text that fits is copied");
+  expect(__strlcat(text, "55", 6) == 6 && __stricmp(text, "TEL:5") == 0,
+         "the part that fits is appended");
   char digits[] = "-9223372036854775808";
   expectText("-2147483648", __itoaL(__atoi(digits), digits, 10));
 }
 
-void takeBodyApart() {
+void splitBody() {
   unsigned char body[] = "--b\r\nSubject: first\r\n\r\none\r\n--b\r\n\r\ntwo\r\n--b--\r\n";
   SipMultipartMessageBodyUtility utility;
   const SipMultipartMessageBody* part = utility.wySipGetMultiPartMessageBody(
@@ -85,7 +86,7 @@ void compress() {
   const unsigned int expandedLength =
       DeCompressGzipData(packed, static_cast<unsigned short>(packedLength), &expanded);
   expect(text == std::string(reinterpret_cast<const char*>(expanded), expandedLength),
-         "and expanded again");
+         "it is expanded again");
   __free(packed);
   __free(expanded);
 }
@@ -96,7 +97,7 @@ int main() {
   startUp();
   editAddress();
   freeFunctions();
-  takeBodyApart();
+  splitBody();
   compress();
   std::printf("platformExample: %d failed\n", failures);
   return failures;

@@ -1,8 +1,8 @@
-// hostRegistry.h - how the platform layer reaches the registry that the framework library makes.
+// hostRegistry.h - how the platform layer finds the registry that the framework library makes.
 #ifndef HOST_REGISTRY_H
 #define HOST_REGISTRY_H
 
-// Has wyDplTlsGet() ask this function. To be called while the program starts.
+// Makes wyDplTlsGet() call the function. Call this during static initialisation.
 void hostInstallRegistry(void* (*function)());
 
 #endif  // HOST_REGISTRY_H

@@ -38,14 +38,14 @@ void* counted(void* block) {
 constexpr std::size_t kAddressRecordSize = 20;
 constexpr std::size_t kEscapeLength = 3;
 
-// Returns whether a byte may stand in a user part as it is; ":" does.
-bool standsInUserPart(unsigned char byte) {
+// Returns whether a byte is allowed in a user part without an escape; ":" is.
+bool isUserPartByte(unsigned char byte) {
   const auto within = [byte](char first, char last) { return first <= byte && byte <= last; };
   return within('0', '9') || within('A', 'Z') || within('a', 'z') ||
          (byte != 0 && std::strchr("-_.!~*'()&=+$,;?/:", byte) != nullptr);
 }
 
-// Returns a byte as 0 to 255, a capital ASCII letter in lower case.
+// Returns a byte as 0 to 255, an upper-case ASCII letter in lower case.
 int lowerCase(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return 'A' <= byte && byte <= 'Z' ? byte + ('a' - 'A') : byte;
@@ -58,7 +58,7 @@ int hexDigitValue(char c) {
   return digit == nullptr ? -1 : static_cast<int>(digit - digits) / 2;
 }
 
-// Returns the byte that an escape stands for, 0 where there is none to decode.
+// Returns the byte that an escape encodes; 0 if there is no escape to decode.
 char decodedEscape(const char* text) {
   const int high = text[0] == '%' ? hexDigitValue(text[1]) : -1;
   const int low = high == -1 ? -1 : hexDigitValue(text[2]);
@@ -198,7 +198,7 @@ void wyDplStrURIQuote(char* out, unsigned char* in, unsigned int outSize) {
   const char* const digits = "0123456789ABCDEF";
   std::size_t room = outSize - 1;
   for (; *in != 0; ++in) {
-    const std::size_t needed = standsInUserPart(*in) ? 1 : kEscapeLength;
+    const std::size_t needed = isUserPartByte(*in) ? 1 : kEscapeLength;
     if (needed > room) {
       break;
     }

@@ -18,7 +18,7 @@ std::atomic<int> initResult{0};
 std::atomic<unsigned long> initCalls{0};
 std::atomic<unsigned long> liveConfigs{0};
 
-// What every Globals of this platform is.
+// Every Globals of this platform is a HostGlobals.
 struct HostGlobals : Globals {
   std::unique_ptr<WySingletonBaseClass> objects[UCHAR_MAX + 1];  // by the id as an unsigned byte
   bool present = true;
@@ -75,8 +75,8 @@ int SingoConfig::Init() {
   return initResult;
 }
 
-// The blocks of zlib do not count as blocks of the platform, but a set-up may be made to fail as
-// one allocation.
+// The blocks of zlib do not count as blocks of the platform, but each set-up counts as one
+// allocation, which can be made to fail.
 int varnDeflateInit2_(z_streamp stream, int level, int method, int windowBits, int memLevel,
                       int strategy, const char* version, int streamSize) {
   return hostMayAllocate() ? deflateInit2_(stream, level, method, windowBits, memLevel, strategy,

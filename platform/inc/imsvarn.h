@@ -1,20 +1,20 @@
-// imsvarn.h - the handset's framework library, as far as the SIP text library needs it.
+// imsvarn.h - the part of the handset's framework library that the SIP text library needs.
 //
-// The contract that lib-imsvarn fulfils. Every function may be called on any thread.
+// This is the contract of lib-imsvarn. Every function may be called on any thread.
 #ifndef IMSVARN_H
 #define IMSVARN_H
 
 #include "imsdpl.h"
 
-// Receives broken preconditions.
+// Receives failed assertions.
 class MafErrorHandler {
  public:
-  // Reports a failed assertion and returns: the caller carries on without effect. The texts are
+  // Reports a failed assertion and returns; the caller then continues without effect. The texts are
   // read before the call returns.
   static void AssertString(const char* message, const char* sourceFile, int line);
 };
 
-// The base of the objects of which a thread has one each.
+// The base of the singletons of a thread.
 class WySingletonBaseClass {
  public:
   WySingletonBaseClass();
@@ -23,7 +23,7 @@ class WySingletonBaseClass {
   virtual ~WySingletonBaseClass();
 };
 
-// The registry of a thread's singletons. Used by its thread alone.
+// The registry of the singletons of a thread. Only that thread uses it.
 class Globals {
  public:
   // Returns the registry of the calling thread; null for a thread without one.
@@ -33,12 +33,12 @@ class Globals {
   WySingletonBaseClass* GetSingObj(signed char id);
 
   // Registers an object under an id that has none.
-  // Owns: the registry, which deletes it no later than the thread ends.
+  // Owns: the registry owns the object and deletes it at the latest when the thread ends.
   void RegisterSingObj(signed char id, WySingletonBaseClass* object);
 };
 
-// The configuration of the framework. The library makes the object: a platform with fields in it
-// declares them here.
+// The configuration of the framework. The library allocates the object, so a platform whose object
+// has fields declares them here.
 class SingoConfig : public WySingletonBaseClass {
  public:
   SingoConfig();

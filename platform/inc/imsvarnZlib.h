@@ -1,7 +1,7 @@
 // imsvarnZlib.h - zlib as the handset's framework library exports it.
 //
-// The contract that lib-imsvarn fulfils: each function is zlib's of the name behind "varn", with
-// the same arguments and results. A stream is used by one thread at a time.
+// This is a part of the contract of lib-imsvarn. Each function is the zlib function whose name
+// follows "varn", with the same arguments and results. A stream is used by one thread at a time.
 #ifndef IMSVARN_ZLIB_H
 #define IMSVARN_ZLIB_H
 

@@ -1,14 +1,14 @@
-// imsxml.h - the handset's XML library, as far as the SIP text library needs it.
+// imsxml.h - the part of the handset's XML library that the SIP text library needs.
 //
-// The contract that lib-imsxml fulfils. Every function may be called on any thread.
+// This is the contract of lib-imsxml. Every function may be called on any thread.
 #ifndef IMSXML_H
 #define IMSXML_H
 
 // Text helpers of the XML library.
 class XmlCommon {
  public:
-  // Strips one pair of double quotes that encloses a zero-terminated text, in place; a quote at
-  // one end only stays. Returns text; null for null.
+  // Removes one pair of double quotes around a zero-terminated text, in place. A quote at one end
+  // only stays. Returns text; null for null.
   static char* RemoveQuotes(char* text);
 };
 

@@ -15,16 +15,25 @@
 
 extern "C" {
 
-/// Returns 1 if c is the code of a character of the class, else 0. Every value outside 0 to 127 is
-/// in no class.
-/// @{
-SIPUTILITY_EXPORT int WySipIsDigit(int c);       ///< 0 to 9
-SIPUTILITY_EXPORT int WySipIsHexDigit(int c);    ///< 0 to 9, A to F, a to f
-SIPUTILITY_EXPORT int WySipIsAlpha(int c);       ///< A to Z, a to z
-SIPUTILITY_EXPORT int WySipIsAlnum(int c);       ///< alpha / digit
-SIPUTILITY_EXPORT int WySipIsUnreserved(int c);  ///< alphanum and - _ . ! ~ * ' ( )
-SIPUTILITY_EXPORT int WySipIsToken(int c);       ///< alphanum and - . ! % * _ + ` ' ~
-/// @}
+// Character predicates. Each returns 0 for a value outside 0 to 127 as well.
+
+/// Returns 1 for the code of `0` to `9`, else 0.
+SIPUTILITY_EXPORT int WySipIsDigit(int c);
+
+/// Returns 1 for the code of `0` to `9`, `A` to `F` and `a` to `f`, else 0.
+SIPUTILITY_EXPORT int WySipIsHexDigit(int c);
+
+/// Returns 1 for the code of `A` to `Z` and `a` to `z`, else 0.
+SIPUTILITY_EXPORT int WySipIsAlpha(int c);
+
+/// Returns 1 for the code of a letter or digit, else 0.
+SIPUTILITY_EXPORT int WySipIsAlnum(int c);
+
+/// Returns 1 for the code of a letter, a digit and any of ``- _ . ! ~ * ' ( )``, else 0.
+SIPUTILITY_EXPORT int WySipIsUnreserved(int c);
+
+/// Returns 1 for the code of a letter, a digit and any of ``- . ! % * _ + ` ' ~``, else 0.
+SIPUTILITY_EXPORT int WySipIsToken(int c);
 
 }  // extern "C"
 
