@@ -44,7 +44,7 @@ class SingoConfig : public WySingletonBaseClass {
   SingoConfig();
   ~SingoConfig() override;
 
-  // Reads the configuration, anew at every call. Returns 0 for success.
+  // Reads the configuration again at each call. Returns 0 for success.
   int Init();
 };
 

@@ -83,9 +83,9 @@ class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
   /// boundary. Returns 1.
   ///
   /// Fails: 0 for null, without a current boundary, for a body outside the syntax, and out of
-  /// memory. 0 also if the epilogues of the body together take more than 4 times its length and 64
-  /// MiB; each of them extends to the end of the body. The epilogue that exceeds this bound is left
-  /// out, later parts are not read, and the parts before it stay.
+  /// memory. 0 also if the epilogues of the body together take more than 64 MiB plus 4 times its
+  /// length; each of them extends to the end of the body. The epilogue that exceeds this bound is
+  /// left out, later parts are not read, and the parts before it stay.
   int wySipProcessMultipartMsgBody(unsigned char* body);
 
   /// Checks a delimiter line without its CRLF and stores its boundary. Returns 1.
