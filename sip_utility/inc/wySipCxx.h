@@ -53,7 +53,8 @@ inline bool equalIgnoringCase(const SipString& a, std::string_view b) {
 
 /// The parameters of a header, an address or a list, in the order in which they are written.
 ///
-/// The range calls firstParam() and nextParam() of the owner.
+/// The range calls firstParam() and nextParam() of the owner. Each step over a tel address looks
+/// through all its parameters.
 ///
 /// Requires: the owner lives and does not change while the range is used.
 template <typename Owner>
