@@ -42,6 +42,7 @@ template <typename Element>
 Element* newRecordedArray(Source source, std::size_t count) {
   auto* array = new (std::nothrow) Element[count];
   if (array != nullptr) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): an element may be a pointer
     recordBlock(source.sourceFile, array, count * sizeof(Element), source.line);
   }
   return array;
