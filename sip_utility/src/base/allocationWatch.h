@@ -1,11 +1,12 @@
-// allocationWatch.h - tells whether memory ran out in between, where nothing else says so.
+// allocationWatch.h - shows whether an allocation failed while a matcher ran.
 #ifndef SIPUTILITY_BASE_ALLOCATION_WATCH_H
 #define SIPUTILITY_BASE_ALLOCATION_WATCH_H
 
 #include "wySipString.h"
 
-// A matcher only gives lengths: one that had no memory for looking does not match. Watches the
-// allocations of the thread, so that a refusal for that reason is told from others.
+// A matcher returns only a length: one that runs out of memory returns 0, as if the text did not
+// match. The watch looks at the failed allocations of its thread, so that its user can report the
+// two cases with different codes.
 class AllocationWatch {
  public:
   AllocationWatch() : before_(failures_) {}
@@ -13,7 +14,7 @@ class AllocationWatch {
   // Returns whether an allocation has failed since the watch was made.
   bool hasFailure() const { return failures_ != before_; }
 
-  // Returns the code of a refusal.
+  // Returns the code for a text that the matcher refused.
   VARN_EXCEPTION_CODES refusal() const {
     return hasFailure() ? VARN_RESOURCE_FAILURE : VARN_INVALID_INPUT;
   }

@@ -27,8 +27,8 @@ enum CharClass : std::uint32_t {
   kPhoneDigit = 1U << 15,      // digits and visual separators
   kPhoneDigitHex = 1U << 16,   // hexadecimal digits, * and #, visual separators
   kLocalDigit = 1U << 17,      // hexadecimal digits, * and #
-  kQuotedPlain = 1U << 18,     // visible characters but the double quote and the backslash
-  kValuePlain = 1U << 19,      // visible characters but " < > ;
+  kQuotedPlain = 1U << 18,     // visible characters except the double quote and the backslash
+  kValuePlain = 1U << 19,      // visible characters except " < > ;
   kLwsStart = 1U << 20,        // space, horizontal tab, CR
 };
 
@@ -84,14 +84,14 @@ constexpr bool isIn(CharClass charClass, char byte) {
   return (kCharClasses[static_cast<unsigned char>(byte)] & charClass) != 0;
 }
 
-// Returns whether c is the code of a member; false for everything outside 0 to 255, the
-// end-of-input value -1 of SipStrStream::peek among it.
+// Returns whether c is the code of a member. No class has a code outside 0 to 255, so the -1 with
+// which SipStrStream::peek() marks the end of input is never a member.
 inline bool isIn(CharClass charClass, int c) {
   return charClassTable::within(c, 0, 255) &&
          (kCharClasses[static_cast<std::size_t>(c)] & charClass) != 0;
 }
 
-// Returns the byte as an unsigned code, an ASCII capital letter as its small one.
+// Returns the byte as an unsigned code, an ASCII letter in lower case.
 inline int foldCase(char byte) {
   const int c = static_cast<unsigned char>(byte);
   return isIn(kAlpha, byte) ? c | 0x20 : c;

@@ -1,7 +1,8 @@
 // equality.h - equality and order of texts for every look-up inside the library.
 //
-// Lengths are tested first, so a text that begins another is ordinary input; unlike
-// SipString::compare, nothing here ends the process.
+// SipString::compare() ends the process when its string is the beginning of a longer text. Such
+// texts come from the network, so the library compares with these functions instead, which accept
+// any two texts.
 #ifndef SIPUTILITY_BASE_EQUALITY_H
 #define SIPUTILITY_BASE_EQUALITY_H
 
@@ -16,8 +17,8 @@ using siputility::equal;
 using siputility::equalIgnoringCase;
 using siputility::view;
 
-// Returns whether a comes before b: byte by byte as unsigned ones, ASCII letters without regard
-// to case, a text before the longer ones that it begins.
+// Returns whether a sorts before b. Bytes compare as unsigned, ASCII letters without regard to
+// case. A text sorts before every longer text that begins with it.
 inline bool lessIgnoringCase(const SipString& a, const SipString& b) {
   const std::string_view left = view(a);
   const std::string_view right = view(b);

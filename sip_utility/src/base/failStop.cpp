@@ -12,5 +12,5 @@ void failStopArithmetic() { std::abort(); }
 void failStopCopy(const char* sourceFile, int line) {
   logEvent(kFailure, kModuleCopyGuard, sourceFile, line,
            "wyDplMemscpy - dst buffer size less than source size");
-  _exit(0);
+  _exit(0);  // status 0 is meant; no destructor or exit handler runs
 }

@@ -18,7 +18,7 @@ void logLine(const LogLine& line) {
     return;
   }
   const HandlerCall call;
-  call.show(line);
+  call.forward(line);
   writeLine(line);
 }
 

@@ -1,6 +1,7 @@
 // log.h - the library's side of the module log, the memory log and the assertion reports.
 //
-// Each call names the source family (kSourceFile of the calling file); the line is the caller's.
+// Each call names the source family (kSourceFile of the calling file). The line number is that of
+// the call.
 #ifndef SIPUTILITY_BASE_LOG_H
 #define SIPUTILITY_BASE_LOG_H
 
@@ -27,9 +28,10 @@ enum LogModule {
 
 constexpr int kMemoryCategory = 2;
 
-// A place in the sources: a family, and the line where it is named.
+// A place in the sources: a family and a line. Callers pass the family's name; the conversion adds
+// the line of the call.
 struct Source {
-  // NOLINTNEXTLINE(google-explicit-constructor): a family stands for the place
+  // NOLINTNEXTLINE(google-explicit-constructor): callers pass only the family's name
   Source(const char* family, int lineOfCaller = __builtin_LINE())
       : sourceFile(family), line(lineOfCaller) {}
 
@@ -48,8 +50,8 @@ struct LogLine {
   uintptr_t a2;
 };
 
-// Hears each line that the thread logs while it lives. It does not hear what a handler of the
-// platform makes the library log: see HandlerCall.
+// Receives each line that its thread logs during its lifetime, except the lines of a platform
+// handler that uses the library: see HandlerCall.
 class LogListener {
  public:
   LogListener(const LogListener&) = delete;
@@ -76,8 +78,9 @@ class LogListener {
   LogListener* outer_;
 };
 
-// Lives during a call of the platform's log, memory log or assertion handler. Such a handler may
-// use the library; the thread's listener does not hear that.
+// Exists while the platform's log, memory log or assertion handler runs. The handler may use the
+// library and make it log; those lines do not belong to the work that the thread's listener
+// follows. The listener is therefore detached during the call.
 class HandlerCall {
  public:
   HandlerCall() : listener_(std::exchange(LogListener::current_, nullptr)) {}
@@ -85,8 +88,8 @@ class HandlerCall {
   HandlerCall(const HandlerCall&) = delete;
   HandlerCall& operator=(const HandlerCall&) = delete;
 
-  // Shows a line to the listener that was there, if one was.
-  void show(const LogLine& line) const {
+  // Passes a line to the detached listener, if there is one.
+  void forward(const LogLine& line) const {
     if (listener_ != nullptr) {
       listener_->hear(line);
     }
@@ -104,7 +107,7 @@ inline void logEvent(LogLevel level, LogModule module, const char* sourceFile, i
   logLine({level, module, sourceFile, line, format, a1, a2});
 }
 
-// Logs a failure of the library. Cold: so is the code that leads there.
+// Logs a failure of the library. The attribute also marks the branches that lead to it as unlikely.
 [[gnu::cold]] void logFailure(const char* sourceFile, const char* format, uintptr_t a1 = 0,
                               uintptr_t a2 = 0, int line = __builtin_LINE());
 
@@ -112,7 +115,7 @@ inline void logEvent(LogLevel level, LogModule module, const char* sourceFile, i
 void logTrace(const char* sourceFile, const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0,
               int line = __builtin_LINE());
 
-// Logs a failure of the platform below: no memory, no registry.
+// Logs a failure of the platform: out of memory, or no registry.
 inline void logSevere(const char* sourceFile, const char* format, int line = __builtin_LINE()) {
   logEvent(kSevere, kModuleLibrary, sourceFile, line, format);
 }
@@ -120,12 +123,12 @@ inline void logSevere(const char* sourceFile, const char* format, int line = __b
 // Returns a pointer as an argument of a log line; for a %s it points to zero-terminated text.
 inline uintptr_t logArgument(const void* pointer) { return reinterpret_cast<uintptr_t>(pointer); }
 
-// What the two functions below do while a thread listens.
+// The work of the next two functions while a thread listens.
 [[gnu::cold]] void recordUnheard(const char* sourceFile, const void* pointer, std::size_t size,
                                  int line);
 [[gnu::cold]] void forgetUnheard(const void* pointer);
 
-// Records a block or object after its allocation.
+// Enters a block or object in the memory log after its allocation.
 inline void recordBlock(const char* sourceFile, const void* pointer, std::size_t size,
                         int line = __builtin_LINE()) {
   if (LogListener::isAnywhere()) {
@@ -135,7 +138,7 @@ inline void recordBlock(const char* sourceFile, const void* pointer, std::size_t
   }
 }
 
-// Takes a recorded block or object off the record, before it is freed.
+// Removes a block or object from the memory log before it is freed.
 inline void forgetBlock(const void* pointer) {
   if (LogListener::isAnywhere()) {
     forgetUnheard(pointer);
@@ -144,10 +147,10 @@ inline void forgetBlock(const void* pointer) {
   }
 }
 
-// Reports a failed assertion of this place to the framework.
+// Reports a failed assertion at this place to the framework.
 [[gnu::cold]] void reportAssertion(Source source);
 
-// Returns whether a precondition holds and reports it to the framework when it does not.
+// Returns whether a precondition holds. Reports one that does not to the framework.
 inline bool assertHolds(bool holds, Source source) {
   if (!holds) {
     reportAssertion(source);

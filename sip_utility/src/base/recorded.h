@@ -1,4 +1,4 @@
-// recorded.h - objects and arrays that the memory log knows from making to deletion.
+// recorded.h - objects and arrays that are in the memory log from allocation to deletion.
 #ifndef SIPUTILITY_BASE_RECORDED_H
 #define SIPUTILITY_BASE_RECORDED_H
 
@@ -11,7 +11,8 @@
 #include "base/log.h"
 #include "wySipCxx.h"
 
-// Returns an object made from the arguments and recorded for the place; null without memory.
+// Returns an object made from the arguments, in the memory log under the place; null if out of
+// memory.
 template <typename Object, typename... Arguments>
 Object* newRecorded(Source source, Arguments&&... arguments) {
   auto* object = new (std::nothrow) Object(std::forward<Arguments>(arguments)...);
@@ -23,7 +24,7 @@ Object* newRecorded(Source source, Arguments&&... arguments) {
   return object;
 }
 
-// Takes an object off the record and deletes it; does nothing for null.
+// Removes an object from the memory log and deletes it; does nothing for null.
 template <typename Object>
 void deleteRecorded(Object* object) {
   if (object != nullptr) {
@@ -36,8 +37,9 @@ void deleteRecorded(Object* object) {
 template <typename Object>
 using Recorded = siputility::HandedOut<Object>;
 
-// Returns an array of count elements, plain ones uninitialised, recorded for the place; null
-// without memory.
+// Returns an array of count elements, in the memory log under the place; null if out of memory.
+// Elements of built-in types are uninitialised. An AllocationWatch does not see the failure: some
+// callers can do without the array.
 template <typename Element>
 Element* newRecordedArray(Source source, std::size_t count) {
   auto* array = new (std::nothrow) Element[count];
@@ -48,7 +50,7 @@ Element* newRecordedArray(Source source, std::size_t count) {
   return array;
 }
 
-// Takes an array off the record and deletes it; does nothing for null.
+// Removes an array from the memory log and deletes it; does nothing for null.
 template <typename Element>
 void deleteRecordedArray(Element* array) {
   if (array != nullptr) {

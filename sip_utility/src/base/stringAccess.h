@@ -1,5 +1,4 @@
-// stringAccess.h - what the library may do with strings and cursors beyond their public
-// operations.
+// stringAccess.h - what the library does with strings and cursors beyond their public operations.
 #ifndef SIPUTILITY_BASE_STRING_ACCESS_H
 #define SIPUTILITY_BASE_STRING_ACCESS_H
 
@@ -12,8 +11,8 @@
 namespace siputility {
 
 struct SipStringAccess {
-  // Returns whether the string has ever got a buffer and still holds it; a failed assignment
-  // takes it away.
+  // Returns whether the string has a buffer. It has none before its first content and after a
+  // failed assignment.
   static bool hasBuffer(const SipString& text) { return text.buffer_ != nullptr; }
 
   // Exchanges two strings with their buffers; cannot fail.
@@ -28,12 +27,13 @@ struct SipStringAccess {
     return {stream.text_.buffer_ + stream.position_, stream.text_.length_ - stream.position_};
   }
 
-  // Moves a cursor on, at most to its end.
+  // Moves a cursor forward.
+  // Requires: a length of at most that of rest().
   static void advance(SipStrStream& stream, unsigned int length) { stream.position_ += length; }
 
-  // Each replaces the content of a string by bytes that lie elsewhere; replace() as an assignment
-  // does, with its log line.
-  // Fails: VARN_RESOURCE_FAILURE, the string is then empty.
+  // Each replaces the content of a string with bytes from outside it. replace() does what the
+  // assignment operator does, its log line included.
+  // Fails: VARN_RESOURCE_FAILURE; the string is then empty.
   static VARN_EXCEPTION_CODES assign(SipString& text, std::string_view bytes) {
     return text.assign(bytes.data(), static_cast<unsigned int>(bytes.size()));
   }
@@ -42,7 +42,8 @@ struct SipStringAccess {
     return hasBuffer(text) ? VARN_OK : VARN_RESOURCE_FAILURE;
   }
 
-  // Appends bytes that lie elsewhere, at once where there is room.
+  // Appends bytes from outside the string. Inline while the buffer has room, which it mostly has.
+  // A string that lost its buffer still has a capacity: hence the test of both.
   // Fails: VARN_RESOURCE_FAILURE.
   static VARN_EXCEPTION_CODES append(SipString& text, const char* bytes, unsigned int length) {
     if (text.capacity_ - text.length_ < length || text.buffer_ == nullptr) {
@@ -59,13 +60,19 @@ struct SipStringAccess {
   friend class BorrowedStream;
   friend class BorrowedLWSStream;
 
-  // Shows the bytes through a string without a buffer; not terminated, not to be changed.
+  // Makes an empty string without a buffer show bytes of another owner, without a copy. A lent
+  // string is not a sound SipString: no zero byte ends its content, and its buffer is neither its
+  // own nor in the memory log. It may be read by its length and copied from. Nobody may change or
+  // destroy it: an assignment writes into the owner's bytes; an append and the destructor free
+  // them. So only the borrowers of grammar/borrowed.h lend. They show the string as const, and take
+  // it back before its destructor runs.
   static void lend(SipString& text, std::string_view bytes) {
     text.buffer_ = const_cast<char*>(bytes.data());
     text.length_ = static_cast<unsigned int>(bytes.size());
     text.capacity_ = text.length_;
   }
 
+  // Makes a lent string empty and without a buffer again, so that its destructor frees nothing.
   static void takeBack(SipString& text) { lend(text, {}); }
 
   static void lend(SipStrStream& stream, std::string_view bytes) { lend(stream.text_, bytes); }

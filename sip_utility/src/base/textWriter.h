@@ -9,13 +9,14 @@
 #include "base/stringAccess.h"
 #include "wySipString.h"
 
-// Appends to a string that it reserves room in once; after a failed step it does nothing more.
+// Appends pieces to a string. It reserves the room once, since a string grows to exactly what each
+// append needs. After a failed step it does nothing more.
 class TextWriter {
  public:
-  // Reserves room for a text of the given length in all, what the string holds included.
+  // Reserves room for a text of this total length, the present content included.
   TextWriter(SipString& text, unsigned int length) : text_(text), code_(text.reserve(length)) {}
 
-  // Each appends a piece that does not lie in the string.
+  // Each appends a piece from outside the string.
   TextWriter& write(std::string_view piece) {
     if (code_ == VARN_OK && !piece.empty()) {
       code_ = SipStringAccess::append(text_, piece.data(), checkedLength(piece.size()));
@@ -26,13 +27,13 @@ class TextWriter {
   TextWriter& write(const SipString& piece) { return write(view(piece)); }
   TextWriter& write(char piece) { return write(std::string_view(&piece, 1)); }
 
-  // Appends name, "=" and value; without a value only the name.
+  // Appends name, "=" and value; only the name if the value is empty.
   TextWriter& writePair(const SipString& name, const SipString& value) {
     write(name);
     return value.length() == 0 ? *this : write('=').write(value);
   }
 
-  // Has a part of an object append its own text.
+  // Lets a part of an object append its own text.
   template <typename Part>
   TextWriter& writeOf(const Part& part) {
     if (code_ == VARN_OK) {
@@ -41,7 +42,7 @@ class TextWriter {
     return *this;
   }
 
-  // Returns the code of the first step that failed; success when none did.
+  // Returns the code of the first step that failed, VARN_OK if none did.
   VARN_EXCEPTION_CODES code() const { return code_; }
 
  private:
