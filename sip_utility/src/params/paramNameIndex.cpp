@@ -13,21 +13,25 @@ namespace {
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 
 constexpr std::int32_t kFirstCapacity = 64;
+// Nine bits would do for 257 symbols; sixteen make the divisions shifts.
 constexpr std::uint64_t kBitsOfSymbol = 16;
 
-// Returns the byte at the index, folded and counted from 1; 0 behind the end of the name.
+// Returns the folded byte at the index plus 1; 0 past the end of the name. So a name differs also
+// from the longer names that begin with it, zero bytes included.
 unsigned int symbolAt(std::string_view name, std::uint64_t index) {
   return index < name.size()
              ? static_cast<unsigned int>(foldCase(name[static_cast<std::size_t>(index)])) + 1
              : 0;
 }
 
+// Returns a bit of the name; bit 0 is the highest one of the first symbol.
 unsigned int bitAt(std::string_view name, std::uint64_t bit) {
   const std::uint64_t shift = kBitsOfSymbol - 1 - bit % kBitsOfSymbol;
   return (symbolAt(name, bit / kBitsOfSymbol) >> shift) & 1U;
 }
 
-// Returns the first bit in which two different names differ.
+// Returns the first bit in which two names differ.
+// Requires: names that differ in more than letter case.
 std::uint64_t firstDifference(std::string_view a, std::string_view b) {
   std::uint64_t index = 0;
   while (symbolAt(a, index) == symbolAt(b, index)) {
@@ -42,7 +46,7 @@ std::uint64_t firstDifference(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-bool ParamNameIndex::isOnTree(std::string_view name) const {
+bool ParamNameIndex::isInTree(std::string_view name) const {
   return equalIgnoringCase(nearest(name), name);
 }
 
@@ -58,28 +62,28 @@ void ParamNameIndex::addToTree(std::string_view name) {
   }
 }
 
-// Makes room for one more name; the first time the names of the row move in. Returns false when
-// there is no memory.
+// Makes room for one more name. The first time, the names of the array move to the tree. Returns
+// false if out of memory.
 bool ParamNameIndex::growTree() {
   if (count_ < capacity_) {
     return true;
   }
   const bool first = entries_ == nullptr;
   if (first) {
-    count_ = 0;
+    count_ = 0;  // the names are still in the array, which is full
   }
   if (!makeRoom()) {
     return false;
   }
   if (first) {
-    for (const Name& each : row_) {
+    for (const Name& each : array_) {
       insert(each.text());
     }
   }
   return true;
 }
 
-// Takes in a name that the tree has room for.
+// Adds a name for which the tree has room; one that it has already is left out.
 void ParamNameIndex::insert(std::string_view name) {
   const std::int32_t entry = count_;
   at(entry).name = {name.data(), name.size()};
@@ -92,7 +96,8 @@ void ParamNameIndex::insert(std::string_view name) {
   }
 }
 
-// Hangs the entry's branch in above the first branch at a later bit, with its leaf on one side.
+// Puts the branch of an entry on the path of its name, before the first branch at a later bit. The
+// leaf of the entry is on one side of it, what was there before on the other.
 void ParamNameIndex::link(std::int32_t entry, std::uint64_t bit) {
   const std::string_view name = at(entry).name.text();
   std::int32_t* place = &root_;
@@ -120,7 +125,8 @@ bool ParamNameIndex::makeRoom() {
   return true;
 }
 
-// Returns the one name on the tree that can be equal to the given one.
+// Returns the leaf that the bits of a name lead to. If the tree has the name, this is it: an equal
+// name takes the same side at each branch.
 std::string_view ParamNameIndex::nearest(std::string_view name) const {
   std::int32_t place = root_;
   while (place >= 0) {

@@ -1,11 +1,13 @@
 // paramNameIndex.h - finds duplicate parameter names while a list is parsed.
 //
-// Lives as long as one parse and shows the names where they stand: in the text or in a node. The
-// first names are looked up one by one; from then on they stand in a crit-bit tree over their
-// bytes, ASCII letter case folded, so that the look-ups of a whole text cost time in proportion
-// to its length however its names were chosen:
+// An index exists for the length of one parse. It refers to the names in place: in the text or in a
+// node. The first names are in an array and are compared one by one. When it is full, all names
+// move to a crit-bit tree over their bytes, ASCII letter case folded. A look-up in the tree costs
+// time in proportion to the length of the name, so no choice of names makes a parse slow.
 //
-//     entry i = name i, and the branch that came with it
+// A branch tests one bit of the name. The names under it agree in all bits before that one:
+//
+//     entry i = name i, and the branch that was added with it (entry 0 has none)
 //
 //     branch: bit b = 0 --> child[0]      child < 0: a leaf, the name of entry ~child
 //             bit b = 1 --> child[1]      child >= 0: the branch of that entry, at a later bit
@@ -23,7 +25,7 @@ namespace siputility {
 
 class ParamNameIndex {
  public:
-  // Takes in the names of a chain, null for none.
+  // Adds the names of a chain; null is an empty one.
   explicit ParamNameIndex(const SipParam* chain)
       : count_(0), complete_(true), capacity_(0), root_(0) {
     for (; chain != nullptr; chain = chain->next()) {
@@ -33,8 +35,8 @@ class ParamNameIndex {
   ParamNameIndex(const ParamNameIndex&) = delete;
   ParamNameIndex& operator=(const ParamNameIndex&) = delete;
 
-  // Returns whether the index knows all names. It forgets them where there is no memory for the
-  // tree.
+  // Returns whether the index knows all names. When it runs out of memory for the tree, it forgets
+  // them all, and its user looks names up in the list.
   bool isComplete() const { return complete_; }
 
   // Returns whether the index knows this name, letter case ignored; no name is empty.
@@ -42,20 +44,20 @@ class ParamNameIndex {
     if (name.empty()) {
       return false;
     }
-    return entries_ == nullptr ? isInRow(name) : isOnTree(name);
+    return entries_ == nullptr ? isInArray(name) : isInTree(name);
   }
 
-  // Takes in a name, which the list has just got and whose bytes outlive the index.
+  // Adds a name. Its bytes must outlive the index.
   void add(std::string_view name) {
-    if (entries_ == nullptr && count_ < kLookedUpInRow && complete_) {
-      row_[count_++] = {name.data(), name.size()};
+    if (entries_ == nullptr && count_ < kMaxInArray && complete_) {
+      array_[count_++] = {name.data(), name.size()};
     } else {
       addToTree(name);
     }
   }
 
  private:
-  struct Name {
+  struct Name {  // a std::string_view would initialise all of array_ at each parse
     std::string_view text() const { return {bytes, size}; }
 
     const char* bytes;
@@ -67,18 +69,18 @@ class ParamNameIndex {
     std::int32_t child[2];
   };
 
-  static constexpr std::int32_t kLookedUpInRow = 16;  // a tree for fewer would cost more
+  static constexpr std::int32_t kMaxInArray = 16;  // for fewer names a tree costs more
 
-  bool isInRow(std::string_view name) const {
+  bool isInArray(std::string_view name) const {
     for (std::int32_t i = 0; i < count_; ++i) {
-      if (equalIgnoringCase(row_[i].text(), name)) {
+      if (equalIgnoringCase(array_[i].text(), name)) {
         return true;
       }
     }
     return false;
   }
 
-  bool isOnTree(std::string_view name) const;
+  bool isInTree(std::string_view name) const;
   void addToTree(std::string_view name);
   bool growTree();
   void insert(std::string_view name);
@@ -90,9 +92,9 @@ class ParamNameIndex {
   std::int32_t count_;
   bool complete_;
   RecordedArray<Entry> entries_;  // the tree; null while there is none
-  std::int32_t capacity_;
-  std::int32_t root_;
-  Name row_[kLookedUpInRow];  // the first count_ of them are names, while there is no tree
+  std::int32_t capacity_;         // of entries_
+  std::int32_t root_;             // as a child of a branch
+  Name array_[kMaxInArray];       // without a tree, the first count_ of them are the names
 };
 
 }  // namespace siputility

@@ -8,7 +8,7 @@
 #include "base/stringAccess.h"
 #include "wySipParam.h"
 
-// Returns a recorded node, first on the chain with this head; null without memory.
+// Returns a recorded node at the front of the chain with this head; null if out of memory.
 inline SipParam* newParam(SipParam** head, Source source) {
   return newRecorded<SipParam>(source, head);
 }
@@ -16,12 +16,17 @@ inline SipParam* newParam(SipParam** head, Source source) {
 namespace siputility {
 
 struct SipParamAccess {
-  // Returns where a node keeps its pointer to the next one.
+  // Returns the pointer of a node to the next one, as a link of the chain.
   static SipParam** link(SipParam& param) { return &param.next_; }
 
-  // Prepares the node that a link of the chain leads to for its deletion. setNext() changes a chain
-  // and no prevLink_, so that of the node may be wrong, and others may name the pointer that goes.
-  // A node off the chain that still leads to this one keeps doing so until this one goes.
+  // Mends the back links around the node at a link of the chain, which is about to be deleted.
+  //
+  // A node's prevLink_ is the pointer that leads to it; the destructor writes through it. A caller
+  // may rearrange a chain with setNext(), which leaves each prevLink_ as it was. Then the prevLink_
+  // of this node may no longer lead to it: it gets the link. And those of other nodes may still be
+  // the next_ of this node, so that their destructors would write into freed memory: they get the
+  // link that leads to them now. A prevLink_ that still leads to this node from outside the chain
+  // stays: the destructor then takes this node off there, and removeParameter() off the chain.
   static void mendLinks(SipParam** head, SipParam** link) {
     SipParam& param = **link;
     if (param.prevLink_ == nullptr || *param.prevLink_ != &param) {
@@ -34,8 +39,8 @@ struct SipParamAccess {
     }
   }
 
-  // Each assigns bytes that lie elsewhere, at least one.
-  // Fails: VARN_RESOURCE_FAILURE, also where a piece that never had bytes gets none.
+  // Each assigns at least one byte from outside the piece.
+  // Fails: VARN_RESOURCE_FAILURE.
   static VARN_EXCEPTION_CODES setName(SipParam& param, std::string_view name) {
     return SipStringAccess::replace(param.name_, name);
   }

@@ -13,7 +13,8 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 
-// The value after an "=", by the rule that the name chooses.
+// Returns the length of the value after an "=". "tag" and "branch", in lower case only, have a rule
+// of their own; in SIP URIs it matches nothing, so they take no value there.
 unsigned int valueLength(const SipParamList& list, std::string_view name,
                          const SipStrStream& stream) {
   if (name == "tag" || name == "branch") {
@@ -27,7 +28,7 @@ unsigned int valueLength(const SipParamList& list, std::string_view name,
   return list.MatchQuotedTagValue(stream, 0);
 }
 
-// Reads `[=value]` after a name into a node; without a node it only looks at the text.
+// Reads `[=value]` after a name into a node; without a node it only checks and skips the text.
 VARN_EXCEPTION_CODES readValue(const SipParamList& list, std::string_view name, SipParam* param,
                                SipStrStream& stream) {
   const unsigned int equalLength = list.matchEqual(stream, 0);
@@ -43,7 +44,7 @@ VARN_EXCEPTION_CODES readValue(const SipParamList& list, std::string_view name, 
   return param == nullptr ? stream.discard(length) : param->setValue(length, stream);
 }
 
-// Returns whether a name is taken. Without an index that knows, the list is asked.
+// Returns whether the list has this name. The index answers if it knows all names, else the list.
 bool isOnList(const SipParamList& list, std::string_view name, ParamNameIndex* names) {
   if (names != nullptr && names->isComplete()) {
     return names->contains(name);
@@ -51,8 +52,9 @@ bool isOnList(const SipParamList& list, std::string_view name, ParamNameIndex* n
   return list.find(*BorrowedString(name)) != nullptr;
 }
 
-// Names a node of the list; without one the index alone knows the name, and must not lose it.
-VARN_EXCEPTION_CODES keepName(std::string_view name, SipParam* param, ParamNameIndex* names) {
+// Stores a name in the node and in the index. Without a node only the index has the name: an index
+// that loses it, out of memory, could no longer find duplicates.
+VARN_EXCEPTION_CODES storeName(std::string_view name, SipParam* param, ParamNameIndex* names) {
   const VARN_EXCEPTION_CODES code =
       param == nullptr ? VARN_OK : SipParamAccess::setName(*param, name);
   if (code != VARN_OK || names == nullptr) {
@@ -86,7 +88,7 @@ VARN_EXCEPTION_CODES readParam(const SipParamList& list, SipParam* param, SipStr
     logFailure(kSourceFile, "SipParamList::parseParamList - duplicate parameter name");
     return VARN_INVALID_INPUT;
   }
-  const VARN_EXCEPTION_CODES code = keepName(name, param, names);
+  const VARN_EXCEPTION_CODES code = storeName(name, param, names);
   return code == VARN_OK ? readValue(list, name, param, stream) : code;
 }
 

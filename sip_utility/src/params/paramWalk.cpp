@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wyTelAddress";
 
-constexpr std::size_t kAskedAtMost = 16;  // parameters; to sort fewer costs more than to ask
+constexpr std::size_t kMaxUnsorted = 16;  // parameters; sorting fewer costs more than asking
 
 }  // namespace
 
@@ -19,7 +19,7 @@ ParamWalk::ParamWalk(const SipParamList& list, const SipParam* chain) : list_(li
   for (const SipParam* param = chain; param != nullptr; param = param->next()) {
     ++count;
   }
-  if (count > kAskedAtMost && &typeid(list) == &typeid(TelAddrParamList)) {
+  if (count > kMaxUnsorted && &typeid(list) == &typeid(TelAddrParamList)) {
     sort(chain, count);
   }
 }
@@ -33,7 +33,8 @@ const SipParam* ParamWalk::next() {
   return latest_;
 }
 
-// Takes each name once, from the node that is first on the chain.
+// Sorts by name and keeps one node of each name, the first on the chain, as the steps of the list
+// do. Out of memory is no failure: the list is asked then.
 void ParamWalk::sort(const SipParam* chain, std::size_t count) {
   sorted_.reset(newRecordedArray<Place>(kSourceFile, count));
   if (sorted_ == nullptr) {

@@ -7,12 +7,13 @@
 #include "base/recorded.h"
 #include "wySipParam.h"
 
-// A walk over a list that does not change meanwhile. It asks the list for each step, except for the
-// library's own list of tel parameters: each step of that one looks through the list, so the walk
-// sorts it once. Where there is no memory for that, the list is asked.
+// A walk over a list that does not change meanwhile. It asks the list for each step, with one
+// exception. Each step of a TelAddrParamList looks through the complete list, so the walk sorts a
+// long one once, if there is memory for that. A derived class may order its parameters differently
+// and is always asked.
 class ParamWalk {
  public:
-  // The chain is that of the list.
+  // Requires: the chain of this list.
   ParamWalk(const SipParamList& list, const SipParam* chain);
 
   // Returns the first parameter, then the ones after it; null at the end.
@@ -29,9 +30,9 @@ class ParamWalk {
   void sort(const SipParam* chain, std::size_t count);
 
   const SipParamList& list_;
-  const SipParam* latest_ = nullptr;  // where the list is asked
+  const SipParam* latest_ = nullptr;  // used if the list is asked
   bool begun_ = false;
-  RecordedArray<Place> sorted_;  // null where the list is asked
+  RecordedArray<Place> sorted_;  // null if the list is asked
   const Place* place_ = nullptr;
   const Place* end_ = nullptr;
 };
