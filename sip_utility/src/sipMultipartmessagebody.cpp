@@ -13,16 +13,17 @@ constexpr const char* kSourceFile = "sip_utility/src/sipMultipartmessagebody";
 
 using Node = SipMultipartMessageBody;
 
-// Turns a chain of links around, so that it can be walked from its far end. Returns that end.
+// Reverses a chain of links, so that it can be deleted from its far end without recursion. Returns
+// that end.
 Node* reversed(Node* first, Node* Node::*link) {
-  Node* behind = nullptr;
+  Node* done = nullptr;
   while (first != nullptr) {
-    Node* const ahead = first->*link;
-    first->*link = behind;
-    behind = first;
-    first = ahead;
+    Node* const rest = first->*link;
+    first->*link = done;
+    done = first;
+    first = rest;
   }
-  return behind;
+  return done;
 }
 
 }  // namespace
@@ -64,6 +65,8 @@ void SipMultipartMessageBody::deleteNext() {
   }
 }
 
+// Walks first children only. Children of their siblings stay, as callers know it; deleteTree()
+// reaches them.
 void SipMultipartMessageBody::deleteChild() {
   Node* deepest = reversed(child, &Node::child);
   child = nullptr;
@@ -87,11 +90,12 @@ bool SipMultipartMessageBody::SetMessageBody(unsigned char* data, unsigned int l
   }
   auto* const copy = static_cast<unsigned char*>(__malloc(length));
   if (copy != nullptr) {
-    std::memcpy(copy, data, length);  // the data may lie in the content that goes
+    std::memcpy(copy, data, length);  // before the old content is freed: the data may be in it
   }
   releaseBlock(body);
   body = copy;
-  bodyLength = static_cast<unsigned short>(copy == nullptr ? 0 : length);  // 16 bits, no more
+  // Only the low 16 bits are stored, on purpose; the buffer has all bytes.
+  bodyLength = static_cast<unsigned short>(copy == nullptr ? 0 : length);
   if (copy == nullptr) {
     logSevere(kSourceFile, "SipMultipartMessageBody::SetMessageBody | malloc failed");
     return false;
@@ -100,6 +104,7 @@ bool SipMultipartMessageBody::SetMessageBody(unsigned char* data, unsigned int l
   return true;
 }
 
+// These two do not free a text that is there already: it is left to the caller.
 void SipMultipartMessageBody::SetEpilogue(char* text) {
   if (text == nullptr) {
     logFailure(kSourceFile, "SipMultipartMessageBody::SetEpilogue | input parameter is null");
@@ -167,8 +172,8 @@ SipMultipartMessageBody** SipMultipartMessageBody::GetNestedMessagebodyList() {
   for (const Node* each = child; each != nullptr; each = each->next) {
     ++count;
   }
-  // Nobody fills the slots: callers know the array with null pointers in it. One slot more ends
-  // it for the destructor, should a caller fill them.
+  // The slots stay null, on purpose: callers count them. The extra slot ends the array for
+  // the destructor, in case a caller fills them.
   nestedList = newZeroed<Node*>(count + 1).release();
   if (nestedList == nullptr) {
     logSevere(kSourceFile, "SipMultipartMessageBody::GetNestedMessagebodys | malloc failure");

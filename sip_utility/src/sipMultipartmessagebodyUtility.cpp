@@ -34,7 +34,7 @@ bool isMultipart(const SipHeader& contentType) {
   return view(contentType.getValue()).find("multipart") != std::string_view::npos;
 }
 
-// Returns the number of lines of a header block, 8 bits of it.
+// Returns the low 8 bits of the number of lines of a header block.
 unsigned char lineCount(std::string_view headers) {
   std::size_t lines = 0;
   for (; !headers.empty(); ++lines) {
@@ -49,8 +49,8 @@ const SipString* findBoundary(const SipHeader& contentType) {
   return contentType.getParameter(*BorrowedString("boundary"));
 }
 
-// Returns a header field made from these texts, null without memory, and its code. Null for the
-// value counts as empty.
+// Returns a header field made from these texts and its code; null if out of memory. A null value
+// counts as empty.
 SipHeader* newHeader(std::string_view name, const char* value, VARN_EXCEPTION_CODES& code) {
   const BorrowedString nameText(name);
   const BorrowedString valueText(value == nullptr ? std::string_view() : value);
@@ -59,7 +59,7 @@ SipHeader* newHeader(std::string_view name, const char* value, VARN_EXCEPTION_CO
   return header;
 }
 
-// Returns a copy of a body; null without memory and for one of 2 GiB or more.
+// Returns a copy of a body; null if out of memory and for a body of 2 GiB or more.
 PlatformText copyOfBody(const unsigned char* data, unsigned int length) {
   logTrace(kSourceFile, "SipConnection::wySipGetMultiPartMessageBody | Decode App MsgBody");
   PlatformText copy;
@@ -89,7 +89,7 @@ SipMultipartMessageBodyUtility::SipMultipartMessageBodyUtility()
       copies_{},
       growthEnd_(nullptr),
       outOfMemory_(false) {
-  // The words are those of the nodes, and meant to be.
+  // The text names the class of the nodes, on purpose.
   logTrace(kSourceFile, "SipMultipartMessageBody::SipMultipartMessageBody | %x", logArgument(this));
 }
 
@@ -109,6 +109,7 @@ SipMultipartMessageBodyUtility::~SipMultipartMessageBodyUtility() {
   __free(content);
 }
 
+// Makes a new object at every call and does not delete the one before; callers rely on both.
 SipMultipartMessageBodyUtility* SipMultipartMessageBodyUtility::getInstance() {
   instance = newRecorded<SipMultipartMessageBodyUtility>(kSourceFile);
   logTrace(kSourceFile, "SipMultipartMessageBodyUtility::creating new object %x",
@@ -125,7 +126,7 @@ void SipMultipartMessageBodyUtility::deleteInstance() {
 
 SipMultipartMessageBody* SipMultipartMessageBodyUtility::wySipGetMultiPartMessageBody(
     unsigned char* data, unsigned int length, const char* contentType) {
-  PlatformText earlier;  // the Content-Type value may be in it
+  PlatformText earlier;  // lives to the end: the caller's Content-Type may point into it
   if (data != nullptr && length > 0) {
     PlatformText copy = copyOfBody(data, length);
     if (copy == nullptr) {
@@ -140,6 +141,7 @@ SipMultipartMessageBody* SipMultipartMessageBodyUtility::wySipGetMultiPartMessag
     return nullptr;
   }
   if (m_pMultipartMsgHead != nullptr) {
+    // The log text has %s for a pointer, so the line gets its digits as a text.
     char address[2 * sizeof(std::uintptr_t) + 1] = {};
     std::snprintf(address, sizeof(address), "%" PRIxPTR, logArgument(m_pMultipartMsgHead));
     logFailure(kSourceFile, "SipConnection::wySipGetMultiPartMessageBody | m_pMultipartMsgHead: %s",
@@ -222,6 +224,7 @@ bool SipMultipartMessageBodyUtility::measureContent(std::string_view rest, std::
                "SipConnection::wySipProcessMessageBody |found dash boundary in the message body");
     return false;
   }
+  // The first number is always 0: the content has not been measured yet.
   logTrace(kSourceFile, "SipConnection::wySipProcessMessageBody iContentLen:%d iLength:%d", 0,
            textLength);
   if (m_pCurrentboundary == nullptr) {
@@ -229,7 +232,7 @@ bool SipMultipartMessageBodyUtility::measureContent(std::string_view rest, std::
   }
   const DelimiterSearch search(m_pCurrentboundary);
   const std::size_t length = search.valid() ? search.findIn(rest) : std::string_view::npos;
-  if (length > INT_MAX) {
+  if (length > INT_MAX) {  // npos, for no delimiter, is greater as well
     return false;
   }
   partContentLength = static_cast<int>(length);
@@ -249,7 +252,7 @@ int SipMultipartMessageBodyUtility::wySipConstructMultipartMessageStructure() {
   }
   if (m_pMultipartMsgHead == nullptr) {
     m_pMultipartMsgHead = node;
-  } else if (isLastBoundary()) {
+  } else if (isLastBoundary()) {  // not yet so for the first part of a nested multipart
     node->parent = current->parent;
     node->next = std::exchange(current->next, node);
   } else {
@@ -296,7 +299,7 @@ int SipMultipartMessageBodyUtility::ValidateCloseDelimiter(char*& cursor) {
   if (cursor == nullptr) {
     logFailure(kSourceFile,
                "SipConnection::ValidateCloseDelimiter | ValidateCloseDelimiter return error");
-    return kNothing;
+    return kNotRead;
   }
   return passCloseDelimiter(cursor, cursor);
 }
@@ -325,9 +328,10 @@ int SipMultipartMessageBodyUtility::passCloseDelimiter(char*& cursor, std::strin
   if (!leaveBoundary()) {
     logFailure(kSourceFile,
                "SipConnection::ValidateCloseDelimiter | ValidateCloseDelimiter return error");
-    return kNothing;
+    return kNotRead;
   }
-  // The blanks count a second time, whatever stands there; the end of the text is the limit.
+  // The cursor moves by the blanks a second time, whatever bytes are there; callers know it so. The
+  // end of the text is the limit.
   const std::size_t position = static_cast<std::size_t>(rest.data() - cursor) + blanks;
   cursor += std::min(position, static_cast<std::size_t>(end - cursor));
   return kClosed;
@@ -345,6 +349,7 @@ int SipMultipartMessageBodyUtility::Storedashboundary(char* text) {
   return storeFurtherBoundary(boundary) ? 1 : 0;
 }
 
+// Makes the content the only node.
 SipMultipartMessageBody* SipMultipartMessageBodyUtility::takeSinglePart() {
   Recorded<Node> node(newRecorded<Node>(kSourceFile));
   if (node == nullptr) {
@@ -376,6 +381,8 @@ bool SipMultipartMessageBodyUtility::takeParts(const SipHeader& contentType) {
   return true;
 }
 
+// Stores a line as a header of the current node. A line with a colon that is no header field is
+// left out; only a line without a colon fails the block.
 bool SipMultipartMessageBodyUtility::storeHeader(char* line) {
   char* value = nullptr;
   if (NSIP_strtok(line, ":", &value) == nullptr) {
@@ -395,6 +402,8 @@ bool SipMultipartMessageBodyUtility::storeHeader(char* line) {
   return !current->AddSipHeaders(header.get()) || enterNested(header.release());
 }
 
+// Makes the boundary of a nested multipart the current one, if the header announces one. A
+// multipart without a boundary fails the block, and its Content-Type is not stored.
 bool SipMultipartMessageBodyUtility::enterNested(SipHeader* header) {
   if (!equalIgnoringCase(header->getName(), "Content-Type") || !isMultipart(*header)) {
     return true;

@@ -13,7 +13,8 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/sipMultipartmessagebodyUtility";
 
-// Returns whether a pointer is one to a byte of a text or to its end.
+// Returns whether a pointer points to a byte of a text or to its end. std::less_equal also orders
+// pointers into different blocks.
 bool isWithin(std::string_view text, const char* p) {
   const std::less_equal<> notAfter;
   return notAfter(text.data(), p) && notAfter(p, text.data() + text.size());
@@ -77,7 +78,7 @@ bool SipMultipartMessageBodyUtility::storeFurtherBoundary(const char* boundary) 
   if (node != nullptr) {
     node->boundary = __strdup(boundary);
   }
-  // The first boundary of the list was the last one from its storing on.
+  // Where the list has one boundary, lastBoundary shows that one already.
   if ((latest != dashBoundaryList && !showCopy(lastBoundary, latest->boundary)) ||
       (isNew && (node == nullptr || node->boundary == nullptr ||
                  !showCopy(m_pCurrentboundary, node->boundary)))) {
@@ -86,14 +87,19 @@ bool SipMultipartMessageBodyUtility::storeFurtherBoundary(const char* boundary) 
     return false;
   }
   latest->next = node;
+  // Boundaries of nested bodies may each begin with the one before: "a", "ab", "abc". While all of
+  // them do, from the first on, growthEnd_ is the latest; see beginsWithStored().
   if (node != nullptr && latest == growthEnd_ && startsWith(node->boundary, latest->boundary)) {
     growthEnd_ = node;
   }
   return true;
 }
 
+// Compares the boundaries in turn, with one shortcut. Up to growthEnd_ each one begins with the
+// first. A text that does not begin with the first therefore begins with none of them, and the loop
+// goes on after growthEnd_. Otherwise it would compare their common bytes once for each.
 bool SipMultipartMessageBodyUtility::beginsWithStored(std::string_view text) const {
-  const bool grows = contains(dashBoundaryList, growthEnd_);  // a caller may have taken it out
+  const bool grows = contains(dashBoundaryList, growthEnd_);  // callers may change the list
   const DashBoundary* each = dashBoundaryList;
   while (each != nullptr && !startsWith(text, each->boundary)) {
     each = grows && each == dashBoundaryList ? growthEnd_->next : each->next;
@@ -103,7 +109,7 @@ bool SipMultipartMessageBodyUtility::beginsWithStored(std::string_view text) con
 
 bool SipMultipartMessageBodyUtility::leaveBoundary() {
   if (isLastBoundary()) {
-    // The two may show a text of the list, which goes.
+    // The two may show texts of the list, which is about to be deleted.
     const bool kept =
         showCopy(m_pCurrentboundary, m_pCurrentboundary) && showCopy(lastBoundary, lastBoundary);
     if (kept) {
@@ -127,7 +133,8 @@ bool SipMultipartMessageBodyUtility::showCopy(const char*& boundary, std::string
     return false;
   }
   boundary = copy;
-  // The other boundary can show one of the earlier copies, and no more.
+  // The other of the two boundaries may show one of the earlier copies: replace the one that
+  // neither shows.
   const bool firstIsShown =
       isWithin(copies_[0], m_pCurrentboundary) || isWithin(copies_[0], lastBoundary);
   std::string_view& place = copies_[firstIsShown ? 1 : 0];

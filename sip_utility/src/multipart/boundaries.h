@@ -9,20 +9,21 @@
 
 using DashBoundary = SipMultipartMessageBodyUtility::DashBoundary;
 
-// Returns the last node of a list, which has one.
+// Returns the last node of a list, the boundary that was stored last.
+// Requires: a list that is not empty.
 DashBoundary* latestOf(DashBoundary* list);
 
-// Returns whether a node is on the list; null is on none.
+// Returns whether a node is in the list; null is in none.
 bool contains(const DashBoundary* list, const DashBoundary* node);
 
-// Deletes a node that is on no list, and its text; does nothing for null.
+// Deletes a node and its text; does nothing for null.
 void deleteBoundary(DashBoundary* node);
 
-// Frees a text of the platform, or nothing.
+// Frees a text in a platform block; does nothing for a null one.
 void freeText(std::string_view text);
 
-// Returns the front and the boundary as one text, without the double quotes around the boundary;
-// null without memory.
+// Returns the front followed by the boundary, the latter without double quotes around it; null if
+// out of memory.
 PlatformText unquotedBoundary(std::string_view front, const char* boundary);
 
 #endif  // SIPUTILITY_MULTIPART_BOUNDARIES_H

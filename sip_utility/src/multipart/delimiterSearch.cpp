@@ -5,9 +5,9 @@
 
 namespace {
 
-// Returns the length of the run of hyphens that ends before the position. A run is looked through
-// once: after an odd number of hyphens only a boundary with another byte than hyphens can begin,
-// and that byte ends the run.
+// Returns the length of the run of hyphens that ends before the position. Each run is counted once,
+// so the search stays linear: after an odd count the delimiter has a byte that is no hyphen. That
+// byte ends the run, and the next match begins after it.
 std::size_t hyphensBefore(std::string_view text, std::size_t position) {
   std::size_t count = 0;
   while (count < position && text[position - count - 1] == '-') {
@@ -25,6 +25,8 @@ DelimiterSearch::DelimiterSearch(std::string_view boundary)
   }
 }
 
+// Hyphens are taken in pairs from the start of their run: in "---b" the pair is the first two, and
+// the "--b" after an odd hyphen is no delimiter.
 std::size_t DelimiterSearch::findIn(std::string_view text) const {
   unsigned int matched = 0;
   for (std::size_t i = text.find('-'); i < text.size();
@@ -56,7 +58,8 @@ void DelimiterSearch::findBorders() {
   }
 }
 
-// Returns how much of the delimiter has matched after one more byte.
+// Returns how much of the delimiter has matched after one more byte. On a mismatch it falls back to
+// the longest start of the delimiter that the text still ends with.
 unsigned int DelimiterSearch::advanced(unsigned int matched, char byte) const {
   while (matched != 0 && byte != at(matched)) {
     matched = borders_[matched - 1];

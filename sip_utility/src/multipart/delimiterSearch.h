@@ -7,17 +7,17 @@
 
 #include "base/platformBlock.h"
 
-// The search for "--" boundary, after Knuth, Morris and Pratt: boundaries come from the network,
-// and one like "-----x" must not make it slow.
+// The search for "--" boundary by the algorithm of Knuth, Morris and Pratt. Boundaries come from
+// the network, and one like "-----x" makes a plain search slow.
 class DelimiterSearch {
  public:
   // The boundary must outlive the search.
   explicit DelimiterSearch(std::string_view boundary);
 
-  // Returns whether there was memory.
+  // Returns false if out of memory; the search must not be used then.
   bool valid() const { return borders_ != nullptr; }
 
-  // Returns the position of the first delimiter that begins where hyphens are taken in pairs;
+  // Returns the position of the first delimiter with an even number of hyphens right before it;
   // npos for none.
   std::size_t findIn(std::string_view text) const;
 
@@ -29,8 +29,8 @@ class DelimiterSearch {
 
   std::string_view boundary_;
 
-  // borders_[i] is the length of the longest text that begins and ends the first i + 1 bytes of
-  // the delimiter and is shorter than they are.
+  // borders_[i] is the length of the longest text, shorter than i + 1 bytes, with which the first
+  // i + 1 bytes of the delimiter both begin and end.
   PlatformBlock<unsigned int> borders_;
 };
 

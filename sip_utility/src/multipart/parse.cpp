@@ -1,4 +1,4 @@
-// parse.cpp - one run over a multipart body.
+// parse.cpp - one parse of a multipart body.
 #include "multipart/parse.h"
 
 #include <algorithm>
@@ -13,8 +13,9 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/sipMultipartmessagebodyUtility";
 
-// What the epilogues of one body may take, each a copy of its complete rest: a body with many parts
-// that all have one must not take memory by the square of its length.
+// The memory that the epilogues of one body may take in total. An epilogue is a copy of all the
+// body after its part, so without a limit a body of many small parts takes memory by the square of
+// its length.
 constexpr std::uint64_t kEpilogueFactor = 4;
 constexpr std::uint64_t kMebibyte = 1U << 20U;
 constexpr std::uint64_t kEpilogueRoom = 64 * kMebibyte;
@@ -56,7 +57,8 @@ bool MultipartParse::copyContent() {
   return work_ != nullptr;
 }
 
-// Cuts off what is before the first delimiter that begins a line.
+// Cuts off what is before the first delimiter that begins a line. A body with a hyphen as its first
+// or second byte has no preamble.
 bool MultipartParse::cutPreamble() {
   const PlatformText delimiter = unquotedBoundary("\r\n--", owner_.m_pCurrentboundary);
   if (delimiter == nullptr) {
@@ -123,7 +125,7 @@ bool MultipartParse::skipLine() {
   return true;
 }
 
-// Cuts the header block off, null for none.
+// Cuts off the header block; null if the part has none.
 bool MultipartParse::cutHeaders(char*& headers) {
   if (startsWith(bytesFrom(rest_), kLineEnd)) {
     rest_ += kLineEnd.size();
@@ -133,13 +135,14 @@ bool MultipartParse::cutHeaders(char*& headers) {
   return cut(headers, kHeadersEnd, rest_);
 }
 
-// Makes the node of a part, with content, headers and, for the first one, the preamble. A block
-// of headers with faults is no fault of the part.
+// Makes the node of a part, with content, headers and, for the first one, the preamble. Faulty
+// headers do not fail the part; a lack of memory for them does.
 bool MultipartParse::storePart(char* headers) {
   if (!storeEpilogue() || owner_.wySipConstructMultipartMessageStructure() == 0) {
     return false;
   }
   const auto length = static_cast<unsigned int>(owner_.partContentLength);
+  // SetMessageBody() refuses an empty content; an empty part has none.
   if (!owner_.current->SetMessageBody(reinterpret_cast<unsigned char*>(rest_), length) &&
       length != 0) {
     return false;
@@ -162,7 +165,8 @@ bool MultipartParse::storePreamble() {
   return owner_.current->preamble != nullptr;
 }
 
-// Takes the close delimiters after a content, each with its epilogue, and the line after them.
+// Reads the close delimiters after a content, each with its epilogue, and the line after them. A
+// body that ends here, even without the final CRLF, is complete.
 MultipartParse::Step MultipartParse::takeCloseDelimiters() {
   char* cursor = rest_ + owner_.partContentLength;
   while (startsWith(bytesFrom(cursor), kDashes)) {
@@ -190,7 +194,8 @@ MultipartParse::Step MultipartParse::takeCloseDelimiters() {
   return cut(line_, kLineEnd, rest_) ? Step::kNextPart : Step::kDone;
 }
 
-// Gives the current node its epilogue, the last one that it had.
+// Stores the epilogue of the current node. Only the last of several is stored, so this waits until
+// the next node or the end of the body.
 bool MultipartParse::storeEpilogue() {
   char* const epilogue = std::exchange(epilogue_, nullptr);
   if (epilogue == nullptr) {

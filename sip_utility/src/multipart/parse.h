@@ -1,4 +1,5 @@
-// parse.h - one run over a multipart body: the copy that is cut into texts, and the places in it.
+// parse.h - one parse of a multipart body: a copy of the body that is cut into texts, and the
+// places in it.
 #ifndef SIPUTILITY_MULTIPART_PARSE_H
 #define SIPUTILITY_MULTIPART_PARSE_H
 
@@ -13,10 +14,11 @@ namespace siputility {
 
 class MultipartParse {
  public:
-  // A run over content[0, contentLength of the owner) and the zero byte after it.
+  // A parse of content[0, contentLength of the owner). A zero byte follows the content.
   MultipartParse(SipMultipartMessageBodyUtility& owner, char* content);
 
-  // Takes the complete body apart. Returns whether it could.
+  // Takes the body apart into nodes of the owner. Returns false for a faulty body and if out of
+  // memory.
   bool run();
 
  private:
@@ -32,27 +34,28 @@ class MultipartParse {
   Step takeCloseDelimiters();
   bool storeEpilogue();
 
-  // Ends the text here at the first delimiter. Returns whether there is one, and where the text
-  // after it begins.
+  // Ends the text at its first delimiter with a zero byte. Returns whether there is a delimiter,
+  // and sets rest to the byte after it.
   bool cut(char* text, std::string_view delimiter, char*& rest);
 
-  // Returns the copy from here to its end.
+  // Returns the copy from p to its end.
   std::string_view bytesFrom(const char* p) const;
 
-  // Returns the copy from here to the next zero byte. To be asked from front to back: the zero byte
-  // that was found is remembered, so that all the texts together cost one look at the copy.
+  // Returns the copy from p to the next zero byte. The zero byte is remembered, so the texts of a
+  // parse together cost one scan of the copy.
+  // Requires: p never goes back.
   std::string_view textFrom(const char* p);
 
   SipMultipartMessageBodyUtility& owner_;
-  char* content_;                   // the body as it came
-  char* front_ = content_;          // the byte of it that the copy begins with, after the preamble
+  char* content_;                   // the body as received
+  char* front_ = content_;          // its byte with which the copy begins, after the preamble
   std::size_t length_;              // of the copy
   PlatformText work_;               // the copy, which is cut into texts
   const char* zero_ = nullptr;      // the zero byte that textFrom() found last
   char* line_ = nullptr;            // where a delimiter line is expected
   char* rest_ = nullptr;            // what follows that line: the header block, then the content
-  std::size_t preambleLength_ = 0;  // until a node has the preamble
-  char* epilogue_ = nullptr;        // of the current node, in the body as it came; null once stored
+  std::size_t preambleLength_ = 0;  // 0 once a node has the preamble
+  char* epilogue_ = nullptr;        // of the current node, in content_; null once stored
   std::uint64_t epilogueSize_ = 0;  // of all epilogues so far
 };
 

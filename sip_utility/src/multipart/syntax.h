@@ -10,7 +10,7 @@ inline constexpr std::string_view kDashes = "--";
 
 // What ValidateCloseDelimiter() returns.
 inline constexpr int kWrongBoundary = 1;
-inline constexpr int kNothing = 2;
+inline constexpr int kNotRead = 2;  // null, or out of memory
 inline constexpr int kClosed = 3;
 inline constexpr int kNotClosed = 4;
 

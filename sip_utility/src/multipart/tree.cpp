@@ -1,4 +1,4 @@
-// tree.cpp - changes of a tree of body parts that its nodes have no operation for.
+// tree.cpp - changes of a tree of body parts for which its nodes have no operation.
 #include "multipart/tree.h"
 
 #include "base/recorded.h"
@@ -7,7 +7,8 @@ using Node = SipMultipartMessageBody;
 
 namespace {
 
-// Puts the children of a node's siblings before a chain of parent links. Returns the chain.
+// Adds the children of a node's siblings to a chain. Returns the chain. Its links are the parent
+// pointers, which nobody needs any more.
 Node* chainNephews(const Node* node, Node* chain) {
   for (const Node* sibling = node->next; sibling != nullptr; sibling = sibling->next) {
     if (sibling->child != nullptr) {
@@ -20,8 +21,8 @@ Node* chainNephews(const Node* node, Node* chain) {
 
 }  // namespace
 
-// deleteChild() and deleteNext() of a node do not reach the children of siblings;
-// those wait in a chain until it is their turn.
+// deleteChild() and deleteNext() of a node do not reach the children of its siblings. Those wait in
+// a chain until it is their turn, so that no recursion is needed.
 void deleteTree(Node* root) {
   root->parent = nullptr;
   while (root != nullptr) {

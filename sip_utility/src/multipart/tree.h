@@ -1,4 +1,4 @@
-// tree.h - changes of a tree of body parts that its nodes have no operation for.
+// tree.h - changes of a tree of body parts for which its nodes have no operation.
 #ifndef SIPUTILITY_MULTIPART_TREE_H
 #define SIPUTILITY_MULTIPART_TREE_H
 
@@ -7,7 +7,7 @@
 // Deletes a tree with all its nodes.
 void deleteTree(SipMultipartMessageBody* root);
 
-// Takes the header that was stored last out of its node and deletes it.
+// Removes the header that was stored last from its node and deletes it.
 void removeLatestHeader(SipMultipartMessageBody& node, SipHeader* header);
 
 #endif  // SIPUTILITY_MULTIPART_TREE_H
