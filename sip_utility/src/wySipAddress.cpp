@@ -21,7 +21,7 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipAddress";
 constexpr unsigned short kDefaultPort = 5060;
 constexpr unsigned short kDefaultSecurePort = 5061;
 
-// The texts differ from setter to setter in more than the name; they are meant to.
+// The texts differ from setter to setter in more than the name, on purpose.
 constexpr PieceMessages kDisplayNameMessages = {
     "SipAddress::setDisplayName | SipStrStream constructor failed",
     "SipAddress::setDisplayName | parsing failed",
@@ -63,7 +63,8 @@ VARN_EXCEPTION_CODES takeDisplayName(SipStrStream& stream, SipString& displayNam
   return code;
 }
 
-// Logs the message where there was no memory for the first piece of the text already.
+// Logs the message if memory ran out for the first piece of the text, which is then still empty.
+// The code alone does not show which step failed.
 VARN_EXCEPTION_CODES logIfNoMemory(VARN_EXCEPTION_CODES code, const SipString& first,
                                    const char* noMemory, int line = __builtin_LINE()) {
   if (code == VARN_RESOURCE_FAILURE && first.length() == 0) {
@@ -139,7 +140,7 @@ VARN_EXCEPTION_CODES SipAddress::setDisplayName(const SipString& displayName) {
                         kSourceFile);
   }
   if (code == VARN_OK) {
-    text_.clear();
+    text_.clear();  // the URI's text does not contain the display name
   }
   return storeCode(code);
 }
@@ -198,11 +199,12 @@ VARN_EXCEPTION_CODES SipAddress::setURI(const SipString& uri) {
   SipString user;
   SipString host;
   SipPort port;
-  SipAddrParamList dropped;
+  SipAddrParamList dropped;  // parameters of the URI are checked only; the address keeps its own
   const VARN_EXCEPTION_CODES code = parseAnyURI(stream, &scheme, &user, &host, &port, &dropped);
   if (code != VARN_OK) {
     return storeCode(code);
   }
+  // From here on nothing can fail, so the pieces change together.
   SipStringAccess::swap(scheme_, scheme);
   SipStringAccess::swap(user_, user);
   SipStringAccess::swap(host_, host);
@@ -239,7 +241,8 @@ unsigned int SipAddress::getURIStringLength() const {
   if (user_.length() != 0) {
     length = checkedSum(length, user_.length(), 1);
   }
-  // The ":" in front of the port is not counted: the figure is a hint to reserve by.
+  // The ":" before the port is not counted, on purpose: the length is a hint by which
+  // to reserve.
   return port_.get() == 0 ? length : checkedSum(length, port_.getStringLength());
 }
 
@@ -249,9 +252,9 @@ unsigned int SipAddress::getStringLength() const {
   const unsigned int params = params_.getStringLength();
   unsigned int length = checkedSum(getURIStringLength(), params);
   if (displayName_.length() != 0) {
-    length = checkedSum(length, displayName_.length(), 3);
+    length = checkedSum(length, displayName_.length(), 3);  // " <" and ">"
   } else if (params != 0) {
-    length = checkedSum(length, 2);
+    length = checkedSum(length, 2);  // "<" and ">"
   }
   return length;
 }
@@ -260,7 +263,7 @@ VARN_EXCEPTION_CODES SipAddress::parseNameAddr(SipStrStream& stream, SipString* 
                                                SipString* scheme, SipString* user, SipString* host,
                                                SipPort* port, SipAddrParamList* params) {
   assertNoneNull(kSourceFile, displayName, scheme, user, host, port, params);
-  if (displayName == nullptr) {
+  if (displayName == nullptr) {  // parseAddrSpec() refuses the other nulls
     return VARN_INVALID_INPUT;
   }
   if (!unread(stream).has(0, '<')) {
@@ -312,7 +315,8 @@ VARN_EXCEPTION_CODES SipAddress::parse(const SipString& address) {
     return VARN_INVALID_INPUT;
   }
   BorrowedLWSStream stream(view(address));
-  const unsigned int wildcard = grammar::separated('*', unread(stream), 0);
+  // A wildcard is "*" with nothing but LWS around it.
+  const unsigned int wildcard = grammar::separator('*', unread(stream), 0);
   if (wildcard != 0 && wildcard == unread(stream).length) {
     return becomeWildcard();
   }
@@ -324,7 +328,7 @@ VARN_EXCEPTION_CODES SipAddress::parse(const SipString& address) {
 VARN_EXCEPTION_CODES SipAddress::parseText(SipStrStream& stream) {
   const unsigned int scheme = matchOf<grammar::scheme>(stream);
   if (scheme == 0 || !unread(stream).has(scheme, ':')) {
-    // Whatever follows the ">" is not looked at, other than behind an addr-spec.
+    // What follows the ">" is not checked, on purpose; what follows an addr-spec is.
     return parseNameAddr(stream, &displayName_, &scheme_, &user_, &host_, &port_, &params_);
   }
   const VARN_EXCEPTION_CODES code =
@@ -365,7 +369,7 @@ VARN_EXCEPTION_CODES SipAddress::becomeWildcard() {
   return VARN_OK;
 }
 
-// Logs the setter's message, stores the code and returns true for a wildcard.
+// For a wildcard, logs the setter's message, stores the code and returns true.
 bool SipAddress::refusesChange(const char* message, int line) {
   if (!isWildcard()) {
     return false;
@@ -380,7 +384,7 @@ VARN_EXCEPTION_CODES SipAddress::storeCode(VARN_EXCEPTION_CODES code) {
   return code;
 }
 
-// Stores the outcome of a change that both texts show.
+// Stores the code of a change that affects both cached texts.
 VARN_EXCEPTION_CODES SipAddress::storeChange(VARN_EXCEPTION_CODES code) {
   if (code == VARN_OK) {
     dropTexts();
@@ -393,7 +397,8 @@ void SipAddress::dropTexts() {
   uriText_.clear();
 }
 
-// Returns the text, which the writer fills where it is empty; a wildcard's texts stay.
+// Returns a cached text; write() fills it first if it is empty. The texts of a wildcard never
+// change.
 SipString& SipAddress::cached(SipString& text, VARN_EXCEPTION_CODES (SipAddress::*write)()) {
   VARN_EXCEPTION_CODES code = VARN_OK;
   if (!isWildcard() && text.length() == 0) {
@@ -407,6 +412,7 @@ SipString& SipAddress::cached(SipString& text, VARN_EXCEPTION_CODES (SipAddress:
 }
 
 VARN_EXCEPTION_CODES SipAddress::writeURI() {
+  // The length of the complete address is enough; that of the URI leaves out the ":" of a port.
   TextWriter writer(uriText_, getStringLength());
   writer.write(scheme_).write(':');
   if (user_.length() != 0) {
@@ -434,7 +440,7 @@ VARN_EXCEPTION_CODES SipAddress::writeText() {
   }
   const SipString& uri = getURI();
   if (uri.length() == 0) {
-    return lastError_;
+    return lastError_;  // the code that getURI() has stored
   }
   writer.write(uri).writeOf(params_);
   if (bracketed) {

@@ -26,7 +26,8 @@ constexpr std::size_t kImeiBlockSize = 20;
 
 constexpr const char* kListSeparator = ";";
 
-// Returns the three texts in a row, each ":" of the middle one escaped; null without memory.
+// Returns the three texts one after the other, each ":" of the middle one escaped; null if out of
+// memory.
 PlatformText joinedEscapingColons(std::string_view head, std::string_view middle,
                                   std::string_view tail) {
   const auto colons = static_cast<std::size_t>(std::count(middle.begin(), middle.end(), ':'));
@@ -48,7 +49,7 @@ PlatformText joinedEscapingColons(std::string_view head, std::string_view middle
   return text;
 }
 
-// Returns the user-info decoded and encoded anew; null without memory.
+// Returns the user-info, decoded and encoded again; null if out of memory.
 PlatformText encodedUserInfo(std::string_view userInfo) {
   if (userInfo.size() > (UINT_MAX - 1) / kEscapeLength) {
     return nullptr;
@@ -67,7 +68,8 @@ PlatformText encodedUserInfo(std::string_view userInfo) {
   return encoded;
 }
 
-// Returns the position of the user-info, behind the "sip:" in use; npos, logged, for none.
+// Returns the position of the user-info, after "sip:". A "sip:" in a quoted display name does not
+// count. npos, logged, if there is none.
 std::size_t userInfoPosition(std::string_view uri) {
   std::size_t scheme = uri.find(kScheme);
   if (scheme != std::string_view::npos && uri.front() == '"') {
@@ -85,7 +87,7 @@ std::size_t userInfoPosition(std::string_view uri) {
   return scheme + kScheme.size();
 }
 
-// Returns the position of the last "@" from the begin on; npos for none.
+// Returns the position of the last "@" at or after begin; npos for none.
 std::size_t lastAtSign(std::string_view uri, std::size_t begin) {
   for (std::size_t i = uri.size(); i > begin; --i) {
     if (uri[i - 1] == '@') {
@@ -138,7 +140,7 @@ std::size_t elementLength(std::string_view list) {
   return length;
 }
 
-// Writes an element, rewritten where it can be.
+// Writes an element, rewritten if that is possible.
 void writeQuoted(TextWriter& writer, std::string_view element) {
   char* quoted = nullptr;
   if (quoteUserInfo(element, &quoted) != 0) {
@@ -149,13 +151,13 @@ void writeQuoted(TextWriter& writer, std::string_view element) {
   }
 }
 
-// Writes all elements of a list; null without memory.
+// Returns the list with all its elements rewritten; null if out of memory.
 PlatformText quotedList(std::string_view uris) {
   if (uris.size() > UINT_MAX / kEscapeLength - 1) {
     return nullptr;
   }
-  // A string grows to exactly what is asked for: room for all elements, of which no byte becomes
-  // longer than an escape, keeps the writing linear.
+  // A string grows to exactly what is asked for, so appending to it without a reserve would be
+  // quadratic. No byte becomes longer than an escape.
   SipString list;
   TextWriter writer(list, static_cast<unsigned int>(kEscapeLength * uris.size()));
   for (;;) {
@@ -170,7 +172,8 @@ PlatformText quotedList(std::string_view uris) {
   return writer.code() == VARN_OK ? copyOf({list.c_str(), list.length()}) : nullptr;
 }
 
-// Returns the value of a digit of the base 36; the value before it for any other character.
+// Returns the value of a digit in base 36. Any other character repeats the value before it, on
+// purpose.
 unsigned int digitValue(char c, unsigned int before) {
   if (isIn(kDigit, c)) {
     return static_cast<unsigned int>(c - '0');
@@ -178,7 +181,7 @@ unsigned int digitValue(char c, unsigned int before) {
   return isIn(kAlpha, c) ? static_cast<unsigned int>(foldCase(c) - 'a' + 10) : before;
 }
 
-// Cuts a list up and points to its first count elements.
+// Cuts a list into its elements, in place, and stores pointers to the first count of them.
 void splitList(char* list, const char** elements, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     elements[i] = list;
@@ -189,8 +192,8 @@ void splitList(char* list, const char** elements, std::size_t count) {
   }
 }
 
-// The pass is meant to be this one, though it does not sort: the comparison is always with
-// element i, so that the last smaller element comes forward, not the smallest.
+// One selection pass, which on purpose does not fully sort. It always compares with element
+// i, so the last smaller element moves to the front, not the smallest.
 void orderElements(const char** elements, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     std::size_t last = count - 1;
@@ -201,7 +204,8 @@ void orderElements(const char** elements, std::size_t count) {
   }
 }
 
-// Writes the elements over the list that they were taken from, in their new order.
+// Writes the elements in their new order over the list that they were copied from. Their total
+// length is the same, so the text is not terminated anew.
 void joinList(char* list, const char* const* elements, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     if (i != 0) {
@@ -251,19 +255,19 @@ int wyQuoteFeatureTagValue(char* text, char* reference, char** out) {
     return 0;
   }
   constexpr std::size_t kOpeningLength = 2;  // ="
-  const std::string_view whole(text);
+  const std::string_view content(text);
   const char* const found = std::strstr(text, reference);
-  const std::size_t begin = found == nullptr ? whole.size()
+  const std::size_t begin = found == nullptr ? content.size()
                                              : static_cast<std::size_t>(found - text) +
                                                    std::strlen(reference) + kOpeningLength;
-  const std::size_t end = whole.find('"', begin);  // none at or behind the end
+  const std::size_t end = content.find('"', begin);  // npos also if begin is past the end
   if (end == std::string_view::npos) {
     logFailure(kSourceFile, "wyQuoteFeatureTagValue | reference %s not found",
                logArgument(reference));
     return 0;
   }
-  PlatformText result = joinedEscapingColons(whole.substr(0, begin),
-                                             whole.substr(begin, end - begin), whole.substr(end));
+  PlatformText result = joinedEscapingColons(
+      content.substr(0, begin), content.substr(begin, end - begin), content.substr(end));
   if (result == nullptr) {
     logSevere(kSourceFile, "wyQuoteFeatureTagValue | Malloc Failed");
     return 0;
@@ -279,7 +283,7 @@ unsigned char* strToH8(char* hex, unsigned short* byteCount) {
   const std::size_t length = std::strlen(hex);
   const std::size_t evenLength = length + length % 2;
   *byteCount = static_cast<unsigned short>(evenLength / 2);
-  // Callers may count on twice the room that the bytes take.
+  // Callers rely on a block of twice the size of the bytes.
   auto* bytes = static_cast<unsigned char*>(__calloc(evenLength, 1));
   if (bytes == nullptr) {
     logSevere(kSourceFile, "strToH8 | wyDplCalloc failure");
@@ -290,7 +294,7 @@ unsigned char* strToH8(char* hex, unsigned short* byteCount) {
   unsigned int low = 0;
   for (std::size_t i = 0; i < length; i += 2) {
     high = digitValue(hex[i], high);
-    low = digitValue(hex[i + 1], low);
+    low = digitValue(hex[i + 1], low);  // the terminator, if the length is odd
     bytes[i / 2] = static_cast<unsigned char>(high << 4U | low);
   }
   return bytes;
@@ -302,6 +306,7 @@ int wySortCommaSepStrings(char** text) {
     return 0;
   }
   const std::string_view list(*text);
+  // Only the low 8 bits: in a longer list, the elements after so many stay where they are.
   const auto count =
       static_cast<unsigned char>(1 + std::count(list.begin(), list.end(), *kListSeparator));
   if (count <= 1) {

@@ -128,7 +128,7 @@ VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& va
     logFailure(kSourceFile, "SipHeader::SipHeader | value parsing failed");
     return watch.refusal();
   }
-  // The match may count past the end; what is there is taken.
+  // A tel URI may count past the end, see ValueBrackets::uriLength(). get() takes what is there.
   code = stream.get(length, value_);
   if (code != VARN_OK) {
     logFailure(kSourceFile, "SipHeader::SipHeader | SipStrStream constructor failed");
@@ -170,14 +170,14 @@ VARN_EXCEPTION_CODES SipHeader::takeName(SipStrStream& stream) {
     logFailure(kSourceFile, "SipHeader::setName | cannot switch between auth and non-auth");
     return VARN_INVALID_INPUT;
   }
-  // With the room there, the assignment cannot fail and take the old name with it.
+  // After this the assignment cannot fail; a failed one would lose the old name.
   if (name_.reserve(length) != VARN_OK) {
     logFailure(kSourceFile, "SipHeader::setName | assignment failed.");
     return VARN_RESOURCE_FAILURE;
   }
   params_.setHeaderType(type);
   name_ = *token;
-  headerText_.clear();  // the name is no part of the other text
+  headerText_.clear();  // the other text does not contain the name
   return VARN_OK;
 }
 
@@ -226,6 +226,8 @@ void SipHeader::dropTexts() {
 VARN_EXCEPTION_CODES SipHeader::writeText() {
   TextWriter writer(headerText_, getStringLength());
   const SipString& value = getHeaderValue();
+  // A header without value and parameters is logged as a failure as well, on purpose. Its code is
+  // VARN_OK.
   if (value.length() == 0) {
     logFailure(kSourceFile, "SipHeader::toString - getHeaderValue failed");
     return lastError_;

@@ -20,14 +20,15 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipHeaderMatch";
 
 constexpr unsigned int kTelFrame = 6;  // "<tel:" and ">"
 
-// Keeps the lines of an attempt, to log them again: an attempt that would end the same way need not
-// be made twice to be reported twice. Of an attempt with more lines than it holds the tape keeps
-// the first ones and the last two, the failure among them, so that attempts that are repeated cost
-// time in proportion to the text.
+// Keeps the log lines of an attempt to read a text. A second attempt at the same text would end the
+// same way and log the same lines, so the tape replays them instead. It has room for a fixed number
+// of lines, so a replay costs constant time. Of a longer attempt it keeps the first lines and the
+// last two, which include the failure. No line of a tel URI has an argument that points to a text,
+// which could be gone by then.
 class LogTape {
  public:
   void add(const LogLine& line) {
-    if (count_ == kCapacity) {
+    if (count_ == kCapacity) {  // full: the last two slots hold the last two lines
       lines_[kCapacity - 2] = lines_[kCapacity - 1];
       --count_;
     }
@@ -43,7 +44,7 @@ class LogTape {
   LogLine lines_[kCapacity];  // the first count_ of them
 };
 
-// Puts what an attempt logs onto a tape.
+// Puts the lines that its thread logs onto a tape.
 class TapeRecorder final : public LogListener {
  public:
   explicit TapeRecorder(LogTape& tape) : tape_(tape) {}
@@ -54,8 +55,9 @@ class TapeRecorder final : public LogListener {
   LogTape& tape_;
 };
 
-// Reads the brackets of one value. The tel URI, which is the same text for every "<", is tried
-// once; what the attempt logged is logged again for each further "<".
+// Reads the brackets of one value. A tel URI is read from the start of the value, wherever the "<"
+// is, so every "<tel:" means the same text. The text is read once; for each further "<tel:" only
+// its log lines are repeated. To read it again for each would cost quadratic time.
 class ValueBrackets final : public grammar::BracketReader {
  public:
   explicit ValueBrackets(Unread text) : text_(text) {}
@@ -74,7 +76,7 @@ class ValueBrackets final : public grammar::BracketReader {
 
  private:
   unsigned int tryTel() const {
-    const BorrowedString uri({text_.bytes, text_.length});
+    const BorrowedString uri({text_.bytes, text_.length});  // the constructor only reads it
     const Recorded<TelAddress> tel(newRecorded<TelAddress>(kSourceFile, *uri));
     if (tel == nullptr) {
       logFailure(kSourceFile, "SipHeaderMatchIHeaderChars::doMatch | Malloc failed");
@@ -88,11 +90,13 @@ class ValueBrackets final : public grammar::BracketReader {
     return count;
   }
 
-  // The length of the URI as it is written, not as it was read.
+  // Returns the length of "<tel:", the URI as the library writes it and ">"; 0 for a faulty URI.
+  // Callers rely on this length. The text may be shorter or longer, so a match may count past its
+  // end.
   static unsigned int uriLength(const TelAddress& tel) {
     SipString uri;
-    const bool whole = tel.getURIString(uri) == VARN_OK && tel.GetLastErrorCode() == VARN_OK;
-    return whole ? checkedSum(uri.length(), kTelFrame) : 0;
+    const bool written = tel.getURIString(uri) == VARN_OK && tel.GetLastErrorCode() == VARN_OK;
+    return written ? checkedSum(uri.length(), kTelFrame) : 0;
   }
 
   Unread text_;

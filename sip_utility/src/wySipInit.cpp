@@ -27,7 +27,8 @@ static_assert(offsetof(wyCredentialsStruct, fourthString) == 4 * sizeof(char*),
               "users know the layout");
 static_assert(sizeof(wyCredentialsStruct) == 9 * sizeof(char*), "users know the layout");
 
-// Keeps what an object that ends was overwritten with; a compiler would leave those stores out.
+// Makes the compiler keep stores to an object that is about to end. It would leave them out, since
+// nothing reads them.
 void keepStores(const void* object) { __asm__ volatile("" : : "r"(object) : "memory"); }
 
 }  // namespace
@@ -63,7 +64,7 @@ wySipConnParams::wySipConnParams()
     : firstText(),
       shortValue(0),
       firstValue(0),
-      secondValue(3),  // the one value that does not begin with zero, and is meant not to
+      secondValue(3),  // not zero, and meant not to be
       thirdValue(0),
       secondText(),
       thirdText(),
@@ -73,6 +74,7 @@ wySipConnParams::wySipConnParams()
 
 wySipConnParams::~wySipConnParams() {
   logTrace(kRecordSourceFile, "wySipConnParams::~wySipConnParams: %x", logArgument(this));
+  // The third text is not wiped, on purpose.
   std::memset(firstText, 0, sizeof(firstText));
   std::memset(secondText, 0, sizeof(secondText));
   std::memset(fourthText, 0, sizeof(fourthText));

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipMatch";
 
-// Asks a matcher, whose class may be a caller's, what a quote is.
+// Asks a matcher what a quote is. The matcher may be of a caller's class with its own matchQuote().
 class MatcherQuote final : public grammar::QuoteRule {
  public:
   MatcherQuote(SipMatchQuotedString& matcher, const SipStrStream& stream)
@@ -54,6 +54,8 @@ unsigned int SipMatch::match(const SipStrStream& stream, unsigned int offset) {
 
 void reportPastEnd() { reportAssertion(kSourceFile); }
 
+// Asks matchChar() for each byte, since a caller's class may override it. The rules of the library
+// look their class up in a table instead: see grammar::charSet.
 unsigned int SipMatchCharSet::doMatch(const SipStrStream& stream, unsigned int offset) {
   const Unread text = unreadFor(stream, offset);
   unsigned int end = offset;
@@ -98,7 +100,7 @@ unsigned int SipMatchLWS::doMatch(const SipStrStream& stream, unsigned int offse
 SipMatchLWSChar::SipMatchLWSChar(char separator) : separator_(separator) {}
 
 unsigned int SipMatchLWSChar::doMatch(const SipStrStream& stream, unsigned int offset) {
-  return grammar::separated(separator_, unreadFor(stream, offset), offset);
+  return grammar::separator(separator_, unreadFor(stream, offset), offset);
 }
 
 unsigned int SipMatchQuotedString::doMatch(const SipStrStream& stream, unsigned int offset) {

@@ -1,4 +1,4 @@
-// wySipParam.cpp - parameters and their lists, whatever the dialect.
+// wySipParam.cpp - parameters, and what lists of all dialects have in common.
 #include "wySipParam.h"
 
 #include <algorithm>
@@ -23,18 +23,20 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 
-// Returns whether the rules of a list are the library's, not those of a caller's class, which may
-// change the list.
-bool hasOwnRules(const SipParamList& list) {
+// Returns whether the list is exactly of a class of the library. The rules of a caller's class may
+// change the list while they are asked. TelAddrParamList has a parse of its own; here it counts as
+// a caller's class.
+bool hasLibraryRules(const SipParamList& list) {
   const std::type_info* const type = &typeid(list);
   return type == &typeid(SipAddrParamList) || type == &typeid(SipHdrParamList);
 }
 
-// Takes what the rule covers out of a text with nothing else but white space around it.
-VARN_EXCEPTION_CODES takeOnly(const SipParamList& grammar, const SipString& text,
-                              unsigned int (SipParamList::*rule)(const SipStrStream&, unsigned int)
-                                  const,
-                              const char* message, std::string_view& piece) {
+// Matches a text with a rule of the list. The piece is what the rule covers. Only white space may
+// be around it; else logs the message.
+VARN_EXCEPTION_CODES matchTrimmed(const SipParamList& grammar, const SipString& text,
+                                  unsigned int (SipParamList::*rule)(const SipStrStream&,
+                                                                     unsigned int) const,
+                                  const char* message, std::string_view& piece) {
   BorrowedLWSStream stream(view(text));
   piece = SipStringAccess::rest(stream).substr(0, (grammar.*rule)(stream, 0));
   stream.discard(static_cast<unsigned int>(piece.size()));
@@ -45,8 +47,8 @@ VARN_EXCEPTION_CODES takeOnly(const SipParamList& grammar, const SipString& text
   return VARN_OK;
 }
 
-// Returns the pointer on a chain that leads to the parameter of this name, letter case ignored; the
-// null at its end for none.
+// Returns the link of a chain that points to the parameter of this name, letter case ignored; the
+// null link at the end if there is none. To unlink a node, the chain needs the link to it.
 SipParam** linkTo(SipParam** link, std::string_view name) {
   while (*link != nullptr && !equalIgnoringCase((*link)->getName(), name)) {
     link = SipParamAccess::link(**link);
@@ -54,8 +56,8 @@ SipParam** linkTo(SipParam** link, std::string_view name) {
   return link;
 }
 
-// Reports that there is no memory for a parameter to be set.
-VARN_EXCEPTION_CODES noMemoryToSet() {
+// Logs that setParameter() ran out of memory. Returns the code.
+VARN_EXCEPTION_CODES logNoMemory() {
   logFailure(kSourceFile, "SipParameterList::setParameter SipStrStream constructor failed");
   return VARN_RESOURCE_FAILURE;
 }
@@ -71,7 +73,7 @@ void SipParam::insert(SipParam** head) {
     return;
   }
   if (*head != nullptr) {
-    // The analyzer does not see that a deleted node has left its chain.
+    // The analyzer does not see that a node leaves its chain when it is deleted.
     (*head)->prevLink_ = &next_;  // NOLINT(clang-analyzer-cplusplus.NewDelete)
   }
   next_ = *head;
@@ -103,7 +105,7 @@ VARN_EXCEPTION_CODES SipParam::setValue(unsigned int length, SipStrStream& strea
 
 VARN_EXCEPTION_CODES SipParam::setValue(const SipString& value) {
   value_ = value;
-  // Looks at the name, not at the value: callers set the name first and judge by that.
+  // The test looks at the name, not at the value, on purpose: callers set the name first.
   return SipStringAccess::hasBuffer(name_) ? VARN_OK : VARN_RESOURCE_FAILURE;
 }
 
@@ -113,6 +115,7 @@ const SipString& SipParam::getValue() const { return value_; }
 
 SipParam* SipParam::next() const { return next_; }
 
+// Changes no prevLink_; SipParamAccess::mendLinks() makes up for it.
 void SipParam::setNext(SipParam* next) { next_ = next; }
 
 SipParamList::SipParamList() : head_(nullptr), names_(nullptr) {}
@@ -124,7 +127,7 @@ SipParamList::~SipParamList() {
 
 VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
   std::optional<ParamNameIndex> index;
-  if (hasOwnRules(*this)) {
+  if (hasLibraryRules(*this)) {
     index.emplace(head_);
   }
   ParamNameIndex* const names = index ? &*index : nullptr;
@@ -166,7 +169,7 @@ const SipString** SipParamList::getParameterNames(VARN_EXCEPTION_CODES* error) {
   if (names_ != nullptr || head_ == nullptr) {
     return names_;
   }
-  std::size_t size = 1;
+  std::size_t size = 1;  // the null at the end
   for (const SipParam* param = head_; param != nullptr; param = param->next()) {
     ++size;
   }
@@ -189,7 +192,7 @@ VARN_EXCEPTION_CODES SipParamList::removeParameter(const SipString& name) {
   if (link != nullptr && *link != nullptr) {
     SipParam* const param = *link;
     SipParamAccess::mendLinks(&head_, link);
-    *link = param->next();
+    *link = param->next();  // the destructor unlinks through prevLink_, which may lead elsewhere
     deleteRecorded(param);
     clearParamNames();
   }
@@ -201,14 +204,14 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
     logFailure(kSourceFile, "SipParameterList::setParameter name is empty");
     return VARN_INVALID_INPUT;
   }
-  if (hasOwnRules(*this)) {
+  if (hasLibraryRules(*this)) {
     return setFrom(name, value);
   }
-  // The rules of another class may change the list that the texts belong to.
+  // The texts may belong to a parameter of this list, which the rules of another class may delete.
   const SipString ownName(name.c_str(), name.length());
   const SipString ownValue(value.c_str(), value.length());
   if (ownName.length() != name.length() || ownValue.length() != value.length()) {
-    return noMemoryToSet();
+    return logNoMemory();
   }
   return setFrom(ownName, ownValue);
 }
@@ -216,20 +219,21 @@ VARN_EXCEPTION_CODES SipParamList::setParameter(const SipString& name, const Sip
 VARN_EXCEPTION_CODES SipParamList::setFrom(const SipString& name, const SipString& value) {
   std::string_view newName;
   std::string_view newValue;
-  VARN_EXCEPTION_CODES code = takeOnly(*this, name, &SipParamList::matchName,
-                                       "SipParameterList::setParameter invalid name", newName);
+  VARN_EXCEPTION_CODES code = matchTrimmed(*this, name, &SipParamList::matchName,
+                                           "SipParameterList::setParameter invalid name", newName);
   if (code == VARN_OK && value.length() != 0) {
-    code = takeOnly(*this, value, &SipParamList::matchValue,
-                    "SipParameterList::setParameter invalid value", newValue);
+    code = matchTrimmed(*this, value, &SipParamList::matchValue,
+                        "SipParameterList::setParameter invalid value", newValue);
   }
   if (code != VARN_OK) {
     return code;
   }
-  // The node is finished on a chain of its own, so that a failure takes nothing off the list.
+  // The node is filled on a chain of its own: a failure must not change the list, and the texts may
+  // belong to the parameter that the node replaces.
   SipParam* aside = nullptr;
   SipParam* param = newParam(&aside, kSourceFile);
   if (param == nullptr) {
-    return noMemoryToSet();
+    return logNoMemory();
   }
   code = SipParamAccess::setName(*param, newName);
   if (code == VARN_OK && !newValue.empty()) {
@@ -253,7 +257,7 @@ void SipParamList::clearParamList() {
     deleteRecorded(first);
   }
   if (names_ != nullptr) {
-    names_[0] = nullptr;
+    names_[0] = nullptr;  // a caller may hold the array; its names are gone
   }
 }
 

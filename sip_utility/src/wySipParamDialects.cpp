@@ -15,15 +15,16 @@ namespace {
 
 constexpr const char* kTelSourceFile = "sip_utility/src/wyTelAddress";
 
-unsigned int separated(char separator, const SipStrStream& stream, unsigned int offset) {
+// As grammar::separator(), with the reports of matchOf().
+unsigned int separator(char byte, const SipStrStream& stream, unsigned int offset) {
   const Unread text = unreadFor(stream, offset);
   assertWithin(offset, text);
-  const unsigned int count = grammar::separated(separator, text, offset);
+  const unsigned int count = grammar::separator(byte, text, offset);
   assertWithin(checkedSum(offset, count), text);
   return count;
 }
 
-// Returns what to log of a parameter whose place is in front of the list; null for any other.
+// Returns the log text for a parameter that must come before the list; null for any other.
 const char* misplacedMessage(const SipString& name) {
   if (equal(name, "isub")) {
     return "SipParamList::parseParamList - duplicate param isub";
@@ -37,7 +38,8 @@ const char* misplacedMessage(const SipString& name) {
   return nullptr;
 }
 
-// Reads one parameter of a tel list into a node, which must not be one of those before the list.
+// Reads one parameter of a tel list into a node. Refuses the parameters that must come before the
+// list.
 VARN_EXCEPTION_CODES readTelParam(const TelAddrParamList& list, SipParam& param,
                                   SipStrStream& stream, ParamNameIndex* names) {
   const VARN_EXCEPTION_CODES code = readParam(list, &param, stream, names);
@@ -60,12 +62,14 @@ WY_SIP_SIPHEADER_TYPE SipHdrParamList::getHeaderType() const { return headerType
 unsigned int SipHdrParamList::matchSep(const SipStrStream& stream, unsigned int offset,
                                        int first) const {
   if (headerType_ == WY_SIP_HEADER_TYPE_NON_AUTH) {
-    return separated(';', stream, offset);
+    return separator(';', stream, offset);
   }
   return first == 1 ? matchOf<grammar::lws>(unreadFor(stream, offset), offset)
-                    : separated(',', stream, offset);
+                    : separator(',', stream, offset);
 }
 
+// The longer of two matches: a token, and the first that matches of quoted string, IPv6 address and
+// host.
 unsigned int SipHdrParamList::matchValue(const SipStrStream& stream, unsigned int offset) const {
   const Unread text = unreadFor(stream, offset);
   unsigned int length = matchOf<grammar::quotedString>(text, offset);
@@ -84,7 +88,7 @@ unsigned int SipHdrParamList::matchTagParamValue(const SipStrStream& stream,
 }
 
 unsigned int SipHdrParamList::matchEqual(const SipStrStream& stream, unsigned int offset) const {
-  return separated('=', stream, offset);
+  return separator('=', stream, offset);
 }
 
 unsigned int SipHdrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {
@@ -108,11 +112,12 @@ unsigned int SipAddrParamList::matchSep(const SipStrStream& stream, unsigned int
   return unreadFor(stream, offset).has(offset, ';') ? 1 : 0;
 }
 
-// The paramchar rule, also for a derived list that has other names.
+// Always the paramchar rule: a derived list may have another matchName().
 unsigned int SipAddrParamList::matchValue(const SipStrStream& stream, unsigned int offset) const {
   return matchOf<grammar::paramChars>(unreadFor(stream, offset), offset);
 }
 
+// "tag" and "branch" take no value in a URI, and are meant to take none.
 unsigned int SipAddrParamList::matchTagParamValue(const SipStrStream& /*stream*/,
                                                   unsigned int /*offset*/) const {
   return 0;
@@ -163,8 +168,8 @@ unsigned int TelAddrParamList::matchName(const SipStrStream& stream, unsigned in
 
 const SipParam* TelAddrParamList::firstParam() const { return nextParam(nullptr); }
 
-// The first on the chain of those with the smallest name above the given one's; null is below all
-// names.
+// Looks for the smallest name that is greater than the name of the parameter; null is less than all
+// names. Of equal names it takes the first on the chain, which is the newest.
 const SipParam* TelAddrParamList::nextParam(const SipParam* param) const {
   const SipParam* smallest = nullptr;
   for (const SipParam* each = chain(); each != nullptr; each = each->next()) {

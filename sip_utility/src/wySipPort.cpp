@@ -31,7 +31,7 @@ SipPort::~SipPort() = default;
 VARN_EXCEPTION_CODES SipPort::set(SipStrStream& stream) {
   const unsigned int count = matchOf<grammar::digits>(stream);
   if (count == 0 || count > kMaxDigits) {
-    // No digit at all is reported in the same words, with a count of 0.
+    // No digit at all is logged in the same words with a count of 0, on purpose.
     logFailure(kSourceFile, "SipPort::set | too many digits (%lu)", count);
     return VARN_INVALID_INPUT;
   }

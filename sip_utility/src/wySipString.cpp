@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipString";
 
-// Returns a recorded buffer for length bytes and a terminator, or null.
+// Returns a recorded buffer for length bytes and a terminator; null if out of memory.
 char* newBuffer(unsigned int length) {
   auto* const buffer = newRecordedArray<char>(kSourceFile, checkedSum(length, 1));
   if (buffer == nullptr) {
@@ -26,7 +26,8 @@ char* newBuffer(unsigned int length) {
   return buffer;
 }
 
-// Copies count bytes to where there is room for so many; the texts may overlap.
+// Copies count bytes to a place with room bytes; the two may overlap. Ends the process if they do
+// not fit.
 void copyGuarded(char* to, unsigned int room, const char* from, unsigned int count) {
   if (room < count) {
     failStopCopy(kSourceFile);
@@ -63,7 +64,7 @@ unsigned int SipString::length() const { return length_; }
 
 const char* SipString::c_str() const { return length_ == 0 ? "" : buffer_; }
 
-// Only says that the object exists: callers use it as a liveness check.
+// Always true, and meant to be: it only shows that the object exists.
 bool SipString::valid() const { return true; }
 
 VARN_EXCEPTION_CODES SipString::reserve(unsigned int length) {
@@ -82,7 +83,7 @@ VARN_EXCEPTION_CODES SipString::append(const char* text, unsigned int length) {
     return appendGrowing(text, length, newLength);
   }
   if (buffer_ == nullptr) {
-    return VARN_OK;  // left without a buffer by a failed assignment
+    return VARN_OK;  // a failed assignment took the buffer: stores nothing, on purpose
   }
   copyGuarded(buffer_ + length_, checkedDifference(capacity_, length_), text, length);
   length_ = newLength;
@@ -169,17 +170,18 @@ int SipString::caseCompare(const char* text, unsigned int length) const {
 
 int SipString::caseCompare(const char* cstr) const { return caseCompare(cstr, cstrLength(cstr)); }
 
-// Assigns a text that does not lie in this string.
+// Assigns a text from outside this string.
 void SipString::replace(const char* text, unsigned int length) {
   if (assign(text, length) != VARN_OK) {
     logFailure(kSourceFile, "SipString::operator= | append failed");
     deleteRecordedArray(buffer_);
-    // The capacity stays behind without a buffer: a later append that fits it stores nothing.
+    // The capacity stays, on purpose: a later append that fits it succeeds and stores nothing.
     buffer_ = nullptr;
   }
 }
 
-// Replaces the content by a text that does not lie in this string.
+// Replaces the content with a text from outside this string. The first content gets its buffer
+// here, without the copies of appendGrowing().
 VARN_EXCEPTION_CODES SipString::assign(const char* text, unsigned int length) {
   if (capacity_ != 0 || length == 0) {
     clear();
@@ -197,8 +199,8 @@ VARN_EXCEPTION_CODES SipString::assign(const char* text, unsigned int length) {
   return VARN_OK;
 }
 
-// Moves the content into a buffer for newLength bytes and appends the text, which may lie in the
-// old buffer: that one goes last.
+// Moves the content to a buffer for newLength bytes and appends the text. The text may be in the
+// old buffer, which is therefore freed last.
 VARN_EXCEPTION_CODES SipString::appendGrowing(const char* text, unsigned int length,
                                               unsigned int newLength) {
   char* grown = newBuffer(newLength);
@@ -217,7 +219,8 @@ VARN_EXCEPTION_CODES SipString::appendGrowing(const char* text, unsigned int len
   return VARN_OK;
 }
 
-// Fatal where this string is shorter and begins the other; look-ups use base/equality.h.
+// Ends the process if this string is the beginning of a longer one. Look-ups compare with
+// base/equality.h instead.
 int SipString::lengthDifference(unsigned int otherLength) const {
   return static_cast<int>(checkedDifference(length_, otherLength));
 }
@@ -262,6 +265,8 @@ VARN_EXCEPTION_CODES SipStrStream::get(char* text, unsigned int length) {
   return VARN_OK;
 }
 
+// Takes what is left if that is less, unlike the other get(). Moves by what the string stored,
+// which is nothing if a failed assignment took its buffer.
 VARN_EXCEPTION_CODES SipStrStream::get(unsigned int length, SipString& out) {
   const unsigned int end = std::min(checkedSum(position_, length), text_.length());
   const std::string_view piece = {text_.c_str() + position_, checkedDifference(end, position_)};

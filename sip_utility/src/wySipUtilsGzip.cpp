@@ -14,14 +14,14 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipUtils";
 
 constexpr const char* kZlibVersion = "1.2.3";
 constexpr int kWindowBits = 15;
-constexpr int kGzipWindowBits = 16;  // added to a window's: gzip header and trailer
+constexpr int kGzipWindowBits = 16;  // added to the window bits: a gzip header and trailer
 constexpr int kMemoryLevel = 4;
 constexpr unsigned int kExpansionLimit = 60;
 
-// The state of one zlib run, zero at first.
+// The state of one zlib run; all bytes are zero at first.
 class ZlibStream {
  public:
-  // End is what ends the run that a set-up has begun.
+  // The destructor calls end if a set-up has begun a run.
   ZlibStream(int category, int (*end)(z_streamp))
       : category_(category), end_(end), stream_(new (std::nothrow) z_stream()) {
     if (stream_ != nullptr) {
@@ -50,7 +50,8 @@ class ZlibStream {
   z_streamp stream_;
 };
 
-// Compresses one byte into at most one byte, until the input or the room is used up.
+// Compresses with one byte of input and one byte of room per call, until either is used up. The
+// small steps are meant; the result is that of a single call.
 bool deflateInput(const ZlibStream& stream, unsigned int length) {
   while (stream->total_in != length && stream->total_out < length) {
     stream->avail_in = 1;
@@ -62,8 +63,8 @@ bool deflateInput(const ZlibStream& stream, unsigned int length) {
   return stream->total_in == length;
 }
 
-// Writes the rest of the stream, byte by byte. Returns whether it fits the length: zlib tells the
-// end only when there is room behind it, so that a byte more than the length must be there.
+// Writes the rest of the stream, byte by byte. Returns whether the result fits the length. zlib
+// reports the end only if there is room left, so the buffer needs one byte more than the length.
 bool finishDeflate(const ZlibStream& stream, unsigned int length) {
   stream->avail_in = 0;
   int result = Z_OK;
@@ -74,7 +75,7 @@ bool finishDeflate(const ZlibStream& stream, unsigned int length) {
   return result == Z_STREAM_END && stream->total_out <= length;
 }
 
-// Expands the input up to its end or that of the stream. Returns whether nothing was wrong.
+// Expands the input up to its end or the end of the stream. Returns false for faulty data.
 bool inflateInput(const ZlibStream& stream, unsigned int length) {
   while (stream->total_in < length) {
     const int result = varnInflate(stream.get(), Z_NO_FLUSH);
@@ -85,7 +86,7 @@ bool inflateInput(const ZlibStream& stream, unsigned int length) {
   return true;
 }
 
-// Hands a result out, null without memory. Returns its length, 0 without memory.
+// Hands out a copy of the result and returns its length. Out of memory: null and 0, logged.
 unsigned int handOut(const unsigned char* bytes, uLong length, unsigned char** output,
                      const char* noMemory) {
   *output = newZeroed<unsigned char>(length).release();
@@ -117,7 +118,7 @@ unsigned int DeCompressGzipData(unsigned char* input, unsigned short length,
   }
   if (varnInflateInit2_(stream.get(), kGzipWindowBits, kZlibVersion, sizeof(z_stream)) != Z_OK) {
     logEvent(kFailure, kModuleInflate, kSourceFile, __builtin_LINE(),
-             "DeCompressGzipData | varnDeflateInit2 Failed");  // Deflate is what it says
+             "DeCompressGzipData | varnDeflateInit2 Failed");  // "Deflate" is meant
     return 0;
   }
   stream->next_in = input;

@@ -19,7 +19,7 @@ constexpr unsigned char kNoIndex = 255;
 constexpr std::size_t kDecimals = 3;
 constexpr unsigned int kHeaderValuesLimit = 20;
 
-// Returns whether integer and fraction of a q-value are what they may be; logs where not.
+// Returns whether integer and fraction make a q-value; logs the fault if not.
 bool isQValue(std::string_view integer, std::string_view fraction) {
   const char* fault = nullptr;
   if (integer.empty()) {
@@ -45,7 +45,7 @@ bool isQValue(std::string_view integer, std::string_view fraction) {
   return fault == nullptr;
 }
 
-// Reads a q-value as thousandths. Returns whether it is one; logs where not.
+// Reads a q-value as thousandths. Returns whether it is one; logs the fault if not.
 bool readQValue(const char* qvalue, unsigned short& thousandths) {
   if (std::strpbrk(qvalue, "-+") != nullptr) {
     logFailure(kSourceFile, "SipUtils:ValidateAndGetMaxQValue | Sign present in q value");
@@ -73,14 +73,14 @@ bool readQValue(const char* qvalue, unsigned short& thousandths) {
   return true;
 }
 
-// Returns whether two of the values are the same; changes their order.
+// Returns whether two of the values are equal. Sorts them.
 bool hasEqual(unsigned short* values, std::size_t count) {
   std::sort(values, values + count);
   return std::adjacent_find(values, values + count) != values + count;
 }
 
-// Reads the entries into values. Returns whether all are q-values, and the index of the highest,
-// the last of equal ones.
+// Reads the entries into values. Returns whether all are q-values. Sets the index of the highest
+// one, the last of equal ones.
 bool readQValues(char** qvalues, unsigned char count, unsigned short* values,
                  unsigned char& highest) {
   unsigned short best = 0;

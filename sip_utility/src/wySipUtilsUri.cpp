@@ -20,12 +20,13 @@ constexpr int kHostIpv6 = 2;
 
 constexpr std::size_t kAddressRecordSize = 20;
 
-// Returns a copy of an address's host, brackets dropped; null, logged, when it is empty.
+// Returns a copy of an address's host without brackets; null, logged, if it is empty.
 PlatformText bareHost(const SipAddress& address, const char* noMemory) {
   const SipString& host = address.getHost();
-  const auto length = static_cast<unsigned short>(host.length());  // 16 bits, no more
+  const auto length = static_cast<unsigned short>(host.length());  // only the low 16 bits
   if (length == 0) {
-    logFailure(kSourceFile, "SipUtils::CompareSIPURI | LocalHost Empty");  // of either one
+    // The text says "LocalHost" for either address, on purpose.
+    logFailure(kSourceFile, "SipUtils::CompareSIPURI | LocalHost Empty");
     return nullptr;
   }
   PlatformText copy = newZeroed<char>(length + 1U);
@@ -38,14 +39,14 @@ PlatformText bareHost(const SipAddress& address, const char* noMemory) {
   return copy;
 }
 
-// Returns whether two texts are the same IP address; texts that cannot be read never are.
+// Returns whether two texts are the same IP address; false if one of them is none.
 bool isSameIpAddress(const char* a, const char* b) {
   unsigned char records[2][kAddressRecordSize] = {};
   return wyDplInetPton(records[0], a) != 0 && wyDplInetPton(records[1], b) != 0 &&
          std::memcmp(records[0], records[1], kAddressRecordSize) == 0;
 }
 
-// Returns whether two hosts without brackets are the same; logs where they are not.
+// Returns whether two hosts without brackets are the same; logs if they are not.
 bool isSameHost(const char* remote, const char* local) {
   const int localType = GetHostType(local);
   const int remoteType = GetHostType(remote);
@@ -63,7 +64,7 @@ bool isSameHost(const char* remote, const char* local) {
   return same;
 }
 
-// Returns whether two addresses have the same user and port; logs where they do not.
+// Returns whether two addresses have the same user and port; logs if they do not.
 bool isSameUserAndPort(const SipAddress& remote, const SipAddress& local) {
   if (remote.getUser().length() == 0 || !equal(remote.getUser(), view(local.getUser()))) {
     logFailure(kSourceFile, "SipUtils::CompareSIPURI | UserName MisMatch ");
@@ -77,14 +78,14 @@ bool isSameUserAndPort(const SipAddress& remote, const SipAddress& local) {
   return true;
 }
 
-// Returns whether a rule covers a text that is not empty, all of it.
+// Returns whether a rule covers all of a text that is not empty.
 template <Rule* rule>
 bool coversAll(Unread text) {
   const unsigned int count = matchOf<rule>(text, 0);
   return count != 0 && count == text.length;
 }
 
-// Returns the text inside brackets, whatever the closing one is; other texts as they are.
+// Returns the host without brackets, if it begins with one. The last byte is dropped unchecked.
 std::string_view withoutBrackets(std::string_view host) {
   if (host.front() != '[') {
     return host;

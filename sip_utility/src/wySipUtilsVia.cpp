@@ -15,9 +15,10 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipUtils";
 
 constexpr std::size_t kTransportLength = 3;  // UDP, TCP
 
-// How the two Via functions differ in the steps that they share.
+// The two Via functions share their steps. This is what differs: the texts that they log, and the
+// quote.
 struct ViaReading {
-  char quote;  // what a double quote is written as
+  char quote;  // written in place of each double quote
   const char* nullText;
   const char* noCopy;
   const char* empty;
@@ -46,7 +47,7 @@ constexpr ViaReading kHeaderReading = {
     "wySipUtils::ParseViaHeaderToHeader :: malloc failed",
 };
 
-// Returns a copy of a text without the blanks outside double quotes; null without memory.
+// Returns a copy of a text without the blanks outside double quotes; null if out of memory.
 PlatformText compactCopy(std::string_view text, char quote) {
   PlatformText copy = newText(text.size());
   if (copy == nullptr) {
@@ -66,8 +67,8 @@ PlatformText compactCopy(std::string_view text, char quote) {
   return copy;
 }
 
-// Returns what stands behind the transport; null for none.
-const char* behindTransport(const char* via) {
+// Returns the text after the transport; null if there is none.
+const char* afterTransport(const char* via) {
   const char* transport = std::strstr(via, "UDP");
   if (transport == nullptr) {
     transport = std::strstr(via, "TCP");
@@ -75,7 +76,7 @@ const char* behindTransport(const char* via) {
   return transport == nullptr ? nullptr : transport + kTransportLength;
 }
 
-// Returns "sip:" and what stands behind the transport of a Via value; null, logged, on failure.
+// Returns "sip:" and the text after the transport of a Via value; null, logged, on failure.
 PlatformText uriOfVia(const char* via, const ViaReading& reading) {
   if (via == nullptr) {
     logFailure(kSourceFile, reading.nullText);
@@ -86,7 +87,7 @@ PlatformText uriOfVia(const char* via, const ViaReading& reading) {
     logSevere(kSourceFile, reading.noCopy);
     return nullptr;
   }
-  const auto length = static_cast<unsigned char>(std::strlen(copy.get()));  // 8 bits, no more
+  const auto length = static_cast<unsigned char>(std::strlen(copy.get()));  // only the low 8 bits
   if (length == 0) {
     logFailure(kSourceFile, reading.empty);
     return nullptr;
@@ -96,7 +97,7 @@ PlatformText uriOfVia(const char* via, const ViaReading& reading) {
     logSevere(kSourceFile, reading.noCompactCopy);
     return nullptr;
   }
-  const char* const sentBy = behindTransport(compact.get());
+  const char* const sentBy = afterTransport(compact.get());
   if (sentBy == nullptr) {
     logFailure(kSourceFile, reading.noTransport);
     return nullptr;
@@ -108,7 +109,8 @@ PlatformText uriOfVia(const char* via, const ViaReading& reading) {
   return uri;
 }
 
-// Puts the URI with its user-info quoted into the text, where it has one.
+// Replaces the text with the URI, its user-info quoted. If the URI cannot be quoted, the text
+// stays.
 VARN_EXCEPTION_CODES replaceByQuoted(char* uri, SipString& text) {
   char* quoted = nullptr;
   if (wyQuoteUserInfoInSipUri(uri, &quoted) == 0) {
@@ -119,7 +121,7 @@ VARN_EXCEPTION_CODES replaceByQuoted(char* uri, SipString& text) {
   return text.append(quoted);
 }
 
-// Returns an object read from these texts; null when it cannot be made or has an error.
+// Returns an object read from these texts; null if out of memory or if it has an error code.
 template <typename Object, typename... Texts>
 Object* newObject(const Texts&... texts) {
   Recorded<Object> object(newRecorded<Object>(kSourceFile, texts...));

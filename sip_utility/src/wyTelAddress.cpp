@@ -17,7 +17,7 @@ constexpr const char* kSourceFile = "sip_utility/src/wyTelAddress";
 
 constexpr std::size_t kDedicatedNames = 3;
 
-// The setters say "scheme" whatever the piece; only the display name's does not.
+// The texts say "scheme" for every piece but the display name, on purpose.
 constexpr PieceMessages kDisplayNameMessages = {
     "TelAddress::setDisplayName | SipStrStream constructor failed",
     "TelAddress::setDisplayName | parsing failed",
@@ -54,13 +54,13 @@ constexpr PieceMessages kContextMessages = {
     "TelAddress::setContext | assignment failed",
 };
 
-// Moves behind a literal; false, with nothing read, where another text stands.
+// Moves past a literal. Returns false and does not move if the next bytes are others.
 bool skipLiteral(SipStrStream& stream, std::string_view literal) {
   return unread(stream).has(0, literal) &&
          stream.discard(static_cast<unsigned int>(literal.size())) == VARN_OK;
 }
 
-// Takes what a rule covers; logs the message where that is nothing.
+// Takes the length that a rule covers as a piece; logs the message if that is 0.
 VARN_EXCEPTION_CODES takeMatch(SipStrStream& stream, unsigned int length, const char* message,
                                SipString& piece) {
   if (length == 0) {
@@ -102,21 +102,23 @@ Rule& numberRule(WY_SIP_TELURI_TYPE type) {
 
 }  // namespace
 
-// The array that getParameterNames() gives, and the names in it that are no list's.
+// The array that getParameterNames() returns, and the names of the dedicated parameters for it. The
+// other names belong to the list.
 struct TelAddress::NameArray {
-  // Returns an array of the given size; null without memory.
+  // Returns an array of this size; null if out of memory.
   static NameArray* make(std::size_t size) {
     Recorded<NameArray> array(newRecorded<NameArray>(kSourceFile));
     if (array == nullptr) {
       return nullptr;
     }
     array->names.reset(newRecordedArray<const SipString*>(kSourceFile, size));
-    const bool whole = array->names != nullptr && array->context.length() != 0 &&
-                       array->ext.length() != 0 && array->isub.length() != 0;
-    return whole ? array.release() : nullptr;
+    // A string made from a literal is empty if memory ran out for it.
+    const bool complete = array->names != nullptr && array->context.length() != 0 &&
+                          array->ext.length() != 0 && array->isub.length() != 0;
+    return complete ? array.release() : nullptr;
   }
 
-  // Empties the array where it has this name, which is about to go; null is in none.
+  // Empties the array if it has this name, which is about to be deleted; it never has null.
   void emptyFor(const SipString* name) const {
     const SipString** each = names.get();
     while (*each != nullptr && *each != name) {
@@ -133,7 +135,7 @@ struct TelAddress::NameArray {
   RecordedArray<const SipString*> names;
 };
 
-// A parameter with a place of its own, and what to log of an empty value for it.
+// A parameter that is a piece of the address, not of its list, and the log text for an empty value.
 struct TelAddress::DedicatedParam {
   // Returns the one of this name, letter case ignored; null for the name of any other parameter.
   static const DedicatedParam* find(const SipString& name);
@@ -196,7 +198,7 @@ const SipParam* TelAddress::nextParam(const SipParam* param) const {
 VARN_EXCEPTION_CODES TelAddress::setDisplayName(const SipString& displayName) {
   if (displayName.length() == 0) {
     displayName_.clear();
-    bracketed_ = 0;
+    bracketed_ = 0;  // brackets are written again only if the parameters need them
     return storeChange(VARN_OK);
   }
   return storeChange(replacePiece(displayName_, displayName, grammar::displayName,
@@ -293,7 +295,7 @@ VARN_EXCEPTION_CODES TelAddress::removeParameter(const SipString& name) {
         "TelAddress::removeParameter | trying to remove 'phone-context' from Local phone type");
     return storeCode(VARN_INVALID_INPUT);
   }
-  if (names_ != nullptr) {  // whoever holds the array reads no name that is gone
+  if (names_ != nullptr) {  // a caller may hold the array and must not read a deleted name
     const SipParam* param = params_.find(name);
     const SipString* listed = param == nullptr ? nullptr : &param->getName();
     names_->emptyFor(dedicated == nullptr ? listed : &(names_->*dedicated->listed));
@@ -345,6 +347,8 @@ VARN_EXCEPTION_CODES TelAddress::parseTelNameAddr(SipStrStream& stream, SipStrin
     logFailure(kSourceFile, "TelAddress::parseTelNameAddr | Input Parameter NULL");
     return VARN_INVALID_INPUT;
   }
+  // The order of the dedicated parameters is fixed, on purpose. One that comes later is
+  // refused by the list, as a duplicate.
   VARN_EXCEPTION_CODES code = takeOpening(stream, *displayName);
   if (code == VARN_OK) {
     code = takeNumber(stream, *phoneNumber);
@@ -377,6 +381,8 @@ VARN_EXCEPTION_CODES TelAddress::parse(const SipString& address) {
   BorrowedLWSStream stream(view(address));
   const VARN_EXCEPTION_CODES code = parseTelNameAddr(stream, &displayName_, &phoneNumber_, &isub_,
                                                      &extension_, &context_, &params_);
+  // Text after the URI is not checked, on purpose. The line below is only for a first piece that
+  // ran out of memory; the code alone does not show which one did.
   if (code == VARN_RESOURCE_FAILURE && displayName_.length() == 0 && phoneNumber_.length() == 0) {
     logFailure(kSourceFile, "TelAddress::TelAddress | SipLWSStrStream constructor failed");
   }

@@ -23,17 +23,18 @@ constexpr unsigned int kIsubLength = 6;
 constexpr unsigned int kExtLength = 5;
 constexpr unsigned int kContextLength = 15;
 
-// Returns how many bytes to escape before the stream is asked again whether it is done. To answer,
-// a SipLWSStrStream looks through a run of white space, with one answer for all of it: it is asked
-// once. A class of the caller's may answer anew for each byte.
+// Returns how many bytes to escape before the stream is asked again whether it is done. A
+// SipLWSStrStream answers the same for each byte of a run of white space, and scans the run for
+// each answer. It is asked once for the run, which keeps the time linear. A caller's class may
+// answer differently for each byte and is asked for each.
 unsigned int escapedLength(const SipStrStream& stream) {
   return &typeid(stream) == &typeid(SipLWSStrStream)
              ? std::max(unread(stream).run(0, kWhiteSpace), 1U)
              : 1;
 }
 
-// Makes room for what the rest of the stream becomes: each "%" counts as one to be escaped, a
-// little more than it takes.
+// Makes room for the converted rest of the stream. Each "%" counts as a byte to be escaped, which
+// may be a little more than needed.
 VARN_EXCEPTION_CODES reserveConverted(const SipStrStream& in, SipString& out) {
   std::uint64_t length = 0;
   unsigned int offset = 0;
@@ -47,6 +48,7 @@ VARN_EXCEPTION_CODES reserveConverted(const SipStrStream& in, SipString& out) {
   return out.reserve(static_cast<unsigned int>(length));
 }
 
+// Letters are written in lower case.
 VARN_EXCEPTION_CODES takePlain(SipStrStream& in, unsigned int count, SipString& out) {
   VARN_EXCEPTION_CODES code = VARN_OK;
   for (; count != 0 && code == VARN_OK; --count) {
@@ -56,7 +58,7 @@ VARN_EXCEPTION_CODES takePlain(SipStrStream& in, unsigned int count, SipString& 
   return code;
 }
 
-// "%" and two small hexadecimal digits for each byte
+// "%" and two lower-case hexadecimal digits for each byte
 VARN_EXCEPTION_CODES takeEscaped(SipStrStream& in, unsigned int count, SipString& out) {
   constexpr const char* kHexDigits = "0123456789abcdef";
   VARN_EXCEPTION_CODES code = VARN_OK;
@@ -103,11 +105,12 @@ SipString& TelAddress::toString() {
 }
 
 unsigned int TelAddress::getStringLength() const {
+  // Brackets that only the flag of the parsed text asks for are not counted; writeText() adds them.
   unsigned int length = getURIStringLength();
   if (displayName_.length() != 0) {
-    length = checkedSum(length, displayName_.length(), 3);
+    length = checkedSum(length, displayName_.length(), 3);  // " <" and ">"
   } else if (hasParameters()) {
-    length = checkedSum(length, 2);
+    length = checkedSum(length, 2);  // "<" and ">"
   }
   return length;
 }
@@ -115,6 +118,7 @@ unsigned int TelAddress::getStringLength() const {
 VARN_EXCEPTION_CODES TelAddress::convertTelToSipUserInfoSyntax(SipStrStream& in, SipString& out) {
   out.clear();
   VARN_EXCEPTION_CODES code = reserveConverted(in, out);
+  // done() of a caller's class may be false at the end of the text.
   while (code == VARN_OK && !in.done() && in.peek(0) != -1) {
     const unsigned int plain = matchOf<grammar::user>(in);
     code = plain != 0 ? takePlain(in, plain, out) : takeEscaped(in, escapedLength(in), out);
@@ -128,7 +132,7 @@ VARN_EXCEPTION_CODES TelAddress::toSipAddress(SipAddress& target) {
   SipString user;
   VARN_EXCEPTION_CODES code = convertToUser(user);
   if (code == VARN_OK && (name.length() == 0 || value.length() == 0)) {
-    code = VARN_RESOURCE_FAILURE;
+    code = VARN_RESOURCE_FAILURE;  // memory ran out for one of the two above
   }
   if (code == VARN_OK) {
     code = target.setUser(user);
@@ -137,6 +141,7 @@ VARN_EXCEPTION_CODES TelAddress::toSipAddress(SipAddress& target) {
     code = target.setDisplayName(displayName_);
   }
   if (code == VARN_OK) {
+    // Null is an empty list or a lack of memory; the code of the target shows which.
     if (target.getParameterNames() != nullptr) {
       target.clearParamList();
     } else {
@@ -154,7 +159,7 @@ bool TelAddress::hasParameters() const {
          params_.getStringLength() != 0;
 }
 
-// Appends the URI without its scheme to a text that gets the given length in all.
+// Appends the URI without its scheme to a text that will have this total length.
 VARN_EXCEPTION_CODES TelAddress::appendURI(SipString& out, unsigned int length) const {
   TextWriter writer(out, length);
   writer.write(phoneNumber_);

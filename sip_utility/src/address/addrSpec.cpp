@@ -1,4 +1,4 @@
-// addrSpec.cpp - the steps of an addr-spec, whose pieces are taken or only passed.
+// addrSpec.cpp - the steps of reading an addr-spec; each piece is stored or only skipped.
 #include "address/addrSpec.h"
 
 #include <string_view>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipAddress";
 
-// Takes a piece and passes the delimiter behind it.
+// Takes a piece and skips the one-byte delimiter after it.
 VARN_EXCEPTION_CODES takeDelimited(SipStrStream& stream, unsigned int length, SipString* piece) {
   const VARN_EXCEPTION_CODES code = takePiece(stream, length, piece);
   if (code == VARN_OK) {
@@ -35,7 +35,7 @@ VARN_EXCEPTION_CODES takeScheme(SipStrStream& stream, SipString* scheme) {
   return takeDelimited(stream, length, scheme);
 }
 
-// [ userinfo "@" ]: without the "@" the same bytes are the host's
+// [ userinfo "@" ]: without the "@" the same bytes belong to the host
 VARN_EXCEPTION_CODES takeUserInfo(SipStrStream& stream, SipString* user) {
   const unsigned int length = matchOf<grammar::userInfo>(stream);
   if (length == 0 || !unread(stream).has(length, '@')) {
@@ -53,7 +53,7 @@ VARN_EXCEPTION_CODES takeHost(SipStrStream& stream, SipString* host) {
   return takePiece(stream, length, host);
 }
 
-// [ ":" port ]
+// [ ":" port ]: checked also where it is not stored
 VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort* port) {
   if (!unread(stream).has(0, ':')) {
     return VARN_OK;
@@ -84,7 +84,7 @@ VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, const AddrSpecPieces& pi
   if (code == VARN_OK) {
     code = takeParams(stream, pieces.params);
   }
-  if (code == VARN_OK) {
+  if (code == VARN_OK) {  // headers are not stored; faulty ones are left in the stream
     SipStringAccess::advance(stream, matchOf<grammar::uriHeaders>(stream));
   }
   return code;

@@ -1,4 +1,4 @@
-// pieceSetter.cpp - replaces one piece of an address by a checked value.
+// pieceSetter.cpp - replaces one piece of an address with a checked value.
 #include "address/pieceSetter.h"
 
 #include "base/log.h"
@@ -24,7 +24,7 @@ VARN_EXCEPTION_CODES replacePiece(SipString& piece, const SipString& value, Rule
     logFailure(sourceFile, messages.trailing, 0, 0, line);
     return VARN_INVALID_INPUT;
   }
-  // With the room there, the assignment cannot fail and take the old piece with it.
+  // After this the assignment cannot fail; a failed one would lose the old piece.
   if (piece.reserve(taken.length()) != VARN_OK) {
     logFailure(sourceFile, messages.assignment, 0, 0, line);
     return VARN_RESOURCE_FAILURE;

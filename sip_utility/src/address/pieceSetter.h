@@ -1,11 +1,11 @@
-// pieceSetter.h - replaces one piece of an address by a checked value.
+// pieceSetter.h - replaces one piece of an address with a checked value.
 #ifndef SIPUTILITY_ADDRESS_PIECE_SETTER_H
 #define SIPUTILITY_ADDRESS_PIECE_SETTER_H
 
 #include "grammar/grammar.h"
 #include "wySipString.h"
 
-// What a setter logs, by the step that failed.
+// What a setter logs, one text for each step that can fail.
 struct PieceMessages {
   const char* stream;
   const char* parsing;
@@ -14,8 +14,8 @@ struct PieceMessages {
   const char* assignment;
 };
 
-// Replaces the piece by the value, white space around it dropped, where the rule covers all the
-// rest; else logs why not (level 4) and changes nothing.
+// Replaces the piece with the value if the rule covers all of it. White space around the value is
+// dropped. Otherwise logs the reason (level 4) and changes nothing.
 // Fails: VARN_INVALID_INPUT, VARN_RESOURCE_FAILURE.
 VARN_EXCEPTION_CODES replacePiece(SipString& piece, const SipString& value, Rule& rule,
                                   const PieceMessages& messages, const char* sourceFile,

@@ -3,7 +3,7 @@
 
 namespace {
 
-// One header of a URI behind its "?" or "&": 1*hnv-char "=" *hnv-char
+// One header of a URI, after its "?" or "&": 1*hnv-char "=" *hnv-char
 unsigned int uriHeaderLength(Unread text, unsigned int offset) {
   const unsigned int name = matchOf<grammar::headerChars>(text, offset);
   if (name == 0 || !text.has(checkedSum(offset, name), '=')) {
@@ -14,6 +14,7 @@ unsigned int uriHeaderLength(Unread text, unsigned int offset) {
 
 }  // namespace
 
+// scheme = ALPHA *( ALPHA / DIGIT / "+" / "-" / "." )
 unsigned int grammar::scheme(Unread text, unsigned int offset) {
   if (!text.has(offset, kAlpha)) {
     return 0;
@@ -21,6 +22,7 @@ unsigned int grammar::scheme(Unread text, unsigned int offset) {
   return checkedSum(1, matchOf<charSet<kSchemeTrailing>>(text, checkedSum(offset, 1)));
 }
 
+// user [ ":" password ]: the password may be empty
 unsigned int grammar::userInfo(Unread text, unsigned int offset) {
   const unsigned int userCount = matchOf<user>(text, offset);
   if (userCount == 0 || !text.has(checkedSum(offset, userCount), ':')) {
@@ -29,6 +31,7 @@ unsigned int grammar::userInfo(Unread text, unsigned int offset) {
   return checkedSum(userCount, 1, matchOf<password>(text, checkedSum(offset, userCount, 1)));
 }
 
+// token *( LWS token ) / quoted-string: stops before LWS that no token follows
 unsigned int grammar::displayName(Unread text, unsigned int offset) {
   unsigned int count = matchOf<token>(text, offset);
   if (count == 0) {
@@ -47,6 +50,7 @@ unsigned int grammar::displayName(Unread text, unsigned int offset) {
   }
 }
 
+// "?" header *( "&" header ): a fault in one header refuses them all
 unsigned int grammar::uriHeaders(Unread text, unsigned int offset) {
   if (!text.has(offset, '?')) {
     return 0;

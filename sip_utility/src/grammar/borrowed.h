@@ -1,7 +1,7 @@
-// borrowed.h - strings and cursors over bytes that someone else owns.
+// borrowed.h - strings and cursors over bytes of another owner, for reading without a copy.
 //
-// For the library's own reading: the bytes stay where they are, as they are, for as long as the
-// borrower lives.
+// The bytes must stay in place and unchanged for the lifetime of the borrower.
+// SipStringAccess::lend() says what may be done with a lent string.
 #ifndef SIPUTILITY_GRAMMAR_BORROWED_H
 #define SIPUTILITY_GRAMMAR_BORROWED_H
 
@@ -12,7 +12,7 @@
 
 namespace siputility {
 
-// A string without a terminating zero.
+// A string for an operation that reads it by its length; its c_str() is not terminated.
 class BorrowedString {
  public:
   explicit BorrowedString(std::string_view bytes) { SipStringAccess::lend(text_, bytes); }
@@ -26,14 +26,14 @@ class BorrowedString {
   SipString text_;
 };
 
-// A cursor from the first byte.
+// A cursor that starts at the first byte.
 class BorrowedStream : public SipStrStream {
  public:
   explicit BorrowedStream(std::string_view bytes) { SipStringAccess::lend(*this, bytes); }
   ~BorrowedStream() override { SipStringAccess::takeBack(*this); }
 };
 
-// A cursor over text with linear white space around it.
+// A cursor over text with linear white space around it; it starts after the leading one.
 class BorrowedLWSStream : public SipLWSStrStream {
  public:
   explicit BorrowedLWSStream(std::string_view bytes) {

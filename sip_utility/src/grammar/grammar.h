@@ -1,9 +1,9 @@
 // grammar.h - the rules of the SIP and tel grammars over plain bytes.
 //
-// A rule says how many bytes of a text it covers at an offset, 0 for none. It only looks, and it
-// never fails. The exported matchers (wySipMatch.h, wySipHeaderMatch.h, wyTelAddressMatch.h) ask
-// these rules. text.cpp, host.cpp, address.cpp, telephone.cpp and headerValue.cpp hold them; rules
-// ask each other through matchOf().
+// A rule returns how many bytes of a text it covers at an offset, 0 for no match. It changes
+// nothing and has no other way to fail. The exported matchers (wySipMatch.h, wySipHeaderMatch.h,
+// wyTelAddressMatch.h) call these rules. Each rule is in the source named above its declaration.
+// Rules call each other through matchOf().
 #ifndef SIPUTILITY_GRAMMAR_GRAMMAR_H
 #define SIPUTILITY_GRAMMAR_GRAMMAR_H
 
@@ -13,8 +13,8 @@
 #include "base/checkedMath.h"
 #include "base/stringAccess.h"
 
-// The unread rest of a stream: bytes that someone else owns. Offsets count from the first unread
-// byte. They may lie past the end, where nothing matches.
+// The unread rest of a stream; the stream owns the bytes. Offsets count from the first unread byte.
+// An offset may be past the end, where nothing matches.
 struct Unread {
   // Returns the byte at the offset as 0 to 255, -1 at the end and past it.
   int peek(unsigned int offset) const {
@@ -31,7 +31,7 @@ struct Unread {
     return offset < length && isIn(charClass, bytes[offset]);
   }
 
-  // Returns whether this text is at the offset, letter case included.
+  // Returns whether this text is at the offset, in the same letter case.
   bool has(unsigned int offset, std::string_view text) const {
     return from(offset).substr(0, text.size()) == text;
   }
@@ -61,14 +61,13 @@ struct Unread {
   unsigned int length;
 };
 
-// Returns what a stream has left, until the stream next moves.
+// Returns the unread bytes of a stream. They are no longer the unread ones once the stream moves.
 inline Unread unread(const SipStrStream& stream) {
   const std::string_view rest = SipStringAccess::rest(stream);
   return {rest.data(), static_cast<unsigned int>(rest.size())};
 }
 
-// As unread(), for what looks at the offset: position + offset must not wrap, which ends the
-// process.
+// As unread(), for a match at the offset. Ends the process when position + offset wraps.
 inline Unread unreadFor(const SipStrStream& stream, unsigned int offset) {
   checkedSum(stream.pos(), offset);
   return unread(stream);
@@ -76,8 +75,8 @@ inline Unread unreadFor(const SipStrStream& stream, unsigned int offset) {
 
 using Rule = unsigned int(Unread text, unsigned int offset);
 
-// Reports an offset past the end of a text as a failed assertion. In wySipMatch.cpp, whatever the
-// rule: SipMatch::match() is the place that asserts.
+// Reports an offset past the end of a text as a failed assertion. It is defined in wySipMatch.cpp:
+// the report names the file of SipMatch::match(), whatever the rule.
 [[gnu::cold]] void reportPastEnd();
 
 // Reports an offset or the end of a match past the end of the text as a failed assertion.
@@ -87,8 +86,9 @@ inline void assertWithin(unsigned int offset, Unread text) {
   }
 }
 
-// Returns how many bytes a rule covers, as SipMatch::match() does: it reports what lies outside
-// the text.
+// Returns how many bytes a rule covers. Like SipMatch::match(), it reports an offset or an end
+// outside the text as a failed assertion. Each rule that is asked on the way reports for itself, so
+// that a bad offset is reported as often as by matchers that ask each other.
 template <Rule* rule>
 [[gnu::always_inline]] inline unsigned int matchOf(Unread text, unsigned int offset) {
   assertWithin(offset, text);
@@ -97,7 +97,7 @@ template <Rule* rule>
   return count;
 }
 
-// Returns how many of the bytes next to be read a rule covers.
+// Returns how many of the next unread bytes a rule covers.
 template <Rule* rule>
 [[gnu::always_inline]] inline unsigned int matchOf(const SipStrStream& stream) {
   return matchOf<rule>(unread(stream), 0);
@@ -138,25 +138,27 @@ inline constexpr Rule& digits = charSet<kDigit>;
 inline constexpr Rule& hexDigits = charSet<kHexDigit>;
 inline constexpr Rule& uric = escapedCharSet<kUric>;
 
-// LWS whose first byte is there; lws() below tests that first.
+// LWS, once its first byte has been seen. lws() tests that byte inline: mostly there is no LWS.
 unsigned int lwsFrom(Unread text, unsigned int offset);
 
 inline unsigned int lws(Unread text, unsigned int offset) {
   return text.has(offset, kLwsStart) ? lwsFrom(text, offset) : 0;
 }
 
-// [LWS] separator [LWS]; separated() below first tries a separator without LWS.
-unsigned int separatedByLws(char separator, Unread text, unsigned int offset);
+// [LWS] byte [LWS]. separator() handles a byte without LWS inline and leaves the rest to
+// separatorWithLws(), also a separator that is itself white space.
+unsigned int separatorWithLws(char byte, Unread text, unsigned int offset);
 
-inline unsigned int separated(char separator, Unread text, unsigned int offset) {
-  const bool alone = !isIn(kLwsStart, separator) && text.has(offset, separator) &&
+inline unsigned int separator(char byte, Unread text, unsigned int offset) {
+  const bool alone = !isIn(kLwsStart, byte) && text.has(offset, byte) &&
                      !text.has(checkedSum(offset, 1), kLwsStart);
-  return alone ? 1 : separatedByLws(separator, text, offset);
+  return alone ? 1 : separatorWithLws(byte, text, offset);
 }
 
-// Says what counts as a quote: the length of the quote at the offset, 0 for none.
+// Decides what counts as a quote.
 class QuoteRule {
  public:
+  // Returns the length of the quote at the offset, 0 for none.
   virtual unsigned int quoteAt(unsigned int offset) const = 0;
 
  protected:
@@ -166,7 +168,7 @@ class QuoteRule {
 Rule quotedString;
 Rule utf8NonAscii;
 
-// As quotedString, by what a caller counts as a quote; null for the double quote.
+// As quotedString, with the quotes of the rule. Null means the double quote.
 unsigned int quotedStringBy(const QuoteRule* rule, Unread text, unsigned int offset);
 
 // host.cpp
@@ -179,7 +181,7 @@ Rule h16;
 Rule ipv6Address;
 Rule host;
 
-// Returns the run, the count of label characters at the offset, where it is a label; else 0.
+// Returns the run if it is a label, else 0. The run is the count of label characters at the offset.
 unsigned int labelOf(Unread text, unsigned int offset, unsigned int run);
 
 // address.cpp
@@ -193,11 +195,13 @@ inline constexpr Rule& paramChars = escapedCharSet<kParamChar>;
 inline constexpr Rule& headerChars = escapedCharSet<kHNameValue>;
 Rule uriHeaders;
 
-// telephone.cpp: these match at the first byte, whatever the offset
+// telephone.cpp
 
-inline constexpr Rule& telParamName = charSet<kLabel>;  // at the offset
+inline constexpr Rule& telParamName = charSet<kLabel>;
 inline constexpr Rule& phoneDigits = charSet<kPhoneDigit>;
 inline constexpr Rule& phoneDigitsHex = charSet<kPhoneDigitHex>;
+
+// These three match at the first unread byte, whatever the offset. Callers rely on it.
 Rule globalPhoneNumber;
 Rule localPhoneNumber;
 Rule phoneContext;
@@ -206,13 +210,14 @@ Rule phoneContext;
 
 Rule absoluteUri;
 
-// Reads the addresses in brackets of one value; each returns the bytes to count, 0 for a refusal.
+// Reads the addresses in brackets of one value. Each operation returns the number of bytes that the
+// bracket counts for, 0 for a refusal.
 class BracketReader {
  public:
   // "<" addr-spec ">" at the offset.
   virtual unsigned int sip(unsigned int offset) = 0;
 
-  // A tel URI, read from the first byte of the text.
+  // A tel URI, read from the first byte of the text, wherever the "<" is.
   virtual unsigned int tel() = 0;
 
  protected:

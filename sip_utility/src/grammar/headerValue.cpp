@@ -1,12 +1,14 @@
-// headerValue.cpp - what of a header's text is its value: runs, brackets, absolute URIs.
+// headerValue.cpp - the part of a header's text that is its value: runs, brackets, absolute URIs.
 #include "base/log.h"
 #include "grammar/grammar.h"
 
 namespace {
 
+// The rules log as the family of their matchers.
 constexpr const char* kSourceFile = "sip_utility/src/wySipHeaderMatch";
 
-// A quoted string or a bracket, and whether the run ends with it.
+// A quoted string or a bracket, and whether the run ends with it. A refused piece ends the run too
+// early: the run then stops before it, and the caller fails on what follows.
 struct Piece {
   unsigned int length;
   bool last;
@@ -17,7 +19,10 @@ Piece quotedPiece(Unread text, unsigned int offset) {
   return {length, length == 0};
 }
 
-// "<" addr-spec ">" / "<tel:" ... / "<" absoluteURI ">", the last for no SIP URI
+// "<" addr-spec ">" / "<tel:" ... / "<" absoluteURI ">"
+//
+// A SIP URI that is no addr-spec is faulty and is not tried as an absolute URI; a faulty tel URI
+// is. A sound tel URI ends the run: its length is that of its written form, not of the bytes here.
 Piece bracketedPiece(Unread text, unsigned int offset, grammar::BracketReader& brackets) {
   const unsigned int address = brackets.sip(offset);
   if (address != 0) {
@@ -38,7 +43,7 @@ Piece bracketedPiece(Unread text, unsigned int offset, grammar::BracketReader& b
   return {checkedSum(uri, 2), false};
 }
 
-// A run that its value asks for.
+// As headerValueRun(), with the reports of matchOf(), which takes no rule with a reader.
 unsigned int runOf(Unread text, unsigned int offset, grammar::BracketReader& brackets) {
   assertWithin(offset, text);
   const unsigned int count = grammar::headerValueRun(text, offset, brackets);
@@ -48,6 +53,7 @@ unsigned int runOf(Unread text, unsigned int offset, grammar::BracketReader& bra
 
 }  // namespace
 
+// scheme ":" 1*uric, without "/" after the colon: only opaque URIs
 unsigned int grammar::absoluteUri(Unread text, unsigned int offset) {
   const unsigned int schemeCount = matchOf<scheme>(text, offset);
   if (schemeCount == 0 || !text.has(checkedSum(offset, schemeCount), ':')) {
@@ -61,6 +67,10 @@ unsigned int grammar::absoluteUri(Unread text, unsigned int offset) {
   return uricCount == 0 ? 0 : checkedSum(schemeCount, 1, uricCount);
 }
 
+// *( visible character but " < > ; / quoted-string / bracket )
+//
+// A run ends before white space, ";" and the end of the text. Any other byte that no piece begins
+// with, such as ">" or 0x80, refuses the complete run.
 unsigned int grammar::headerValueRun(Unread text, unsigned int offset, BracketReader& brackets) {
   unsigned int count = 0;
   for (;;) {
@@ -83,7 +93,7 @@ unsigned int grammar::headerValueRun(Unread text, unsigned int offset, BracketRe
   }
 }
 
-// *( run LWS ) run: stops before white space that no run follows.
+// run *( LWS run ): stops before LWS that no run follows
 unsigned int grammar::headerValue(Unread text, unsigned int offset, BracketReader& brackets) {
   unsigned int count = runOf(text, offset, brackets);
   for (unsigned int more = count; more != 0;) {

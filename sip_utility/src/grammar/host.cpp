@@ -11,7 +11,7 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipMatch";
 constexpr unsigned int kIpv6Groups = 8;
 constexpr unsigned int kIpv4TailGroups = 2;
 
-// Returns whether three digits read 100 to 255.
+// Returns whether three digits are a number from 100 to 255.
 bool octetOfThree(int first, int second, int third) {
   if (first == '1') {
     return true;
@@ -19,7 +19,8 @@ bool octetOfThree(int first, int second, int third) {
   return first == '2' && (second <= '4' || (second == '5' && third <= '5'));
 }
 
-// The walk over the groups of an IPv6 address.
+// The walk over the groups of an IPv6 address. An address has room for eight groups; "::" takes one
+// of them, so seven at most can be written beside it.
 class Ipv6Walk {
  public:
   Ipv6Walk(Unread text, unsigned int offset)
@@ -43,7 +44,8 @@ class Ipv6Walk {
     ended_ = true;
   }
 
-  // One colon or double colon and the group or IPv4 tail behind it.
+  // Takes ":" or "::" and the group or IPv4 tail after it. Once there was a "::", the address may
+  // end anywhere; before, it is refused unless all its groups are there.
   void step() {
     if (groupsLeft_ == 0) {
       end(count_);
@@ -51,13 +53,14 @@ class Ipv6Walk {
       end(compressed_ ? count_ : 0);
     } else if (const unsigned int start = passColons(); start == 0 || groupsLeft_ == 0) {
       end(start);
-    } else if (!tail(start)) {
-      group(start);
+    } else if (!takeTail(start)) {
+      takeGroup(start);
     }
   }
 
-  // Returns the count up to where the next group starts: behind the colon, or behind both of a
-  // first "::", which takes a group of its own. 0 for an address that begins with one colon.
+  // Returns the count up to the next group: past the colon, or past both of the first "::". 0 for
+  // an address that begins with one colon. A second "::" is not looked for: the match then ends
+  // after the first of its colons, on purpose.
   unsigned int passColons() {
     const unsigned int start = checkedSum(count_, 1);
     if (compressed_) {
@@ -71,8 +74,9 @@ class Ipv6Walk {
     return count_ == 0 ? 0 : start;
   }
 
-  // An IPv4 address stands for the last two groups; it is tried before the group.
-  bool tail(unsigned int start) {
+  // Takes an IPv4 address in place of the last two groups. It is tried before a group, since the
+  // digits of its first octet would pass for one. Returns whether there is one, and ends the walk.
+  bool takeTail(unsigned int start) {
     if (groupsLeft_ < kIpv4TailGroups) {
       return false;
     }
@@ -84,7 +88,7 @@ class Ipv6Walk {
     return true;
   }
 
-  void group(unsigned int start) {
+  void takeGroup(unsigned int start) {
     const unsigned int count = matchOf<grammar::h16>(text_, checkedSum(offset_, start));
     if (count == 0) {
       end(compressed_ ? start : 0);
@@ -104,7 +108,7 @@ class Ipv6Walk {
 
 }  // namespace
 
-// A run of label characters that begins or ends with "-" is none.
+// A run of label characters that begins or ends with "-" is no label, nor is a part of it.
 unsigned int grammar::labelOf(Unread text, unsigned int offset, unsigned int run) {
   const std::string_view label = text.from(offset).substr(0, run);
   return label.empty() || label.front() == '-' || label.back() == '-' ? 0 : run;
@@ -114,6 +118,7 @@ unsigned int grammar::label(Unread text, unsigned int offset) {
   return labelOf(text, offset, text.run(offset, kLabel));
 }
 
+// *( label "." ) toplabel [ "." ]: the last label begins with a letter, unlike an IPv4 octet
 unsigned int grammar::hostname(Unread text, unsigned int offset) {
   unsigned int end = offset;
   bool lastBeginsWithLetter = false;
@@ -132,6 +137,7 @@ unsigned int grammar::hostname(Unread text, unsigned int offset) {
   return lastBeginsWithLetter ? end - offset : 0;
 }
 
+// 0 to 255 without leading zeros; more digits are refused, not cut
 unsigned int grammar::decOctet(Unread text, unsigned int offset) {
   const unsigned int count = matchOf<digits>(text, offset);
   const int first = text.peek(offset);
@@ -149,6 +155,7 @@ unsigned int grammar::decOctet(Unread text, unsigned int offset) {
   }
 }
 
+// dec-octet 3( "." dec-octet )
 unsigned int grammar::ipv4Address(Unread text, unsigned int offset) {
   unsigned int count = matchOf<decOctet>(text, offset);
   if (count == 0) {
@@ -169,6 +176,7 @@ unsigned int grammar::ipv4Address(Unread text, unsigned int offset) {
   return count;
 }
 
+// 1*4HEXDIG; more digits are refused, not cut
 unsigned int grammar::h16(Unread text, unsigned int offset) {
   const unsigned int count = matchOf<hexDigits>(text, offset);
   return count <= 4 ? count : 0;
@@ -178,12 +186,13 @@ unsigned int grammar::ipv6Address(Unread text, unsigned int offset) {
   return Ipv6Walk(text, offset).length();
 }
 
+// hostname / IPv4address / "[" IPv6address "]"
 unsigned int grammar::host(Unread text, unsigned int offset) {
   const int c = text.peek(offset);
   if (c == '[') {
     const unsigned int address = matchOf<ipv6Address>(text, checkedSum(offset, 1));
     if (address == 0) {
-      return 1;  // the bracket alone; the caller fails on what follows
+      return 1;  // the bracket alone, as meant: the caller fails on what follows
     }
     if (!text.has(checkedSum(offset, 1, address), ']')) {
       logTrace(kSourceFile, "SipMatchHost ']' missing");

@@ -20,8 +20,9 @@ bool anyIsIn(CharClass charClass, Unread text, unsigned int offset, unsigned int
 
 }  // namespace
 
-// These rules match at the first byte, whatever the offset; callers know it so.
+// The rules below match at the first unread byte, whatever the offset. Callers rely on it.
 
+// "+" 1*phonedigit, one of them a digit
 unsigned int grammar::globalPhoneNumber(Unread text, unsigned int /*offset*/) {
   if (!text.has(0, '+')) {
     logTrace(kSourceFile,
@@ -40,6 +41,7 @@ unsigned int grammar::globalPhoneNumber(Unread text, unsigned int /*offset*/) {
   return checkedSum(count, 1);
 }
 
+// 1*phonedigit-hex, one of them no visual separator
 unsigned int grammar::localPhoneNumber(Unread text, unsigned int /*offset*/) {
   const unsigned int count = matchOf<phoneDigitsHex>(text, 0);
   if (count == 0) {
@@ -55,6 +57,7 @@ unsigned int grammar::localPhoneNumber(Unread text, unsigned int /*offset*/) {
   return count;
 }
 
+// hostname / global-phone-number
 unsigned int grammar::phoneContext(Unread text, unsigned int /*offset*/) {
   unsigned int count = matchOf<hostname>(text, 0);
   if (count == 0) {

@@ -11,7 +11,7 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipMatch";
 constexpr unsigned int kFirstNonAscii = 0x80;
 constexpr int kDelete = 0x7F;
 
-// LWS inside quotes
+// LWS inside quotes. No LWS begins with LF, so a lone LF is logged as invalid LWS.
 unsigned int quotedWhiteSpaceLength(Unread text, unsigned int offset) {
   const unsigned int count = matchOf<grammar::lws>(text, offset);
   if (count == 0) {
@@ -20,7 +20,8 @@ unsigned int quotedWhiteSpaceLength(Unread text, unsigned int offset) {
   return count;
 }
 
-// quoted-pair = "\" any byte but CR and LF
+// quoted-pair = "\" any byte but CR and LF. A backslash at the end of the text counts 2 as well;
+// the next piece then meets the end.
 unsigned int quotedPairLength(Unread text, unsigned int offset) {
   const int escaped = text.peek(checkedSum(offset, 1));
   if (escaped == '\r' || escaped == '\n') {
@@ -66,7 +67,8 @@ unsigned int quotedPieceLength(Unread text, unsigned int offset) {
   return 1;
 }
 
-// Returns how many continuation bytes a lead byte of UTF8-NONASCII asks for; 0 for no lead byte.
+// Returns how many continuation bytes follow a lead byte of UTF8-NONASCII; 0 for no lead byte. RFC
+// 3261 allows characters of up to six bytes and does not exclude overlong forms.
 unsigned int continuationCount(int lead) {
   if (lead < 0xC0 || lead > 0xFD) {
     return 0;
@@ -85,6 +87,10 @@ unsigned int continuationCount(int lead) {
 
 }  // namespace
 
+// [ *WSP CRLF ] 1*WSP, all or nothing
+//
+// White space before a CR is no LWS of its own: the CR must begin a fold. LWS has at most one fold,
+// so a fold before another CR is no LWS either.
 unsigned int grammar::lwsFrom(Unread text, unsigned int offset) {
   const unsigned int leading = text.run(offset, kWhiteSpace);
   const unsigned int fold = checkedSum(offset, leading);
@@ -101,16 +107,17 @@ unsigned int grammar::lwsFrom(Unread text, unsigned int offset) {
   return checkedSum(leading, 2, trailing);
 }
 
-unsigned int grammar::separatedByLws(char separator, Unread text, unsigned int offset) {
+unsigned int grammar::separatorWithLws(char byte, Unread text, unsigned int offset) {
   const unsigned int leading = matchOf<lws>(text, offset);
-  if (!text.has(checkedSum(offset, leading), separator)) {
+  if (!text.has(checkedSum(offset, leading), byte)) {
     return 0;
   }
   return checkedSum(leading, 1, matchOf<lws>(text, checkedSum(offset, leading, 1)));
 }
 
-// DQUOTE *( piece ) DQUOTE. Where the double quote alone is a quote, the loop passes runs of plain
-// characters at once.
+// quote *( piece ) quote
+//
+// Without a caller's rule, no plain character is a quote, so the loop skips runs of them.
 unsigned int grammar::quotedStringBy(const QuoteRule* rule, Unread text, unsigned int offset) {
   const auto quoteAt = [rule, text](unsigned int at) {
     return rule == nullptr ? static_cast<unsigned int>(text.has(at, '"')) : rule->quoteAt(at);
@@ -134,6 +141,7 @@ unsigned int grammar::quotedString(Unread text, unsigned int offset) {
   return quotedStringBy(nullptr, text, offset);
 }
 
+// One character of two to six bytes, continuation bytes 0x80 to 0xBF
 unsigned int grammar::utf8NonAscii(Unread text, unsigned int offset) {
   const unsigned int continuations = continuationCount(text.peek(offset));
   for (unsigned int i = 1; i <= continuations; ++i) {
