@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: consumer.sh PREFIX WORK_DIRECTORY GENERATOR COMPILER
 # Builds examples/consumer against the library installed under PREFIX, with its CMake package and
-# with pkg-config, and holds what the programs print against what they should.
+# with pkg-config, and compares what the programs print with what they should print.
 set -euo pipefail
 
 source=$(dirname "$(dirname "$(readlink -f "$0")")")/examples/consumer
@@ -14,7 +14,7 @@ cmake --build "$work/cmake"
 
 PKG_CONFIG_PATH=$(dirname "$(find "$1" -name siputility.pc)")
 export PKG_CONFIG_PATH
-# pkg-config writes a blank of a path as a shell would, and so does xargs read it.
+# pkg-config escapes a blank in a path as a shell does, and xargs reads it so.
 ask() { pkg-config "$@" | xargs printf '%s\n'; }
 mapfile -t flags < <(ask --cflags --libs siputility siputility-host)
 "$compiler" -std=c++17 -o "$work/consumer" "$source/consumer.cpp" "${flags[@]}" \

@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # Usage: example.sh SOURCE_DIRECTORY PAGE NAME PROGRAM
-# Holds the C++ and the output that a page shows behind the words `examples/NAME.cpp`, or first if it
-# does not have them, against that file, its first line left out, and what the program prints.
+# Compares the C++ and the output that a page shows with examples/NAME.cpp, without its first line,
+# and with what the program prints. They are the first such blocks after the words
+# `examples/NAME.cpp`, or of the page if it does not have these words.
 set -euo pipefail
 
-block() { # LANGUAGE: what stands in the first such block behind those words
-  awk -v words="$words" -v fence="\`\`\`$1" -v behind="$first" '
-    index($0, words) {behind = 1}
+block() { # LANGUAGE: the content of the first such block after those words
+  awk -v words="$words" -v fence="\`\`\`$1" -v after="$first" '
+    index($0, words) {after = 1}
     inside && $0 == "```" {exit}
     inside
-    behind && $0 == fence {inside = 1}' "$page"
+    after && $0 == fence {inside = 1}' "$page"
 }
 
 cd "$1"

@@ -1,5 +1,5 @@
-// failStopTest.cpp - the fail-stop on impossible copies, and the guard against taking it for a
-// good end.
+// failStopTest.cpp - the fail-stop on impossible copies, and the guard that makes a test program
+// notice it.
 #include "base/failStop.h"
 
 #include <unistd.h>

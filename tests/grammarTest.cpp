@@ -1,4 +1,4 @@
-// grammarTest.cpp - holds the table of docs/grammar.md against the matchers.
+// grammarTest.cpp - compares the table of docs/grammar.md with the matchers.
 #include <cstdlib>
 #include <fstream>
 #include <functional>
@@ -72,7 +72,7 @@ std::string contentOf(const std::string& file) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-// Returns the names of the matchers that the headers declare, but those of bases.
+// Returns the names of the matchers that the headers declare, without base classes.
 std::set<std::string> declaredMatchers() {
   std::set<std::string> names;
   for (const char* header : {"wySipMatch.h", "wySipHeaderMatch.h", "wyTelAddressMatch.h"}) {
@@ -89,7 +89,7 @@ std::set<std::string> declaredMatchers() {
   return names;
 }
 
-// Returns a text of the table as the bytes it stands for; any other backslash is one.
+// Returns the bytes that a text of the table means; a backslash without a meaning is a byte.
 std::string bytesOf(const std::string& written) {
   std::string bytes;
   for (std::size_t i = 0; i < written.size(); ++i) {
@@ -109,7 +109,7 @@ std::string bytesOf(const std::string& written) {
 
 class GrammarPage : public LibraryTest {
  protected:
-  // Asks for a text of the table; accepted means whole.
+  // Checks a text of the table; accepted means that the match covers all of it.
   void expectCount(const std::string& name, const std::string& written, const std::string& count,
                    bool accepted) {
     const auto found = matchers_.find(name);

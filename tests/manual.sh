@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Usage: manual.sh SIPUTIL SHARE_DIRECTORY
-# Holds the manual page and the completions for bash against the commands and options that the
+# Compares the manual page and the completions for bash with the commands and options that the
 # program's --help lists.
 set -euo pipefail
 

@@ -1,4 +1,4 @@
-// messageCompressionTest.cpp - gzip data made and read, against zlib's own writer and reader.
+// messageCompressionTest.cpp - gzip data written and read, compared with zlib itself.
 #include <zlib.h>
 
 #include <vector>
@@ -30,8 +30,8 @@ std::string zipped(std::string text, int level = -1, int memoryLevel = 4) {
   return result;
 }
 
-// Returns what zlib reads in one run, with room for 60 times the data. Says whether nothing was
-// wrong: the stream or the data came to their end.
+// Returns what zlib reads in one run, with room for 60 times the data. Shows also whether the data
+// was sound: the stream or the data came to their end.
 std::string unzipped(std::string data, bool& good) {
   z_stream stream = {};
   EXPECT_EQ(Z_OK, inflateInit2(&stream, kGzip));
@@ -47,7 +47,7 @@ std::string unzipped(std::string data, bool& good) {
   return result;
 }
 
-// Each gives the result of the library; "-" for none, *output being left alone then.
+// Each returns the result of the library; "-" for none, which leaves *output as it is.
 template <typename Operation>
 std::string resultOf(Operation operation) {
   unsigned char untouched = 0;
@@ -89,7 +89,7 @@ std::string noise(std::size_t length) {
 
 const char* const kError = "4 6062 sip_utility/src/wySipUtils | DeCompressGzipData | ERROR";
 
-TEST_F(MessageCompressionTest, WritesWhatASingleRunWritesWhereItFits) {
+TEST_F(MessageCompressionTest, WritesTheBytesOfASingleRunIfTheyFit) {
   bool exactFit = false;
   bool oneTooLong = false;
   for (std::size_t length = 0; length <= 400; ++length) {
@@ -130,12 +130,12 @@ TEST_F(MessageCompressionTest, ReadsWhatZlibWrites) {
 TEST_F(MessageCompressionTest, ReadsPiecesAndDamagedDataAsZlibDoes) {
   std::string text = noise(40);
   text += text + "text text text";
-  const std::string whole = zipped(text);
+  const std::string all = zipped(text);
   std::vector<std::string> inputs = {noise(50), "\x1F\x8B"};
-  for (std::size_t i = 0; i < whole.size(); ++i) {
-    inputs.push_back(whole.substr(0, i));
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    inputs.push_back(all.substr(0, i));
     for (const char flip : {'\x01', '\x80', '\xFF'}) {
-      inputs.push_back(whole);
+      inputs.push_back(all);
       inputs.back()[i] = static_cast<char>(inputs.back()[i] ^ flip);
     }
   }
@@ -176,7 +176,7 @@ TEST_F(MessageCompressionTest, RefusesNull) {
   EXPECT_EQ(&byte, output);
 }
 
-TEST_F(MessageCompressionTest, ReportsWhereThereIsNoMemory) {
+TEST_F(MessageCompressionTest, ReportsOutOfMemory) {
   std::string text(300, 'a');
   std::string data = zipped(text);
   for (const bool expands : {false, true}) {

@@ -1,4 +1,4 @@
-// platformTest.cpp - the host platform, where the library does not show it.
+// platformTest.cpp - what the host platform does that no test of the library shows.
 #include <algorithm>
 #include <climits>
 #include <cstdio>
@@ -121,7 +121,7 @@ TEST_F(PlatformTest, WritesAddressesAsRecordsThatAreEqualWhereFamilyAndAddressAr
   }
 }
 
-TEST_F(PlatformTest, QuotesWhatMayNotStandInAUserPartAsFarAsThereIsRoom) {
+TEST_F(PlatformTest, QuotesBytesThatAUserPartCannotHoldAsFarAsThereIsRoom) {
   const auto quoted = [](std::string_view text, unsigned int size) {
     const auto out = std::make_unique<char[]>(size);
     wyDplStrURIQuote(out.get(), reinterpret_cast<unsigned char*>(exactCopy(text).get()), size);
@@ -138,7 +138,7 @@ TEST_F(PlatformTest, QuotesWhatMayNotStandInAUserPartAsFarAsThereIsRoom) {
   EXPECT_EQ("a a%40", quoted("", 1) + quoted("a@b", 4) + ' ' + quoted("a@b", 5));
 }
 
-TEST_F(PlatformTest, DecodesWholeEscapesOnlyAndCutsNoText) {
+TEST_F(PlatformTest, DecodesCompleteEscapesOnlyAndCutsNoText) {
   for (const char* row : {" => ", "% => %", "%4 => %4", "%4g%G4 => %4g%G4", "%%41 => %A",
                           "%2541 => %41", "%00a => %00a", "%e9%E9 => \xE9\xE9"}) {
     const auto [text, decoded] = sidesOf(row);

@@ -22,7 +22,7 @@ std::string fails(const std::string& message) {
 
 using Node = SipMultipartMessageBody;
 
-// A node that tells when it goes.
+// A node that shows when it is deleted.
 class NamedNode : public Node {
  public:
   NamedNode(char name, std::string& gone) : name_(name), gone_(gone) {}
@@ -82,7 +82,7 @@ TEST_F(MultipartBodyTest, BeginsEmptyAndFreesWhatItWasGiven) {
   deleteRecorded(headers[2]);
 }
 
-TEST_F(MultipartBodyTest, CopiesContentOfAnyLengthAndKeepsSixteenBitsOfIt) {
+TEST_F(MultipartBodyTest, CopiesContentOfAnyLengthAndStoresTheLowSixteenBitsOfIt) {
   const Lines done = {traces("SetMessageBody | Enter"), traces("SetMessageBody | Exit")};
   Node node;
   takeLog();
@@ -107,7 +107,7 @@ TEST_F(MultipartBodyTest, CopiesContentOfAnyLengthAndKeepsSixteenBitsOfIt) {
   }
 }
 
-TEST_F(MultipartBodyTest, LeavesToTheCallerWhatASecondTextOrArrayReplaces) {
+TEST_F(MultipartBodyTest, LeavesReplacedTextsAndArraysToTheCaller) {
   Node node;
   char first[] = "first";
   char second[] = "";
@@ -149,7 +149,8 @@ TEST_F(MultipartBodyTest, CountsItsChildrenInAListOfNullPointers) {
   EXPECT_TRUE(std::all_of(list, list + 3, [](auto* each) { return each == nullptr; }));
   EXPECT_EQ(list, node.GetNestedMessagebodyList());
   EXPECT_EQ((Lines{enters, enters}), takeLog());
-  list[0] = std::exchange(node.child, nullptr);  // a caller that fills it gives the nodes away
+  list[0] =
+      std::exchange(node.child, nullptr);  // a caller may fill it: the list then owns the node
   list[1] = list[0]->next;
   list[2] = list[1]->next;
   node.~SipMultipartMessageBody();
@@ -157,7 +158,7 @@ TEST_F(MultipartBodyTest, CountsItsChildrenInAListOfNullPointers) {
   new (&node) Node;
 }
 
-TEST_F(MultipartBodyTest, ReportsWhereThereIsNoMemoryAndHoldsNothingThen) {
+TEST_F(MultipartBodyTest, ReportsOutOfMemoryAndHoldsNothingThen) {
   Node node;
   std::string text("text");
   EXPECT_TRUE(node.SetMessageBody(bytes(text), 4));

@@ -18,7 +18,7 @@ using Utility = SipMultipartMessageBodyUtility;
 const std::string kSource = "sip_utility/src/sipMultipartmessagebodyUtility";
 constexpr const char* kMixed = "multipart/mixed;boundary=b";
 
-// Level and message of what goes wrong, or ends, a letter each.
+// A letter for each event: the level and message of a fault, or of an end.
 const std::map<std::string, char> kEvents = {
     {"4 SipConnection::wySipGetMultiPartMessageBody | message content is null", '0'},
     {"4 SipMultipartMessageBody::wySipGetMultiPartMessageBody | No content-type", '1'},
@@ -122,7 +122,7 @@ class MultipartParserTest : public LibraryTest {
   }
 };
 
-TEST_F(MultipartParserTest, TellsEveryStep) {
+TEST_F(MultipartParserTest, LogsEveryStep) {
   Utility utility;
   EXPECT_EQ(Lines{"3 SipMultipartMessageBody::SipMultipartMessageBody | " + addressText(&utility)},
             takeOwn());
@@ -155,7 +155,7 @@ TEST_F(MultipartParserTest, TellsEveryStep) {
 
 const struct {
   std::string_view body;
-  std::string dump;    // of the parts that were made, those of a failure too
+  std::string dump;    // of the parts that were made, also before a failure
   const char* events;  // F among them: no result
   const char* type = kMixed;
 } kBodies[] = {
@@ -187,7 +187,7 @@ const struct {
     {"--b\r\n\r\nhi--b----\r\n", "-||0|hi|-", "LwfF"},
     {"--b c \r\n\r\nhi--b c--", "-||0|hi|", "LE", "multipart/x;boundary=\"b c\""},
     {"--\r\n\r\nhi----", "-||0|hi|", "LE", "multipart/x;boundary=\"\""},
-    // Epilogues: blanks in front count twice, a delimiter may follow, the last epilogue stays.
+    // Epilogues: blanks before one count twice, a delimiter may follow, the last epilogue stays.
     {"--b\r\n\r\nhi--b--  ", "-||0|hi|", "LE"},
     {"--b\r\n\r\nhi--b--  \r\na", "-||0|hi|", "E"},
     {"--b\r\n\r\nhi--b-- \r\nabc", "-||0|hi|bc", "E"},
@@ -271,7 +271,7 @@ TEST_F(MultipartParserTest, EndsBeforeTheEpiloguesTakeMuchMoreThanTheBody) {
   }
 }
 
-// The search in plain words: two hyphens are one step. Returns -1 for no delimiter.
+// The search without its shortcuts: two hyphens are one step. Returns -1 for no delimiter.
 int naiveLength(std::string_view text, std::string_view boundary) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text.substr(i, 2) == "--") {
@@ -531,7 +531,7 @@ TEST_F(MultipartParserTest, FreesAlsoTheNodesThatNoNodeReaches) {
   Utility utility;
   const auto makes = [] { return newRecorded<Node>(kSource.c_str()); };
   Node* node = utility.m_pMultipartMsgHead = makes();
-  for (int i = 0; i < 100000; ++i) {  // children of siblings of children, and so on
+  for (int i = 0; i < 100000; ++i) {  // children of siblings of children, many levels deep
     node->child = makes();
     node->next = makes();
     node->next->child = makes();
@@ -539,17 +539,17 @@ TEST_F(MultipartParserTest, FreesAlsoTheNodesThatNoNodeReaches) {
   }
 }
 
-TEST_F(MultipartParserTest, GivesAWholeTreeOrNoneWhereThereIsNoMemory) {
+TEST_F(MultipartParserTest, ReturnsACompleteTreeOrNoneWhenOutOfMemory) {
   std::string events;  // of each run that differs from the one before it
   std::string latest = "none";
-  const auto check = [&](bool whole, std::string_view tree, const Node* root) {
+  const auto check = [&](bool complete, std::string_view tree, const Node* root) {
     const unsigned long left = hostFailAllocation(0);  // a dump allocates
-    EXPECT_TRUE(!whole || tree == dump(root));
+    EXPECT_TRUE(!complete || tree == dump(root));
     hostFailAllocation(left);
     const std::string run = takeEvents();
     events += run == latest ? "" : run + ' ';
     latest = run;
-    return whole ? VARN_OK : VARN_RESOURCE_FAILURE;
+    return complete ? VARN_OK : VARN_RESOURCE_FAILURE;
   };
   sweepAllocations([&] {
     Utility utility;

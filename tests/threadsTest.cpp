@@ -13,7 +13,7 @@
 
 namespace {
 
-// Uses each family once on objects of its own. Returns what came out.
+// Uses each family once on objects of its own. Returns the results as one text.
 std::string useLibrary(const std::string& user) {
   InitServiceModules();
   SipAddress address(("\"B\" <sip:" + user + "@b.test;x=1;lr>").c_str());

@@ -29,13 +29,14 @@ std::string dump(const SipAddress& address) {
   return text;
 }
 
-// Read again, what is written gives the same address; twice, since each turn reverses parameters.
+// Reads the written text again, which must make the same address. Does so twice, since each parse
+// reverses the parameters.
 void expectToReadBack(SipAddress& address) {
   SipAddress once(address.toString());
   SipAddress twice(once.toString());
   EXPECT_EQ(dump(address), dump(twice));
   EXPECT_EQ(view(address.toString()), view(twice.toString()));
-  const unsigned int colon = address.getStoredPort() == 0 ? 0 : 1;  // not foretold
+  const unsigned int colon = address.getStoredPort() == 0 ? 0 : 1;  // not in the predicted length
   if (!address.isWildcard()) {
     EXPECT_EQ(address.toString().length(), address.getStringLength() + colon);
     EXPECT_EQ(address.getURI().length(), address.getURIStringLength() + colon);
@@ -44,7 +45,7 @@ void expectToReadBack(SipAddress& address) {
 
 using SipAddressTest = LibraryTest;
 
-TEST_F(SipAddressTest, ReadsAWholeTextOrKeepsThePiecesInFrontOfItsFault) {
+TEST_F(SipAddressTest, ReadsACompleteTextOrKeepsThePiecesBeforeItsFault) {
   const auto rule = [](std::string_view text) {
     return traceLine("sip_utility/src/wySipMatch", text);
   };
@@ -114,7 +115,7 @@ TEST_F(SipAddressTest, JoinsADisplayNameAndAUri) {
   EXPECT_EQ(Lines{fails("SipAddress | trailing chars in URI")}, takeLog());
 }
 
-TEST_F(SipAddressTest, LeavesAStreamBehindTheBracket) {
+TEST_F(SipAddressTest, LeavesAStreamAfterTheBracket) {
   const auto rest = [](SipStrStream stream, const char* expected) {
     stream.discard(2);
     EXPECT_EQ(expected, dump(SipAddress(stream)));
@@ -146,7 +147,7 @@ TEST_F(SipAddressTest, ReportsEachOutputThatIsMissing) {
         3U, address.parseNameAddr(stream, piece(0), piece(1), piece(2), piece(3), number, params));
     EXPECT_EQ(missing == 0 ? 0U : 3U, stream.pos());
   }
-  EXPECT_EQ(Lines(11, kSource), takeAssertions());  // all but a display name miss two steps
+  EXPECT_EQ(Lines(11, kSource), takeAssertions());  // two for each null, one for the name
   EXPECT_EQ(Lines(5, fails("parseAddrSpec | Input Parameter NULL")), takeLog());
 }
 
@@ -217,7 +218,7 @@ TEST_F(SipAddressTest, ChangesOnePieceByItsRuleOrNothing) {
   }
 }
 
-TEST_F(SipAddressTest, WritesWhatItIsNowWhateverItWroteBefore) {
+TEST_F(SipAddressTest, WritesItsPresentStateWhateverItWroteBefore) {
   for (const auto write : {&SipAddress::toString, &SipAddress::getURI}) {
     for (const auto& first : kChanges) {
       for (const auto& second : kChanges) {
@@ -247,7 +248,7 @@ TEST_F(SipAddressTest, RefusesEveryChangeOfAWildcard) {
   }
 }
 
-TEST_F(SipAddressTest, MeansThePortOfItsSchemeWhereItHasNone) {
+TEST_F(SipAddressTest, ReturnsThePortOfItsSchemeIfItHasNone) {
   const std::pair<const char*, unsigned short> cases[] = {
       {"sip:b", 5060}, {"SIPS:b:0", 5061}, {"sips:b:1", 1}, {"sipsx:b", 5060}, {"*", 0}};
   for (const auto& [text, port] : cases) {
@@ -272,8 +273,8 @@ TEST_F(SipAddressTest, StoresSuccessOfAWriterAndLeavesTheCodeOnClearingParameter
   EXPECT_EQ("sip:b.test", view(address.toString()));
 }
 
-TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
-  const auto whole = [](auto&& address, std::string_view expected) {
+TEST_F(SipAddressTest, ReportsOutOfMemoryAndChangesNothing) {
+  const auto textCode = [](auto&& address, std::string_view expected) {
     if (address.GetLastErrorCode() == VARN_OK) {
       const std::string text = toStdString(address.toString());
       EXPECT_EQ(address.GetLastErrorCode() == VARN_OK ? expected : "", text);
@@ -293,11 +294,11 @@ TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
               return code;
             }));
   EXPECT_EQ((Runs{{fails("SipAddress | SipString constructor failed")}, {}}),
-            sweepAllocations([&] { return whole(SipAddress(none, uri), view(uri)); }));
+            sweepAllocations([&] { return textCode(SipAddress(none, uri), view(uri)); }));
   EXPECT_EQ((Runs{{fails("SipAddress | invalid SipStrStream argument")}, {}}),
             sweepAllocations([&] {
               SipStrStream stream(before);
-              return whole(SipAddress(stream), view(before));
+              return textCode(SipAddress(stream), view(before));
             }));
   const struct {
     Setter setter;
@@ -337,9 +338,9 @@ TEST_F(SipAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
     runs.push_back({});
     EXPECT_EQ(runs, sweepAllocations([&] {
                 SipAddress address(before);
-                const VARN_EXCEPTION_CODES code = whole(address, view(before));
+                const VARN_EXCEPTION_CODES code = textCode(address, view(before));
                 if (code != VARN_OK || kSetters[c.setter].set(address, c.value) == VARN_OK) {
-                  return code == VARN_OK ? whole(address, c.after) : code;
+                  return code == VARN_OK ? textCode(address, c.after) : code;
                 }
                 EXPECT_EQ(VARN_RESOURCE_FAILURE, address.GetLastErrorCode());
                 EXPECT_STREQ("sip", address.getScheme().c_str());

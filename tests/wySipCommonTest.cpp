@@ -19,7 +19,7 @@ const std::string kNoScheme = fails("wyQuoteUserInfo | scheme is not present");
 const std::string kMalformed = fails("wyQuoteUserInfo | Uri is malformed");
 const std::string kImproper = fails("wyQuoteUserInfo | user-info part is not proper");
 
-// A function of a text that hands out another; 1 or 0.
+// A function that reads a text and hands out another one. It returns 1 or 0.
 using Function = int (*)(char* text, char** out);
 
 int quoteTag(char* text, char** out) {
@@ -44,7 +44,7 @@ int read(char* text, char** out) {
   return handOut(reinterpret_cast<char*>(bytes), out);
 }
 
-// Returns what a function gives for a text, "-" for 0: then the out-parameter stays.
+// Returns the text that a function hands out; "-" if it returns 0, which leaves the out-parameter.
 std::string resultOf(Function function, const std::string& text) {
   const auto exact = exactCopy(text);
   char untouched = '#';
@@ -70,7 +70,7 @@ class SipCommonTest : public LibraryTest {
     }
   }
 
-  // Each text gives nothing, and this log.
+  // Each text has no result, and this log.
   void expectRefusals(Function function, const Lines& texts, const Lines& log) {
     for (const std::string& text : texts) {
       EXPECT_EQ("-", resultOf(function, text)) << text;
@@ -79,7 +79,7 @@ class SipCommonTest : public LibraryTest {
   }
 };
 
-TEST_F(SipCommonTest, QuotesTheUserInfoOfAUriAnew) {
+TEST_F(SipCommonTest, QuotesTheUserInfoOfAUriAgain) {
   expectResults(
       wyQuoteUserInfo,
       {"sip:a:b@host.test => sip:a%3Ab@host.test", "sip:a%3Ab@host.test => sip:a%3Ab@host.test",
@@ -159,7 +159,7 @@ TEST_F(SipCommonTest, RefusesNull) {
 TEST_F(SipCommonTest, ReadsAnyTextAsPairsOfHexadecimalDigits) {
   Lines cases = {" => ",       "0a1 => \x0A\x1A", "fF => \xFF",
                  "Zz => \x33", "12: => \x12\x12", "-a\xE9\x80 => \n\n"};
-  for (int c = 1; c < 256; ++c) {  // behind 35, which any other character repeats
+  for (int c = 1; c < 256; ++c) {  // after 35, which any other character repeats
     const std::string digit(1, static_cast<char>(c));
     const bool counts = naive::consistsOf(digit, naive::alnumAnd(""));
     const int high = counts ? std::stoi(digit, nullptr, 36) : 3;
@@ -172,7 +172,7 @@ TEST_F(SipCommonTest, ReadsAnyTextAsPairsOfHexadecimalDigits) {
     unsigned short count = 7;
     char* block = reinterpret_cast<char*>(strToH8(exactCopy(hex).get(), &count));
     ASSERT_EQ(bytes.size(), count);
-    // Behind the bytes there is as much room once more.
+    // After the bytes, the block has the same room once more.
     EXPECT_EQ(bytes + std::string(count, '\0'), std::string(block, 2U * count));
     char line[50];
     std::snprintf(line, sizeof(line), "SIG wyDplCalloc strToH8 pArrStr: %x",
@@ -190,7 +190,7 @@ TEST_F(SipCommonTest, OrdersAListInPlaceByOnePass) {
     EXPECT_EQ(naive::onePass(list), resultOf(sort, list));
   };
   EXPECT_EQ("b;a;c", resultOf(sort, "c;a;b"));
-  check("\"c;b\";a");  // quotes keep nothing together
+  check("\"c;b\";a");  // quotes do not protect a ";"
   naive::forEachText({";", "a", "b", "\xE9"}, 7, check);
   for (const std::size_t elements : {255U, 256U, 257U, 300U, 513U}) {
     std::string list = "1000";
@@ -202,7 +202,7 @@ TEST_F(SipCommonTest, OrdersAListInPlaceByOnePass) {
   EXPECT_EQ(Lines{}, takeLog());
 }
 
-TEST_F(SipCommonTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
+TEST_F(SipCommonTest, ReportsOutOfMemoryAndChangesNothing) {
   const auto none = [](const char* text) { return severeLine(kSource, text); };
   const auto check = [&](Function function, const char* text, const Runs& runs) {
     EXPECT_EQ(runs, sweepAllocations([&] { return resultOf(function, text); })) << text;

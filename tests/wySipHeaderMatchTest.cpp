@@ -35,7 +35,7 @@ TEST_F(SipHeaderMatchTest, EndsAValueAtItsParametersOrItsFirstFault) {
       {"a>b", {bad("3e")}},
       {"a\x7F", {bad("7f")}},
       {std::string("a\0", 2), {bad("00")}},
-      {"a| b\x80", {bad("80")}},  // the runs in front of it stand
+      {"a| b\x80", {bad("80")}},  // the runs before it count
       {"<urn:x:y>|;p=1", {}},
       {"<sip:a@b;c>,|;<sip:b>", {}},
       {"a <sip:b>,<sip:c>\t<tel:d.e>|;x", {}},
@@ -64,7 +64,7 @@ TEST_F(SipHeaderMatchTest, EndsAValueAtItsParametersOrItsFirstFault) {
   EXPECT_EQ(Lines{}, takeAssertions());
 }
 
-TEST_F(SipHeaderMatchTest, HoldsEveryByteToItsRun) {
+TEST_F(SipHeaderMatchTest, EndsOrRefusesARunAtEachByteOutsideIt) {
   for (int c = 0; c < 256; ++c) {
     const std::string text = std::string("a") + static_cast<char>(c) + 'b';
     const bool bad = c == '>' || c > 0x7E || (c < 0x20 && c != '\t' && c != '\r' && c != '\n');
@@ -98,7 +98,7 @@ TEST_F(SipHeaderMatchTest, CountsATelUriAsItIsWrittenFromTheStreamsPosition) {
   } cases[] = {
       {"<tel:+1>;p", 0, 8, 0},
       {"<tel:+1;b=2;a>x", 0, 14, 0},          // ends the run
-      {"\"B\" <tel:+1>;p", 0, 12, 0},         // a display name in front
+      {"\"B\" <tel:+1>;p", 0, 12, 0},         // a display name first
       {"x,<tel:+1>;p", 0, 10, 1},             // no tel URI from the start, an opaque one
       {"x,<tel:+1>;p", 2, 8, 1},              // the offset does not move the start
       {"tel:+1<tel:+123456>", 0, 14, 0},      // counts the first, shorter than the second
@@ -194,7 +194,7 @@ TEST_F(SipHeaderMatchTest, RepeatsNoLineOfAHandlerThatUsesTheLibrary) {
   }
 }
 
-TEST_F(SipHeaderMatchTest, TriesAnOpaqueUriWhereThereIsNoMemoryForATelUri) {
+TEST_F(SipHeaderMatchTest, TriesAnOpaqueUriWhenATelUriRunsOutOfMemory) {
   const SipString text("<tel:+1>");
   const SipStrStream stream(text);
   const std::string host =

@@ -18,7 +18,7 @@ const Lines kNoText = {fails("toString - getHeaderValue failed")};
 
 constexpr const char* kMixed = "setName | cannot switch between auth and non-auth";
 
-// Returns the log of a refusal for this reason; of none for an empty one.
+// Returns the log of a refusal for this reason; an empty log for an empty reason.
 Lines logOf(const std::string& reason) {
   if (reason.empty()) {
     return {};
@@ -42,7 +42,7 @@ std::string dump(const SipHeader& header) {
 
 using SipHeaderTest = LibraryTest;
 
-TEST_F(SipHeaderTest, ReadsANameAndItsWholeValue) {
+TEST_F(SipHeaderTest, ReadsANameAndItsCompleteValue) {
   const struct {
     const char* name;
     const char* value;
@@ -151,7 +151,7 @@ const struct {
     {"a", "b;p", kRemoved, "none", "a: b;p", ""},
 };
 
-TEST_F(SipHeaderTest, ChangesOnePieceOrNothingAndWritesWhatItIsNow) {
+TEST_F(SipHeaderTest, ChangesOnePieceOrNothingAndWritesItsPresentState) {
   for (const auto& c : kChanges) {
     SCOPED_TRACE(c.change);
     for (const bool written : {false, true}) {
@@ -189,7 +189,7 @@ TEST_F(SipHeaderTest, KeepsTheTextOfItsValueWhereOnlyItsNameChanges) {
   EXPECT_EQ(text, header.getHeaderValue().c_str());
 }
 
-TEST_F(SipHeaderTest, TellsWantOfMemoryInABracketFromARefusal) {
+TEST_F(SipHeaderTest, ReportsOutOfMemoryInABracketInsteadOfARefusal) {
   const std::string noName = fails("setName | assignment failed.");
   const std::string noStream = fails("SipHeader | SipStrStream constructor failed");
   const std::string host =
@@ -236,7 +236,7 @@ TEST_F(SipHeaderTest, TellsWantOfMemoryInABracketFromARefusal) {
   }
 }
 
-TEST_F(SipHeaderTest, ReadsATelUriAsAnOpaqueOneWhereThereIsNoMemory) {
+TEST_F(SipHeaderTest, ReadsATelUriAsAnOpaqueOneWhenOutOfMemory) {
   std::set<std::string> values;
   const SipString name("To");
   const SipString text("<tel:+1>x");
@@ -249,11 +249,12 @@ TEST_F(SipHeaderTest, ReadsATelUriAsAnOpaqueOneWhereThereIsNoMemory) {
   EXPECT_EQ((std::set<std::string>{"0 <tel:+1>x", "1 ", "3 <tel:+1>"}), values);
 }
 
-TEST_F(SipHeaderTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
+TEST_F(SipHeaderTest, ReportsOutOfMemoryAndChangesNothing) {
   const SipString name("Contact");
   const SipString value("text/plain;q=1");
   const SipString longer("longer-than-the-pieces-were-before");
-  // An operation on such a header, the logs of the runs that made it whole, and then none.
+  // Sweeps an operation on such a header. The header itself is made first: its logs come first. The
+  // run without a failure logs nothing.
   const auto check = [&](const Lines& logs, const auto& operation) {
     Runs runs = {{fails("setName | assignment failed.")},
                  {fails("SipHeader | SipStrStream constructor failed")},

@@ -38,7 +38,7 @@ TEST_F(SipInitTest, MakesOneConfigurationAThreadAndInitialisesItAtEveryCall) {
   EXPECT_EQ(configs, hostLiveConfigs());
 }
 
-TEST_F(SipInitTest, GivesThreadsOfTheSameTimeTheirOwn) {
+TEST_F(SipInitTest, MakesAConfigurationForEachConcurrentThread) {
   const unsigned long configs = hostLiveConfigs();
   std::promise<void> ready[2];
   std::promise<void> counted;

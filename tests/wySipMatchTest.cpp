@@ -23,8 +23,8 @@ const char* const kOpenQuote = "SipMatchQuotedString::doMatch - end of string wi
 
 class SipMatchTest : public LibraryTest {
  protected:
-  // Asks for each marked row, at the start of a stream and behind bytes that were read; the log
-  // is this line or none. However the text is cut short, no count reaches past its end.
+  // Checks each marked row, at the start of a stream and after bytes that were read. The log is
+  // this line or none. However the text is cut short, no count reaches past its end.
   void expectMatches(SipMatch&& rule, std::initializer_list<std::string_view> rows,
                      std::string_view log = {}) {
     for (const std::string_view row : rows) {
@@ -47,9 +47,9 @@ class SipMatchTest : public LibraryTest {
     }
   }
 
-  // Returns how many reports a rule makes at two offsets behind the end.
+  // Returns how many reports a rule makes at two offsets past the end.
   template <typename Rule>
-  std::size_t reportsBehindTheEnd() {
+  std::size_t reportsPastTheEnd() {
     SipStrStream stream(SipString("123"));
     stream.discard(1);
     EXPECT_EQ(0U, Rule().match(stream, 3));
@@ -84,12 +84,12 @@ TEST_F(SipMatchTest, ClassesHoldTheirMembersAndTheirEscapes) {
   expectMatches(SipMatchUric(), {"a%41b|", "a^%41|", "a|%4Gb", "a|%4", "a|%"});
 }
 
-TEST_F(SipMatchTest, ReportsOffsetsBehindTheEndAtEachLevel) {
-  EXPECT_EQ(4U, reportsBehindTheEnd<SipMatchDigit>());
-  EXPECT_EQ(4U, reportsBehindTheEnd<SipMatchUric>());
-  EXPECT_EQ(8U, reportsBehindTheEnd<SipMatchHostname>());
-  EXPECT_EQ(8U, reportsBehindTheEnd<SipAddressMatchUserInfo>());
-  EXPECT_EQ(12U, reportsBehindTheEnd<SipAddressMatchDisplayName>());
+TEST_F(SipMatchTest, ReportsOffsetsPastTheEndAtEachLevel) {
+  EXPECT_EQ(4U, reportsPastTheEnd<SipMatchDigit>());
+  EXPECT_EQ(4U, reportsPastTheEnd<SipMatchUric>());
+  EXPECT_EQ(8U, reportsPastTheEnd<SipMatchHostname>());
+  EXPECT_EQ(8U, reportsPastTheEnd<SipAddressMatchUserInfo>());
+  EXPECT_EQ(12U, reportsPastTheEnd<SipAddressMatchDisplayName>());
   EXPECT_EQ(Lines{}, takeLog());
 }
 
@@ -135,7 +135,7 @@ TEST_F(SipMatchTest, AsksTheSubclassForMembersAndQuotes) {
   expectMatches(Apostrophes(), {"'' '", "''"}, kOpenQuote);
 }
 
-TEST_F(SipMatchTest, LwsIsMatchedWholeOrNotAtAll) {
+TEST_F(SipMatchTest, LwsIsMatchedCompletelyOrNotAtAll) {
   expectMatches(SipMatchLWS(), {" \t |x", "\r\n\t|x", "x^ \r\n |y", " |\nx", " |\0"sv, "  \r\nx",
                                 " \r x", " \r\n \r\n x", " \r\n \r", "x"});
   expectAlike<SipMatchLWS>({" ", "\t", "\r", "\n", "x"}, 6, naive::lws);
@@ -168,7 +168,7 @@ TEST_F(SipMatchTest, QuotedStringLogsWhyItDoesNotEnd) {
       });
 }
 
-TEST_F(SipMatchTest, SpecificStringIsTheWholeLiteral) {
+TEST_F(SipMatchTest, SpecificStringIsTheCompleteLiteral) {
   expectMatches(SipMatchSpecificString("sip"), {"sip|s", "x:^sip|", "SIP", "si", ""});
   expectMatches(SipMatchSpecificString(toSipString("\xE9\0b"sv)), {"\xE9\0b|"sv, "\xE9\0a"sv});
   expectMatches(SipMatchSpecificString(""), {"a", ""});

@@ -31,7 +31,7 @@ std::string setFails(const std::string& reason) {
   return failureLine(kSource, "SipParameterList::setParameter " + reason);
 }
 
-// Writes the list, whose length must be the one foretold.
+// Writes the list, whose length must be the predicted one.
 VARN_EXCEPTION_CODES writes(const SipParamList& list, std::string_view expected) {
   SipString out;
   const VARN_EXCEPTION_CODES code = list.appendToString(out);
@@ -48,7 +48,7 @@ VARN_EXCEPTION_CODES parse(SipParamList& list, const SipString& text) {
 using SipParamTest = LibraryTest;
 using SipParamListTest = LibraryTest;
 
-TEST_F(SipParamTest, LinksItselfInAtTheFrontAndTakesItselfOff) {
+TEST_F(SipParamTest, LinksItselfAtTheFrontAndUnlinksItself) {
   SipParam* head = nullptr;
   SipParam last(&head);
   {
@@ -87,7 +87,7 @@ TEST_F(SipParamListTest, ReadsTheParametersOfItsDialectAndWritesThemNewestFirst)
     std::string_view text;
     std::string_view rest;
     std::string_view written;
-    Lines log;  // a last line of level 4 stands for a failure
+    Lines log;  // a last line of level 4 means a failure
   } cases[] = {
       {kUri, " ;a", " ;a", "", {}},
       {kUri, ";lr;transport=tcp?x", "?x", ";transport=tcp;lr", {}},
@@ -142,7 +142,7 @@ TEST_F(SipParamListTest, ReadsTheParametersOfItsDialectAndWritesThemNewestFirst)
 TEST_F(SipParamListTest, FindsDuplicatesWhateverTheNames) {
   std::mt19937 random(3261);
   for (unsigned int round = 0; round < 500; ++round) {
-    std::set<std::string> known;  // in small letters
+    std::set<std::string> known;  // in lower case
     std::string text;
     std::string expected;
     for (bool isNew = true; isNew && known.size() < 100;) {
@@ -161,7 +161,7 @@ TEST_F(SipParamListTest, FindsDuplicatesWhateverTheNames) {
   }
 }
 
-TEST_F(SipParamListTest, TellsThousandsOfSimilarNamesApart) {
+TEST_F(SipParamListTest, DistinguishesThousandsOfSimilarNames) {
   std::string text;
   std::string prefix;
   for (int i = 1; i <= 2500; ++i) {
@@ -188,7 +188,7 @@ TEST_F(SipParamListTest, SetsOnlyWhatItsGrammarCovers) {
       {" q ", "\t0.5\r\n ", ";q=0.5;y;X=2", {}},
       {"x", "1", ";x=1;y", {}},
       {"Y", " ", ";Y;X=2", {}},
-      {"tag", "1", ";tag=1;y;X=2", {}},  // the rule of parsed tags is not asked
+      {"tag", "1", ";tag=1;y;X=2", {}},  // the rule for tags is for parsed ones only
       {"", "1", ";y;X=2", {setFails("name is empty")}},
       {"a b", "1", ";y;X=2", {setFails("invalid name")}},
       {"x\r\n", "1", ";y;X=2", {setFails("invalid name")}},
@@ -263,7 +263,7 @@ TEST_F(SipParamListTest, RemovesANodeFromTheChainThatACallerLedPastAnother) {
   EXPECT_EQ(Lines{}, takeAssertions());
 }
 
-TEST_F(SipParamListTest, RemovesNodesInAnyOrderThatACallerGaveThem) {
+TEST_F(SipParamListTest, RemovesNodesInAnyOrderThatACallerChose) {
   const auto name = [](int i) { return toSipString(std::string(1, static_cast<char>('a' + i))); };
   int order[] = {0, 1, 2, 3};
   do {
@@ -363,7 +363,7 @@ TEST_F(SipParamListTest, ReadsOnWhereItsNodesChangeOnTheWay) {
   }
 }
 
-TEST_F(SipParamListTest, FindsDuplicatesAndChangesNothingWithoutMemory) {
+TEST_F(SipParamListTest, FindsDuplicatesAndChangesNothingWhenOutOfMemory) {
   std::string text;
   for (int i = 1; i <= 70; ++i) {
     text += ";n" + std::to_string(i);

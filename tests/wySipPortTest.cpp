@@ -39,7 +39,7 @@ TEST_F(SipPortTest, ReadsOneToFiveDigitsUpTo65535) {
   }
 }
 
-TEST_F(SipPortTest, WritesEveryPortInAsManyDigitsAsItForetells) {
+TEST_F(SipPortTest, WritesEveryPortInAsManyDigitsAsPredicted) {
   for (unsigned int number = 0; number <= 65535; ++number) {
     const SipPort port(static_cast<unsigned short>(number));
     SipString text(":");

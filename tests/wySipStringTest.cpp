@@ -22,8 +22,8 @@ using SipStringDeathTest = LibraryTest;
 using SipStrStreamTest = LibraryTest;
 using SipLWSStrStreamTest = LibraryTest;
 
-// From here on new buffers come full of '#' and all are written down, in place of the fixture's
-// record: "+4 " for one of four bytes, "- " for its return.
+// From now on fills new buffers with '#' and traces them instead of the fixture: "+4 " is a new
+// buffer of four bytes, "- " a deleted one.
 void traceBuffers(std::string& trace) {
   hostSetMemoryHandler(
       [](void* buffers, const HostMemoryEvent& event) {
@@ -203,7 +203,7 @@ TEST_F(SipStringDeathTest, LengthsThatWrapEndTheProcess) {
   EXPECT_EXIT(stream.get(kHuge, text), aborted, kSilence);
 }
 
-TEST_F(SipStrStreamTest, TakesWhatIsAskedForOrStays) {
+TEST_F(SipStrStreamTest, TakesTheRequestedBytesOrStays) {
   const std::string bytes = "a\xE9\0cd"s;
   SipStrStream start(toSipString(bytes));
   EXPECT_EQ(-1, start.peek(kHuge));
@@ -234,7 +234,7 @@ TEST_F(SipStrStreamTest, TakesWhatIsAskedForOrStays) {
   EXPECT_EQ(1U, start.pos());
 }
 
-TEST_F(SipStrStreamTest, IsInvalidAndEmptyWithoutMemoryForItsText) {
+TEST_F(SipStrStreamTest, IsInvalidAndEmptyIfItsTextRunsOutOfMemory) {
   SipStrStream moved(SipString(" abc"));
   moved.discard(2);
   const auto expectInvalid = [](const SipStrStream& stream) {
@@ -258,8 +258,8 @@ TEST_F(SipStrStreamTest, IsInvalidAndEmptyWithoutMemoryForItsText) {
   EXPECT_TRUE(moved.valid() && SipStrStream(out).valid());
 }
 
-TEST_F(SipLWSStrStreamTest, SkipsOneLwsInFrontAndEndsBeforeOneBehind) {
-  const auto doneBehindMatch = [](const char* row) {
+TEST_F(SipLWSStrStreamTest, SkipsOneLeadingLwsAndEndsBeforeATrailingOne) {
+  const auto doneAfterMatch = [](const char* row) {
     SCOPED_TRACE(testing::PrintToString(row));
     const naive::Marked expected = naive::marked(row);
     SipLWSStrStream stream(toSipString(expected.text));
@@ -268,10 +268,10 @@ TEST_F(SipLWSStrStreamTest, SkipsOneLwsInFrontAndEndsBeforeOneBehind) {
     return stream.done();
   };
   for (const char* row : {"  \r\n\t^abc| \t", "\r\nabc|", "abc|\r\n ", " \t^", ""}) {
-    EXPECT_TRUE(doneBehindMatch(row)) << testing::PrintToString(row);
+    EXPECT_TRUE(doneAfterMatch(row)) << testing::PrintToString(row);
   }
   for (const char* row : {"ab|c", "abc| \r\n", " \rabc", " \r\n \r\n ", " ^a| b "}) {
-    EXPECT_FALSE(doneBehindMatch(row)) << testing::PrintToString(row);
+    EXPECT_FALSE(doneAfterMatch(row)) << testing::PrintToString(row);
   }
 }
 

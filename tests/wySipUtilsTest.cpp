@@ -41,7 +41,7 @@ class SipUtilsTest : public LibraryTest {
     return LibraryTest::takeTexts(kSource, beginning, level);
   }
 
-  // Each row is `via => uri`; the URI is logged as it is, or this log.
+  // Each row is `via => uri`. The log is the URI, or this one.
   template <typename Object>
   void expectUris(Object* (*parse)(const char*), const char* beginning, const Lines& rows,
                   const std::string& log = {}) {
@@ -95,7 +95,7 @@ TEST_F(SipUtilsTest, FindsNoUriInAViaWithoutTextOrTransport) {
   EXPECT_EQ("4 | n_pViaheader is null\n", takeTexts(head));
 }
 
-TEST_F(SipUtilsTest, TellsTheTypeOfAHost) {
+TEST_F(SipUtilsTest, ReturnsTheTypeOfAHost) {
   const auto check = [this](int type, const char* name, const Lines& rows) {
     for (const std::string& row : rows) {
       const auto [host, bare] = sidesOf(row);
@@ -155,18 +155,18 @@ TEST_F(SipUtilsTest, ComparesUserPortAndHostOfUris) {
   EXPECT_EQ("4Invalid Args RemoteAddr=0 LocalAddr=0\n", takeTexts("SipUtils::CompareSIPURI | "));
 }
 
-TEST_F(SipUtilsTest, CutsATextAtADelimiter) {
+TEST_F(SipUtilsTest, SplitsATextAtADelimiter) {
   const char* const cases[][3] = {
       {"a.b.c", ".", "b.c"}, {"a", "a", ""},        {"a--", "--", ""},
       {"aab", "ab", ""},     {"ab", "", ""},        {"", "", ""},
       {"", "a", nullptr},    {"a-", "--", nullptr}, {"ab", "abc", nullptr}};
-  for (const auto& [whole, delimiter, behind] : cases) {
-    const auto text = exactCopy(whole);
+  for (const auto& [joint, delimiter, after] : cases) {
+    const auto text = exactCopy(joint);
     char* rest = nullptr;
     char* head = NSIP_strtok(text.get(), exactCopy(delimiter).get(), &rest);
-    EXPECT_EQ(behind == nullptr ? nullptr : text.get(), head) << whole;
-    EXPECT_EQ(std::string(whole).substr(0, std::string(whole).find(delimiter)), text.get());
-    EXPECT_STREQ(behind, rest);
+    EXPECT_EQ(after == nullptr ? nullptr : text.get(), head) << joint;
+    EXPECT_EQ(std::string(joint).substr(0, std::string(joint).find(delimiter)), text.get());
+    EXPECT_STREQ(after, rest);
   }
   EXPECT_EQ(Lines{}, takeLog());
   char text[] = "a";
@@ -263,7 +263,7 @@ TEST_F(SipUtilsDeathTest, NumberBeyond32BitsEndsTheProcess) {
   EXPECT_EXIT(wyAtoi32("4294967296"), testing::KilledBySignal(SIGABRT), kSilence);
 }
 
-TEST_F(SipUtilsTest, ReportsWhereThereIsNoMemory) {
+TEST_F(SipUtilsTest, ReportsOutOfMemory) {
   const auto none = [](const std::string& text) { return severeLine(kSource, text); };
   const auto of = [](const char* family, const char* text) {
     return failureLine(std::string("sip_utility/src/") + family, text);
@@ -332,7 +332,7 @@ TEST_F(SipUtilsTest, ReportsWhereThereIsNoMemory) {
             {type("::01 ::01"), noType, host, "0"},
             {type("::01 ::01"), type("::1 ::1"), "1"}}),
       sweepAllocations([] { return std::to_string(compared("sip:a@[::1]", "sip:a@[::01]")); }));
-  // Equal texts that are no addresses: where a kind is not known they are compared as names.
+  // Hosts of an unknown kind are compared as names, so equal texts that are no addresses are equal.
   const auto unreadable = [] { return std::to_string(compared("sip:u@[1::2:]", "sip:u@[1::2:]")); };
   const Runs runs = sweepAllocations(unreadable);
   EXPECT_EQ((Lines{noType, type("1::2: 1::2:"), "1"}), runs.at(runs.size() - 3));

@@ -19,10 +19,10 @@ TEST_F(TelAddressMatchTest, ClassesHoldTheirMembers) {
   EXPECT_EQ(Lines{}, takeAssertions());
 }
 
-TEST_F(TelAddressMatchTest, TellsNumbersAndContextsFromTheStreamsPosition) {
+TEST_F(TelAddressMatchTest, MatchesNumbersAndContextsAtTheStreamsPosition) {
   const std::string prefix = "TelAddressMatch";
   const struct {
-    char rule;  // of a global or local number, a context, or a type without or unknown
+    char rule;  // global or local number, context; number of type none or of an unknown type
     const char* text;
     unsigned int count;
     std::string reason;

@@ -18,8 +18,8 @@ std::string fails(const std::string& message) {
   return failureLine(kSource, "TelAddress::" + message);
 }
 
-// Returns the last line of a refusal. "TelAddress::" is left out of its reason, in front of a
-// blank "parseTelNameAddr" too.
+// Returns the last line of a refusal. "TelAddress::" is left out of its reason. A reason that
+// begins with a blank also leaves out "parseTelNameAddr".
 std::string lineOf(const std::string& reason) {
   if (reason[0] == 'S') {
     const bool listed = reason.find("duplicate param ") != reason.npos;
@@ -28,7 +28,7 @@ std::string lineOf(const std::string& reason) {
   return fails(reason[0] == ' ' ? "parseTelNameAddr" + reason : reason);
 }
 
-// Returns the last line of a log with one failure at most.
+// Returns the last line of a log, which must have at most one failure.
 std::string lastOf(const Lines& log) {
   EXPECT_GE(1, std::count_if(log.begin(), log.end(), [](auto& line) { return line[0] == '4'; }));
   return log.empty() ? "" : log.back();
@@ -51,7 +51,8 @@ std::string dump(const TelAddress& address) {
   return text;
 }
 
-// Read again, what is written gives the same address; only brackets that are written count.
+// Reads the written text again, which must make the same address. Brackets that are not written are
+// not compared.
 void expectToReadBack(TelAddress& address) {
   const std::string text = toStdString(address.toString());
   TelAddress again(address.toString());
@@ -72,7 +73,7 @@ void expectToReadBack(TelAddress& address) {
 
 using TelAddressTest = LibraryTest;
 
-TEST_F(TelAddressTest, ReadsAWholeTextOrKeepsThePiecesInFrontOfItsFault) {
+TEST_F(TelAddressTest, ReadsACompleteTextOrKeepsThePiecesBeforeItsFault) {
   const char* noOpening = " uri doesn't begin with display name or tel: or '<' ";
   const char* noBracket = " missing < after display name";
   const char* noScheme = " missing 'tel:' scheme";
@@ -223,7 +224,7 @@ TEST_F(TelAddressTest, RefusesWhatIsNoPieceAndChangesNothing) {
     const char* from;
     Setter setter;
     const char* value;
-    std::string reason;  // a trace, behind "3"
+    std::string reason;  // a trace, after "3"
   } cases[] = {
       {kFull, kName, " ", "TelAddress::setDisplayName | parsing failed"},
       {kFull, kName, "A<", "TelAddress::setDisplayName | trailing characters in display name"},
@@ -265,7 +266,7 @@ TEST_F(TelAddressTest, RefusesWhatIsNoPieceAndChangesNothing) {
   }
 }
 
-TEST_F(TelAddressTest, WritesWhatItIsNowWhateverItWroteBefore) {
+TEST_F(TelAddressTest, WritesItsPresentStateWhateverItWroteBefore) {
   for (const auto& first : kChanges) {
     for (const auto& second : kChanges) {
       TelAddress silent(first.from);
@@ -340,7 +341,7 @@ struct OpenList : TelAddrParamList {
   using TelAddrParamList::chain;
 };
 
-// Letters small, for an order by unsigned bytes without regard to case.
+// Returns the name in lower case, by which a walk orders.
 std::string folded(const SipParam* param) {
   std::string name = toStdString(param->getName());
   std::transform(name.begin(), name.end(), name.begin(),
@@ -356,7 +357,7 @@ std::vector<SipParam*> chainOf(const OpenList& list) {
   return nodes;
 }
 
-// The walk from a name on, by sorting the chain; of equal names the first stands.
+// The walk from a name on, by sorting the chain. Of equal names the first one counts.
 std::vector<const SipParam*> sorted(const OpenList& list, const SipParam* above) {
   std::map<std::string, const SipParam*> nodes;
   for (const SipParam* node : chainOf(list)) {
@@ -440,7 +441,7 @@ TEST_F(TelAddressTest, WalksParametersInOrderOfNamesThroughEveryChange) {
   EXPECT_EQ(Lines{}, takeAssertions());
 }
 
-TEST_F(TelAddressTest, WritesAListAsItIsWalkedWithOrWithoutMemoryForASort) {
+TEST_F(TelAddressTest, WritesAListInWalkOrderWithOrWithoutMemoryForASort) {
   for (const int size : {15, 16, 17, 300}) {
     TelAddrParamList list;
     for (int i = 0; i < size; ++i) {
@@ -501,7 +502,7 @@ std::string converted(SipStrStream&& stream) {
   return toStdString(out);
 }
 
-TEST_F(TelAddressTest, ConvertsToAUserPartInSmallLetters) {
+TEST_F(TelAddressTest, ConvertsToAUserPartInLowerCase) {
   const auto naive = [](std::string_view text) {
     std::string out;
     while (!text.empty()) {
@@ -511,7 +512,7 @@ TEST_F(TelAddressTest, ConvertsToAUserPartInSmallLetters) {
       char escape[4];
       std::snprintf(escape, sizeof escape, "%%%02x", c);
       out += unit == 0 ? escape : std::string(1, static_cast<char>(std::tolower(c)));
-      // the rest of an escape is of the user's members itself
+      // the two digits of an escape are user characters themselves
       text.remove_prefix(1);
     }
     return out;
@@ -533,7 +534,7 @@ TEST_F(TelAddressTest, ConvertsToAUserPartInSmallLetters) {
   }
 }
 
-// Says that it is done from a position on, whatever it has left.
+// Is done from a position on, whatever it has left.
 class StoppingStream : public SipLWSStrStream {
  public:
   StoppingStream(const SipString& text, unsigned int end) : SipLWSStrStream(text), end_(end) {}
@@ -543,10 +544,10 @@ class StoppingStream : public SipLWSStrStream {
   unsigned int end_;
 };
 
-TEST_F(TelAddressTest, ConvertsWhatAStreamOfTheCallersHasUntilItIsDone) {
+TEST_F(TelAddressTest, ConvertsAStreamOfACallersClassUntilItIsDone) {
   const struct {
     std::string_view text;
-    unsigned int end;  // beyond the text for one that is never done
+    unsigned int end;  // past the text for a stream that is never done
     const char* out;
     unsigned int position;
   } cases[] = {
@@ -599,8 +600,8 @@ TEST_F(TelAddressTest, BecomesASipAddressUpToTheFirstFailure) {
   }
 }
 
-TEST_F(TelAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
-  const auto whole = [](auto&& address, const std::string& expected) {
+TEST_F(TelAddressTest, ReportsOutOfMemoryAndChangesNothing) {
+  const auto textCode = [](auto&& address, const std::string& expected) {
     if (address.GetLastErrorCode() == VARN_OK) {
       const std::string text = toStdString(address.toString());
       EXPECT_EQ(address.GetLastErrorCode() == VARN_OK ? expected : "", text);
@@ -613,7 +614,8 @@ TEST_F(TelAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
     return failureLine("sip_utility/src/wySipParam", text);
   };
   const SipString before("\"Robert\" <tel:+1;phone-context=c.test;b=1>");
-  // An operation on such an address, the logs of the runs that made it whole, and then none.
+  // Sweeps an operation on such an address. The address itself is made first: its logs come first.
+  // The run without a failure logs nothing.
   const auto check = [&](const Runs& logs, const auto& operation) {
     Runs runs = {{noStream}, {}, {kNotAssigned}, {}};
     runs.insert(runs.end(), logs.begin(), logs.end());
@@ -624,7 +626,7 @@ TEST_F(TelAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
                                                              : address.GetLastErrorCode();
               }));
   };
-  check({}, [&](TelAddress& address) { return whole(address, toStdString(before)); });
+  check({}, [&](TelAddress& address) { return textCode(address, toStdString(before)); });
   std::string many = "<tel:+1";
   Runs ofMany = {{noStream}};
   for (int i = 10; i < 30; ++i) {
@@ -633,8 +635,8 @@ TEST_F(TelAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
   }
   ofMany.push_back({});
   const SipString longList = toSipString(many + '>');
-  EXPECT_EQ(ofMany,
-            sweepAllocations([&] { return whole(TelAddress(longList), toStdString(longList)); }));
+  EXPECT_EQ(ofMany, sweepAllocations(
+                        [&] { return textCode(TelAddress(longList), toStdString(longList)); }));
   const SipString longer("longer-than-the-old-piece.test");
   const SipString digits("+1234567890123456789012345");
   const SipString extension("1234567890123456789012345");
@@ -697,7 +699,8 @@ TEST_F(TelAddressTest, ReportsWhereThereIsNoMemoryAndChangesNothing) {
           EXPECT_EQ(code, address.GetLastErrorCode());
           return code != VARN_OK
                      ? code
-                     : whole(target, "\"Robert\" <sip:+1;phone-context=c.test;b=1@h;user=phone>");
+                     : textCode(target,
+                                "\"Robert\" <sip:+1;phone-context=c.test;b=1@h;user=phone>");
         });
 }
 

@@ -5,7 +5,7 @@
 #ifndef TESTS_SUPPORT_EXIT_GUARD_H
 #define TESTS_SUPPORT_EXIT_GUARD_H
 
-// While one lives, _exit ends the process as it would without the guard: for death tests.
+// During its lifetime _exit ends the process as it would without the guard. For death tests.
 class ExitAllowed {
  public:
   ExitAllowed();

@@ -14,7 +14,8 @@ std::string logLine(int level, int moduleId, std::string_view source, std::strin
   return line.append(source).append(" | ").append(text);
 }
 
-// Expects the place of an assertion to be a line that asserts. The framework's header is not here.
+// Expects the place of an assertion to be a source line that asserts. The framework's header is not
+// in this project, so its place is not checked.
 void expectAsserts(const HostAssertion& assertion) {
   const std::string family = std::string(SIPUTILITY_SOURCE_DIR) + '/' + assertion.sourceFile;
   std::ifstream source(family + ".cpp");

@@ -28,17 +28,17 @@ class LibraryTest : public testing::Test {
   // Returns the log lines since the last call, each as `level module source | text`.
   Lines takeLog();
 
-  // Returns those lines of a source and level, or of a higher one, as `level` and text: this
-  // beginning left out, a blank in front of a text without it.
+  // Returns the lines of a source from a level up, each as `level` and text. This beginning of a
+  // text is left out; a text without it follows a blank.
   std::string takeTexts(const std::string& source, const std::string& beginning, char level);
 
   // Returns the sources of the failed assertions since the last call.
   Lines takeAssertions();
 
-  // Runs an operation again and again, the n-th allocation failing, for n = 1, 2, ... until none
-  // is left to fail. The operation makes its own objects, checks that a success is a whole one
-  // and returns the code, or a text; the run without a failure must succeed. Returns the log of
-  // each run, with the text as its last line; of equal ones in a row only the first.
+  // Runs an operation again and again. In run n the n-th allocation fails; the last run has no
+  // failure and must succeed. The operation makes its own objects, checks that a success is
+  // complete and returns the code, or a text. Returns the log of each run, with the text as its
+  // last line; of equal logs in a row only the first.
   template <typename Operation>
   Runs sweepAllocations(const Operation& operation) {
     Runs runs;
@@ -70,16 +70,16 @@ class LibraryTest : public testing::Test {
   std::map<const void*, int> recorded_;
 };
 
-// What a process prints that ends without a word; an emulator adds a line of its own.
+// The output of a process that ends and prints nothing; an emulator adds a line of its own.
 constexpr const char* kSilence = "^(qemu: [^\n]*\n)?$";
 
-// Returns the line of a failure (level 4), of one for want of memory (level 5) or of a trace
-// (level 3) of the library, as takeLog() does.
+// Returns the line of a failure (level 4), of a failure out of memory (level 5) or of a trace
+// (level 3) of the library, as takeLog() returns it.
 std::string failureLine(std::string_view source, std::string_view text);
 std::string severeLine(std::string_view source, std::string_view text);
 std::string traceLine(std::string_view source, std::string_view text);
 
-// The line of an assignment to a string that had no memory for it.
+// The line of an assignment to a string that ran out of memory.
 inline const std::string kNotAssigned =
     failureLine("sip_utility/src/wySipString", "SipString::operator= | append failed");
 
@@ -89,7 +89,7 @@ std::string addressText(const void* address);
 // Returns the two sides of a row `left => right`.
 std::pair<std::string, std::string> sidesOf(const std::string& row);
 
-// Returns a copy of a text in a block of just its size, terminator included.
+// Returns a copy of a text in a block of exactly its size, terminator included.
 std::unique_ptr<char[]> exactCopy(std::string_view text);
 
 using siputility::toSipString;

@@ -29,8 +29,8 @@ struct Marked {
   unsigned int count;
 };
 
-// Takes the marks out of a row: the match goes from "^", or the start, to "|"; without "|" there
-// is none.
+// Removes the marks from a row. The match goes from "^", or the start, to "|"; a row without "|"
+// has none.
 inline Marked marked(std::string_view row) {
   std::string text(row);
   const std::size_t start = text.find('^');
@@ -71,7 +71,7 @@ inline bool consistsOf(std::string_view text, std::string_view members) {
   return text.find_first_not_of(members) == std::string_view::npos;
 }
 
-// *( member / "%" HEXDIG HEXDIG ), the escapes only if asked for
+// *( member / "%" HEXDIG HEXDIG ), the escapes only if wanted
 inline std::size_t run(std::string_view text, std::string_view members, bool escapes = false) {
   const bool member = !text.empty() && consistsOf(text.substr(0, 1), members);
   const bool escape =
@@ -99,14 +99,14 @@ void expectClass(std::string_view members, bool escapes = false) {
                     [&](std::string_view text) { return run(text, members, escapes); });
 }
 
-// White space, around a fold or not; behind the fold there must be some.
+// White space with at most one fold; after the fold there must be some.
 inline bool isLws(std::string_view text) {
   const std::size_t fold = std::min(text.find("\r\n"), text.size());
   const std::string_view last = fold == text.size() ? text : text.substr(fold + 2);
   return !last.empty() && consistsOf(last, " \t") && consistsOf(text.substr(0, fold), " \t");
 }
 
-// The longest LWS, unless a CR stands behind it.
+// The longest LWS, unless a CR follows it.
 inline std::size_t lws(std::string_view text) {
   std::size_t count = text.size();
   while (count != 0 && !isLws(text.substr(0, count))) {
@@ -115,7 +115,7 @@ inline std::size_t lws(std::string_view text) {
   return text.substr(count, 1) == "\r" ? 0 : count;
 }
 
-// What follows an opening quote, for texts of " \ a U+00E9 and white space.
+// The text after an opening quote, for texts of " \ a U+00E9 and white space.
 inline std::size_t quotedRest(std::string_view text) {
   if (text.empty() || text[0] == '"') {
     return text.empty() ? 0 : 1;
@@ -134,7 +134,7 @@ inline std::size_t label(std::string_view text) {
   return count != 0 && (text[0] == '-' || text[count - 1] == '-') ? 0 : count;
 }
 
-// The first label, and a name behind its dot that is one or has no label at all.
+// The first label, and after its dot a name, or a text that begins with no label.
 inline std::size_t hostname(std::string_view text) {
   const std::size_t first = label(text);
   const std::size_t end = text.substr(first, 1) == "." ? first + 1 : first;
@@ -169,15 +169,15 @@ inline std::size_t h16(std::string_view text) {
 
 constexpr std::size_t kNoAddress = std::string_view::npos;
 
-// What follows a group of an IPv6 address, with so many groups left.
+// The text after a group of an IPv6 address, with so many groups left.
 inline std::size_t ipv6Rest(std::string_view text, int groupsLeft, bool compressed) {
   const bool gap = !compressed && text.substr(0, 2) == "::";
   const std::size_t colons = gap ? 2 : run(text.substr(0, 1), ":");
   const int left = gap ? groupsLeft - 1 : groupsLeft;
   const bool mayEnd = compressed || gap;
-  const std::string_view behind = text.substr(colons);
-  const std::size_t tail = left >= 2 ? ipv4(behind) : 0;
-  const std::size_t group = h16(behind);
+  const std::string_view next = text.substr(colons);
+  const std::size_t tail = left >= 2 ? ipv4(next) : 0;
+  const std::size_t group = h16(next);
   if (groupsLeft == 0) {
     return 0;
   }
@@ -187,7 +187,7 @@ inline std::size_t ipv6Rest(std::string_view text, int groupsLeft, bool compress
   if (colons == 0 || left == 0 || group == 0) {
     return mayEnd ? colons : kNoAddress;
   }
-  const std::size_t rest = ipv6Rest(behind.substr(group), left - 1, mayEnd);
+  const std::size_t rest = ipv6Rest(next.substr(group), left - 1, mayEnd);
   return rest == kNoAddress ? kNoAddress : colons + group + rest;
 }
 
@@ -199,7 +199,7 @@ inline std::size_t ipv6(std::string_view text) {
 }
 
 // The first (number modulo 256) elements of a list, each in turn exchanged with the last smaller
-// one behind it, and the others.
+// one after it, and the others.
 inline std::string onePass(std::string list) {
   Lines elements;
   list += ';';

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: checkFiles.sh SIPUTIL MAKECAPTURE
-# Runs `siputil check` on directories: the order, links that lead back, what is no file, what is not
-# there, a name that would steer a terminal, a capture, a file too large to be a text.
+# Runs `siputil check` on directories: their order, links that lead back, special files, missing
+# files, a name with terminal controls, a capture, a file too large to be a text.
 set -euo pipefail
 
 siputil=$1 makeCapture=$2
@@ -9,7 +9,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 
-# Prints what check prints about the paths, and its status.
+# Prints the output of check for the paths, and its status.
 check() {
   status=0
   "$siputil" check "$@" 2>&1 || status=$?
@@ -64,7 +64,7 @@ siputil: mixed/core: is too large
 status 2
 END
 
-# Whatever is refused of many files, few reasons are kept.
+# However many files are refused, few reasons are kept.
 mkdir many
 seq 2000 | while read -r i; do printf 'ACK sip:a SIP/2.0\nTo: <sip:a:%d>\n\n' $((65000 + i)) >"many/$i"; done
 [ "$("$siputil" check many | grep -c first:)" -eq 1 ]

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Usage: examples.sh SIPUTIL DATA MAKECAPTURE PAGE...
-# Runs the examples that `siputil COMMAND --help` shows, beside the files that they name: each must
-# succeed and print something, and each command must have two. Then those in the console blocks of
-# the pages, which must print what the page shows.
+# Runs the examples that `siputil COMMAND --help` shows, in a folder with the files that they name.
+# Each must succeed and print something, and each command must have two. Then runs the examples in
+# the console blocks of the pages, which must print what the page shows.
 set -euo pipefail
 
 siputil=$(readlink -f "$1") data=$(readlink -f "$2") makeCapture=$(readlink -f "$3")
@@ -12,7 +12,7 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 
 siputil() { "$siputil" "$@"; }
-# Stands for the pager, which may not be there.
+# Replaces the pager, which may be missing.
 less() { cat; }
 export -f siputil less
 export siputil

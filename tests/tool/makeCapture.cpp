@@ -1,13 +1,13 @@
-// makeCapture.cpp - writes a capture file from a description: one line on standard input each.
+// makeCapture.cpp - writes a capture file. Standard input describes it, one instruction a line:
 //
-//   format pcap|swapped|nano|pcapng             what comes out; swapped is big-endian
+//   format pcap|swapped|nano|pcapng             the file's format; swapped is big-endian
 //   link ethernet|vlan|cooked|cooked2|raw|loopback
 //   udp SOURCE PORT DESTINATION PORT [TEXT]     a datagram, IPv4 or IPv6 as the addresses are
 //   tcp SOURCE PORT DESTINATION PORT SEQUENCE FLAGS [TEXT]  a segment; FLAGS are S, F, R or -
 //   fragment LINE, extended LINE, short LINE    the first of two fragments; after an extension
 //                                               header; the last byte not captured
 //   times N LINE                                N times, each from the next source port
-//   cut N                                       takes the last N bytes of the file away
+//   cut N                                       removes the last N bytes of the file
 //
 // TEXT has \r, \n, \\, \xHH, and \{N} for N times "x". Packets are a microsecond apart.
 #include <arpa/inet.h>
@@ -185,7 +185,7 @@ class CaptureMaker {
     return headers.at(link_);
   }
 
-  // Returns a number of the file's own headers, in the byte order of the format.
+  // Returns a number for the file's own headers, in the byte order of the format.
   std::string own(std::uint64_t value, std::size_t width) const {
     const std::string bytes = number(value, width);
     return format_ == "swapped" ? bytes : std::string(bytes.rbegin(), bytes.rend());

@@ -4,7 +4,8 @@
 #   #  a comment     $  the arguments, as a shell reads them    <  one line of standard input
 #   @  one line of a description of the capture that standard input is
 #   >  one line of standard output    !  one of standard error  =  the exit status
-# In lines of input, \xHH and the like are bytes, \{N} is N zeros; in arguments $data is tests/data.
+# In lines of input, escapes such as \xHH are bytes and \{N} is N zeros. In arguments, $data is
+# tests/data.
 set -euo pipefail
 
 siputil=$1 case=$2

@@ -46,7 +46,7 @@ MULTIPART = (b"MESSAGE sip:a SIP/2.0\r\nVia: SIP/2.0/TLS a\r\nFrom: <tel:+1>\r\n
 BODY = MULTIPART.partition(b"\r\n\r\n")[2]
 TYPE = "--type=multipart/mixed;boundary="
 
-# The arguments of each command, and its standard input.
+# The arguments and the standard input of each command.
 RUNS = {
     "address": [(["-"], read("address.txt")), (["*"], None)],
     "tel": [(["-"], read("tel.txt")), (["tel:+1", "--to-sip=sip:a.test"], None)],
@@ -74,7 +74,7 @@ for command in [line.split()[0] for line in lines]:
     validator = jsonschema.Draft202012Validator({**SCHEMA, "$ref": f"#/$defs/{command}"})
     objects = []
     for arguments, stdin in RUNS[command]:
-        # Only a line end of its own ends an object, not each that Unicode knows.
+        # Only "\n" ends an object, not the other line ends of Unicode.
         printed = run(command, "--json", *arguments, stdin=stdin).split("\n")[:-1]
         objects += [json.loads(line) for line in printed]
     objects += [instance for name, instance in CASES if name == command]
@@ -82,7 +82,7 @@ for command in [line.split()[0] for line in lines]:
         for error in validator.iter_errors(instance):
             wrong += 1
             print(f"{command}: {error.json_path}: {error.message}\n  {json.dumps(instance)}")
-    # A definition that lets everything pass would hold nothing.
+    # A definition that accepts everything would check nothing.
     if not objects or validator.is_valid({}) or validator.is_valid({**objects[0], "extra": 1}):
         wrong += 1
         print(f"{command}: nothing printed, or the schema takes any object")

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: surviveCaptures.sh SIPUTIL MUTATE MAKECAPTURE COUNT CASE...
-# Runs `siputil message` on COUNT damaged captures, made from those of the cases: no exit status but
-# 0 and 1, and messages in what is left.
+# Runs `siputil message` on COUNT damaged captures, made from those of the cases. Each exit status
+# must be 0 or 1, and some messages must be left.
 set -euo pipefail
 
 siputil=$1 mutate=$2 makeCapture=$3 count=$4
@@ -12,7 +12,7 @@ export ASAN_OPTIONS=exitcode=99 UBSAN_OPTIONS=exitcode=99 LSAN_OPTIONS=exitcode=
 
 mkdir "$work/files" "$work/captures"
 for case in "${@:5}"; do
-  # Small ones, so that damage hits what matters.
+  # Small captures, so that the damage hits what matters.
   grep -qE '^@ times|^@.*[{]' "$case" ||
     sed -n 's/^@ \{0,1\}//p' "$case" | "$makeCapture" >"$work/captures/$(basename "$case")"
 done

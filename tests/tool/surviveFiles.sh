@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Usage: surviveFiles.sh SIPUTIL MUTATE COUNT SAMPLE...
-# Runs `siputil message` on COUNT damaged messages, many at once: the exit status must be that of
-# refused texts, and nearly every file must have its message; a few are damaged to nothing. Then on
-# all of them as one log.
+# Runs `siputil message` on COUNT damaged messages, many at once. The exit status must be that of
+# refused texts. Nearly every file must have its message: damage leaves nothing of a few. Then runs
+# it on all of them as one log.
 set -euo pipefail
 
 siputil=$1 mutate=$2 count=$3

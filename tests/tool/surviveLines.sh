@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Usage: surviveLines.sh SIPUTIL MUTATE COMMAND COUNT SAMPLES
-# Runs `siputil COMMAND - --json` on COUNT damaged lines: the exit status must be that of refused
+# Runs `siputil COMMAND - --json` on COUNT damaged lines. The exit status must be that of refused
 # texts, and every line that is not empty must have its result.
 set -euo pipefail
 
