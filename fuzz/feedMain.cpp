@@ -1,9 +1,9 @@
-// feedMain.cpp - feeds a fuzz target what libFuzzer would not be there to feed: the inputs of its
-// corpus, those that once failed, and generated ones, the same at every run.
+// feedMain.cpp - feeds a fuzz target without libFuzzer: the inputs of its corpus, those that once
+// failed, and generated ones, the same at every run.
 //
 // Usage: PROGRAM COUNT DICTIONARY [DIRECTORY...]
 // The generated inputs are put together from the pieces of a dictionary in libFuzzer's format. The
-// last line tells that all inputs were fed: a run that ends early has none.
+// last line of the output shows that all inputs were fed: a run that ends early does not print it.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -47,8 +47,8 @@ std::vector<std::string> readDictionary(const char* file) {
   return pieces;
 }
 
-// Neighbours in the dictionary belong together: half of the inputs are made of a few, so that
-// well-formed ones come up.
+// Neighbours in the dictionary belong together. Half of the inputs are made of a few neighbours, so
+// that well-formed ones occur.
 std::string nextInput(std::mt19937_64& random, const std::vector<std::string>& pieces) {
   std::string input;
   const std::uint64_t bits = random();
@@ -64,7 +64,7 @@ void feed(const std::string& input) {
   LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(input.data()), input.size());
 }
 
-// Feeds the files of a directory. Returns their number; a directory that is not there has none.
+// Feeds the files of a directory. Returns their number, 0 for a missing directory.
 unsigned long feedFiles(const char* directory) {
   unsigned long count = 0;
   std::error_code none;

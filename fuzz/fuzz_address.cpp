@@ -1,8 +1,8 @@
 // fuzz_address.cpp - SIP addresses: each line is read as one, the first is edited with the others.
 #include "pieces.h"
 
-// The texts are those of the pieces, whatever was cached, and can be read where there is a whole
-// address. Reading turns the parameters round.
+// The texts are those of the pieces, whatever was cached. A complete address can be read again,
+// which reverses the parameters.
 void checkTexts(SipAddress& address) {
   const Pieces p = piecesOf(address);
   const std::string params = joined(p, kSipParams);
@@ -16,8 +16,8 @@ void checkTexts(SipAddress& address) {
   const std::size_t colon = p[4] == "0" ? 0 : 1;  // is not counted
   require(address.getURIStringLength() + colon == uri.size(), "the URI's length", uri, text);
   require(address.getStringLength() + colon == text.size(), "the length", text, uri);
-  const bool whole = !p[1].empty() && !p[3].empty() && areReadable(p, kSipParams);
-  if (whole || address.isWildcard()) {
+  const bool complete = !p[1].empty() && !p[3].empty() && areReadable(p, kSipParams);
+  if (complete || address.isWildcard()) {
     const SipAddress again(address.toString());
     Pieces read = piecesOf(again);
     std::reverse(read.begin() + kSipParams, read.end());

@@ -1,5 +1,6 @@
-// fuzz_gzip.cpp - compression, held against zlib. The input's first byte says how often the rest is
-// repeated ("A" once) for a message to compress; the rest behind a byte below is data to expand.
+// fuzz_gzip.cpp - compression, compared with zlib. From "A" up, the first byte of the input is how
+// often the rest is repeated ("A" once) to make a message to compress. After a lower first byte,
+// the rest is data to expand.
 #include <zlib.h>
 
 #include "law.h"
@@ -8,28 +9,28 @@
 namespace {
 
 constexpr std::size_t kExpansionLimit = 60;
-constexpr std::size_t kMessageEnough = 2048;  // beyond the limit, if of one character
+constexpr std::size_t kMessageEnough = 2048;  // a message of one character is past the limit then
 constexpr int kGzip = 31;                     // the largest window; gzip header and trailer
 
-unsigned char* toStdString(char* text) { return reinterpret_cast<unsigned char*>(text); }
+unsigned char* asBytes(char* text) { return reinterpret_cast<unsigned char*>(text); }
 
-// Returns what the library gave away.
-std::string takenBytes(unsigned char* bytes, unsigned int count) {
-  const GivenText given(reinterpret_cast<char*>(bytes));
-  require((count != 0) == (given != nullptr), "no bytes, no block", "", "");
-  return {given.get(), count};
+// Returns the bytes that the library handed out.
+std::string takenBytes(unsigned char* output, unsigned int count) {
+  const HandedOutText bytes(reinterpret_cast<char*>(output));
+  require((count != 0) == (bytes != nullptr), "no bytes, no block", "", "");
+  return {bytes.get(), count};
 }
 
-// Returns what zlib makes of the input in one step, as much as there is room for; "" of damaged
+// Returns what zlib makes of the input in one step, as much as there is room for; "" for damaged
 // data.
 std::string converted(bool deflating, std::string in, std::size_t room) {
   std::string out(room, '\0');
   z_stream stream = {};
   deflating ? deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzip, 4, Z_DEFAULT_STRATEGY)
             : inflateInit2(&stream, kGzip);
-  stream.next_in = toStdString(in.data());
+  stream.next_in = asBytes(in.data());
   stream.avail_in = static_cast<unsigned int>(in.size());
-  stream.next_out = toStdString(out.data());
+  stream.next_out = asBytes(out.data());
   stream.avail_out = static_cast<unsigned int>(room);
   const int result = deflating ? deflate(&stream, Z_FINISH) : inflate(&stream, Z_NO_FLUSH);
   out.resize(stream.total_out);
@@ -38,10 +39,10 @@ std::string converted(bool deflating, std::string in, std::size_t room) {
 }
 
 std::string checkExpanding(const std::string& data) {
-  unsigned char* given = nullptr;
+  unsigned char* bytes = nullptr;
   const auto length = static_cast<unsigned short>(data.size());
-  const unsigned int count = DeCompressGzipData(toStdString(blockOf(data).get()), length, &given);
-  const std::string text = takenBytes(given, count);
+  const unsigned int count = DeCompressGzipData(asBytes(blockOf(data).get()), length, &bytes);
+  const std::string text = takenBytes(bytes, count);
   const std::size_t limit = kExpansionLimit * length;
   const std::string expected = converted(false, data, limit + 1);
   const bool cut = expected.size() > limit && text == expected.substr(0, limit);
@@ -50,10 +51,10 @@ std::string checkExpanding(const std::string& data) {
 }
 
 void checkMessage(const std::string& text, std::size_t seed) {
-  unsigned char* given = nullptr;
+  unsigned char* bytes = nullptr;
   const auto length = static_cast<unsigned int>(text.size());
-  const unsigned int count = compMessageWithDeflate(blockOf(text).get(), &given, length);
-  std::string data = takenBytes(given, count);
+  const unsigned int count = compMessageWithDeflate(blockOf(text).get(), &bytes, length);
+  std::string data = takenBytes(bytes, count);
   const std::string expected = converted(true, text, length + 1);
   require(data == (expected.size() <= length ? expected : ""), "as zlib, if shorter", text, data);
   const bool fits = !data.empty() && length <= kExpansionLimit * data.size();

@@ -5,7 +5,7 @@
 
 namespace {
 
-// Returns what the pieces of a header make: its value and parameters.
+// Returns the text that the pieces of a header make: its value and parameters.
 std::string valueText(const SipHeader& header) {
   const bool ordinary = header.getHeaderType() == WY_SIP_HEADER_TYPE_NON_AUTH;
   std::string text(view(header.getValue()));
@@ -17,8 +17,8 @@ std::string valueText(const SipHeader& header) {
   return text;
 }
 
-// Holds the header's texts against its pieces. Returns the line. A header without a name has no
-// dialect: it is not asked for texts, for one of its value would stay when a name chooses another.
+// Compares the header's texts with its pieces. Returns the line. A header without a name has no
+// dialect and is not asked for texts: that of its value would stay when a name chooses a dialect.
 std::string checkTexts(SipHeader& header) {
   const std::string value = valueText(header);
   const std::string name(view(header.getName()));
@@ -50,8 +50,8 @@ VARN_EXCEPTION_CODES edit(SipHeader& header, std::string_view line) {
   }
 }
 
-// An empty value, or one with a tel URI in brackets, which counts as it would be written, does not
-// read again, nor do a tag and a branch that are no tokens.
+// Some values cannot be read again: an empty one, one with a tel URI in brackets (its length is
+// that of its written form), and a tag or branch that is no token.
 void checkReading(SipHeader& header, const std::string& line) {
   const std::string_view value = view(header.getValue());
   if (value.empty() || value.find("<tel:") != value.npos ||

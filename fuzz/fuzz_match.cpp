@@ -7,33 +7,33 @@
 
 namespace {
 
-// All rules at all offsets, and some of them look far ahead: the time goes by the square.
+// All rules are tried at all offsets, and some look far ahead: the time grows with the square.
 constexpr std::size_t kLongestText = 64;
 
 struct Place {
   const std::vector<SipStrStream>& heads;  // the text's first 0, 1, 2, ... bytes
-  const SipStrStream& whole;
+  const SipStrStream& complete;
   const SipStrStream& here;  // its position is the offset
   unsigned int offset;
   std::string_view text;  // from there on
 };
 
-// Neither what stands in front of a match nor what stands behind it takes part.
+// The text before a match and the text after it do not matter.
 template <typename Matcher, typename... Arguments>
 void check(const Place& place, Arguments... arguments) {
   const auto countAt = [&](const SipStrStream& stream, unsigned int offset) {
     return Matcher(arguments...).match(stream, offset);
   };
-  const unsigned int count = countAt(place.whole, place.offset);
+  const unsigned int count = countAt(place.complete, place.offset);
   const unsigned int end = place.offset + count;
   const char* const name = typeid(Matcher).name();
   require(count <= place.text.size(), "not past the end", name, place.text);
   if (count != 0) {
     constexpr bool kRun = std::is_base_of_v<SipMatchCharSet, Matcher> ||
                           std::is_base_of_v<SipMatchEscapedCharSet, Matcher>;
-    require(!kRun || countAt(place.whole, end) == 0, "the longest run", name, place.text);
+    require(!kRun || countAt(place.complete, end) == 0, "the longest run", name, place.text);
     require(count == countAt(place.here, 0), "nothing in front counts", name, place.text);
-    require(count == countAt(place.heads[end], place.offset), "nor behind", name, place.text);
+    require(count == countAt(place.heads[end], place.offset), "nor after", name, place.text);
   }
 }
 
@@ -76,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   for (std::size_t length = 0; length <= text.size(); ++length) {
     heads.emplace_back(toSipString(text.substr(0, length)));
   }
-  // A tel URI in brackets counts as it would be written, which may be past the end.
+  // A tel URI in brackets counts for its written form, which may end past the text.
   const int family = input.empty() || text.find("<tel:") != text.npos ? 0 : input[0] & 3;
   forbidAssertions();
   for (unsigned int offset = 0; offset <= text.size(); ++offset) {

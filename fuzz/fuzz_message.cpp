@@ -35,14 +35,14 @@ void checkField(const Field& field) {
   require(empty || header.getStringLength() == header.toString().length(), "a length", list, "");
 }
 
-// A message without a fault says what its text does, and can be written and read again.
+// A message without a fault has the content of its text, and can be written and read again.
 void checkMessage(const Message& message, std::string_view text) {
   const std::string_view header = text.substr(0, text.size() - message.body.size());
   require(message.body.data() == header.data() + header.size(), "the body ends it", text, header);
   std::string bare = squeezed(message.startLine);
   const bool sound = message.faults.empty();
   bool literal = sound && header.find(',') == std::string_view::npos;  // else a value may vanish
-  bool readable = sound;  // no line is indented: behind others it would continue them
+  bool readable = sound;  // no line is indented: it would continue the line before it
   for (const Field& field : message.fields) {
     checkField(field);
     bare.append(squeezed(field.name)).append(":").append(squeezed(field.value));

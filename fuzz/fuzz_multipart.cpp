@@ -5,13 +5,13 @@
 
 namespace {
 
-// Returns the node that was made behind this one: its sibling or its child.
+// Returns the node that was made after this one: its sibling or its child.
 const SipMultipartMessageBody* following(const SipMultipartMessageBody* node) {
   require(node->next == nullptr || node->child == nullptr, "one link a node", "", "");
   return node->next != nullptr ? node->next : node->child;
 }
 
-// Contents stand in the body one behind the other.
+// The contents are in the body one after the other.
 void checkNode(const SipMultipartMessageBody& node, std::string_view body, std::size_t& position) {
   const std::string_view content(reinterpret_cast<const char*>(node.body), node.bodyLength);
   position = body.find(content, position);
@@ -19,8 +19,8 @@ void checkNode(const SipMultipartMessageBody& node, std::string_view body, std::
   position += content.size();
   if (node.epilogue != nullptr) {
     const std::string_view epilogue(node.epilogue);
-    const bool behind = body.find(epilogue, position) != std::string_view::npos;
-    require(behind, "an epilogue is behind", epilogue, body);
+    const bool after = body.find(epilogue, position) != std::string_view::npos;
+    require(after, "an epilogue is after its part", epilogue, body);
   }
   if (node.preamble != nullptr) {
     require(body.find(node.preamble) == 0, "a preamble is in front", node.preamble, body);

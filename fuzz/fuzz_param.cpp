@@ -11,7 +11,7 @@ std::string textOf(const SipParamList& list) {
   return std::string(view(text).substr(6));
 }
 
-// Holds the list against its model and the array of names against its walk. Returns the array.
+// Compares the list with its model and the array of names with its walk. Returns the array.
 const SipString** checkList(SipParamList& list, const Params& model, std::string_view line) {
   const std::string text = textOf(list);
   require(paramsOf(list) == model, "the parameters of the model", text, line);

@@ -4,7 +4,7 @@
 
 namespace {
 
-// Returns the text quoted; the text itself where it cannot be.
+// Returns the text quoted; the text itself if it cannot be quoted.
 std::string quoted(int (*quote)(char* uri, char** out), const std::string& text) {
   char* out = nullptr;
   require(quote(copyOf(text).get(), &out) == (out != nullptr ? 1 : 0), "1 for a text", text, "");
@@ -16,9 +16,9 @@ void checkQuoting(const std::string& text) {
   const std::string list = quoted(wyQuoteUserInfoInSipUri, text);
   require(once == quoted(wyQuoteUserInfo, once), "quoted once, quoted for good", text, once);
   if (text.find('"') != std::string::npos || once == text) {
-    return;  // an escaped quote parts a list anew; the first "sip:" may not be the one in use
+    return;  // an escaped quote splits a list differently; the first "sip:" may not be the scheme
   }
-  require(list == quoted(wyQuoteUserInfoInSipUri, list), "a list, too", text, list);
+  require(list == quoted(wyQuoteUserInfoInSipUri, list), "also as a list", text, list);
   const std::size_t begin = once.find("sip:") + 4;
   const std::size_t colon = once.substr(0, once.rfind('@')).find(':', begin);
   require(colon == std::string::npos, "a user-info has no colon", text, once);

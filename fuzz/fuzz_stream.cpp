@@ -4,8 +4,8 @@
 
 namespace {
 
-// Each way of moving on, on a copy: all or nothing.
-void checkWholeSteps(const SipStrStream& stream, std::string_view left, unsigned int length) {
+// Takes a step in each way, on a copy: all or nothing.
+void checkExactSteps(const SipStrStream& stream, std::string_view left, unsigned int length) {
   SipStrStream copies[] = {stream, stream};
   const std::unique_ptr<char[]> bytes(new char[length]);
   const VARN_EXCEPTION_CODES code = length <= left.size() ? VARN_OK : VARN_SHORT_INPUT;
@@ -26,11 +26,11 @@ void checkStep(SipStrStream& stream, std::string_view text, unsigned int length,
   require(stream.peek(length) == ahead, "the byte ahead", text, left);
   const unsigned int space = trimmed ? SipMatchLWS().match(stream, 0) : 0;
   require(stream.done() == (space == left.size()), "nothing else is left", text, left);
-  checkWholeSteps(stream, left, length);
+  checkExactSteps(stream, left, length);
   SipString out("before");
   require(stream.get(length, out) == VARN_OK, "short input is no failure", text, left);
   require(view(out) == left.substr(0, length), "what is left of it", view(out), left);
-  require(text.substr(stream.pos()) == left.substr(out.length()), "behind it", text, left);
+  require(text.substr(stream.pos()) == left.substr(out.length()), "the rest", text, left);
   require(stream.length() == text.size() && stream.valid(), "the text stays", text, left);
 }
 
@@ -42,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), std::min(size, kLongestInput));
   SipStrStream plain(toSipString(text));
   SipLWSStrStream trimmed(toSipString(text));
-  require(trimmed.pos() == SipMatchLWS().match(plain, 0), "behind white space", text, "");
+  require(trimmed.pos() == SipMatchLWS().match(plain, 0), "after white space", text, "");
   for (const std::string_view line : linesOf(data, size)) {
     checkStep(plain, text, static_cast<unsigned int>(line.size()), false);
     checkStep(trimmed, text, static_cast<unsigned int>(line.size()), true);

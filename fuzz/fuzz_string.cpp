@@ -48,7 +48,7 @@ VARN_EXCEPTION_CODES apply(SipString& string, std::string& twin, int operation,
   }
 }
 
-// Where the own text begins a longer one, comparing the two ends the process.
+// Comparing ends the process if the own text is the beginning of a longer one.
 template <typename Compare>
 void checkOrder(const std::string& own, const std::string& other, bool exact, Compare compare) {
   const auto step = std::mismatch(own.begin(), own.end(), other.begin(), other.end());

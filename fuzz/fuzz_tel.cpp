@@ -26,7 +26,7 @@ void checkTexts(TelAddress& tel) {
   if (!p[1].empty() && areTelReadable(p)) {
     const TelAddress again(tel.toString());
     Pieces read = piecesOf(again);
-    read[kTelBracket] = p[kTelBracket];  // the text has them for parameters, too
+    read[kTelBracket] = p[kTelBracket];  // parameters alone also make the text have them
     require(again.GetLastErrorCode() == VARN_OK, "what is written is accepted", text, "");
     require(read == p && again.getType() == tel.getType(), "as it was", text, "");
   }
@@ -34,7 +34,7 @@ void checkTexts(TelAddress& tel) {
 
 namespace {
 
-// The user part says what the URI does.
+// The user part has the content of the URI.
 void checkSip(const char* text, const char* /*next*/) {
   TelAddress tel{SipString(text)};
   const bool accepted = tel.GetLastErrorCode() == VARN_OK;

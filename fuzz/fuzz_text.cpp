@@ -7,10 +7,10 @@ namespace {
 
 void checkBytes(const std::string& text) {
   unsigned short count = 1;
-  const GivenText bytes(reinterpret_cast<char*>(strToH8(copyOf(text).get(), &count)));
+  const HandedOutText bytes(reinterpret_cast<char*>(strToH8(copyOf(text).get(), &count)));
   require(bytes != nullptr && count == (text.size() + 1) / 2, "two digits a byte", text, "");
   const std::string padding(bytes.get() + count, count);
-  require(padding == std::string(count, '\0'), "as many zero bytes behind", text, padding);
+  require(padding == std::string(count, '\0'), "then as many zero bytes", text, padding);
   const std::string imei = taken(SipFormatIMEInumber(copyOf(text).get()), "");
   require(imei.size() == (text.size() < 15 ? 0U : 17U), "15 characters in groups", text, imei);
 }
@@ -21,8 +21,8 @@ void checkCutting(const std::string& text, const char* delimiter) {
   const bool cut = NSIP_strtok(copy.get(), delimiter, &rest) != nullptr;
   require(cut == (text.find(delimiter) != std::string::npos), "cut if found", text, delimiter);
   const std::string head(copy.get());
-  const bool whole = !cut || *delimiter == '\0' || head + delimiter + rest == text;
-  require(whole, "the sides are the whole", text, delimiter);
+  const bool complete = !cut || *delimiter == '\0' || head + delimiter + rest == text;
+  require(complete, "the sides make the text", text, delimiter);
   copy = copyOf(text);
   const std::string_view bare(RemoveSpaces(copy.get()));
   require(bare.empty() || (bare.front() != ' ' && bare.back() != ' '), "no blanks", text, bare);
@@ -30,7 +30,7 @@ void checkCutting(const std::string& text, const char* delimiter) {
           "the result lies inside", text, bare);
 }
 
-// A number that may not fit ends the process, and of a long text the first bytes alone are read.
+// A number that does not fit ends the process. Of a long text only the first bytes are read.
 void checkNumber(const std::string& text) {
   const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
   const bool number = digits == text.size() && digits != 0;
@@ -47,7 +47,7 @@ void checkLists(const std::vector<Text>& arguments) {
   const unsigned char index = ValidateAndGetMaxQValue(values.data(), count);
   require(index < count || index == 255, "an index of the list", values[0], values[1]);
   const char* const highest = values[index % count];
-  const bool digits =  // behind "0." anything counts, and is cut at the first that is no digit
+  const bool digits =  // after "0." any byte counts; the value ends at the first that is no digit
       (std::string_view(values[0]).find_first_not_of("0123456789", 2) &
        std::string_view(highest).find_first_not_of("0123456789", 2)) == std::string_view::npos;
   require(index == 255 || !digits || std::atof(highest) >= std::atof(values[0]), "the highest",

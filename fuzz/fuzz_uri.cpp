@@ -6,7 +6,7 @@ namespace {
 
 constexpr int kMemoryCategory = 2;
 
-// Returns the text of an address or header that the library gave away, "" for none, and deletes it.
+// Returns the text of an address or header that the library handed out, "" for none. Deletes it.
 template <typename Object>
 std::string textOf(Object* object) {
   if (object == nullptr) {
@@ -48,9 +48,9 @@ void checkEquality(const char* a, const char* b) {
   const int equal = CompareSIPURI(a, b);
   require(equal == CompareSIPURI(b, a), "equality is symmetric", a, b);
   const SipAddress address{SipString(a)};
-  const bool whole = address.GetLastErrorCode() == VARN_OK && !address.isWildcard() &&
-                     address.getUser().length() != 0 && isReadable(address.getHost().c_str());
-  require(!whole || CompareSIPURI(a, a) == 1, "an address equals itself", a, a);
+  const bool complete = address.GetLastErrorCode() == VARN_OK && !address.isWildcard() &&
+                        address.getUser().length() != 0 && isReadable(address.getHost().c_str());
+  require(!complete || CompareSIPURI(a, a) == 1, "an address equals itself", a, a);
 }
 
 void checkHost(const char* host) {

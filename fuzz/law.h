@@ -1,4 +1,4 @@
-// law.h - what the fuzz targets share: their input cut into texts, and laws that end the process.
+// law.h - shared by the fuzz targets: cuts an input into texts, and checks laws.
 #ifndef FUZZ_LAW_H
 #define FUZZ_LAW_H
 
@@ -22,7 +22,7 @@ using siputility::toSipString;
 using siputility::toStdString;
 using siputility::view;
 
-// Longer inputs find nothing that these do not, and fewer of them are tried in the same time.
+// Longer inputs find nothing more, and fewer of them run in the same time.
 constexpr std::size_t kLongestInput = 4096;
 
 // A zero-terminated text in a block of exactly its size, so that one byte too far is seen.
@@ -43,7 +43,7 @@ inline Text blockOf(std::string_view bytes) {
   return block;
 }
 
-// Returns the arguments that an input holds, one a line; at least two, "" for those it has not.
+// Returns the arguments in an input, one a line; at least two, "" for missing ones.
 inline std::vector<Text> argumentsOf(const uint8_t* data, std::size_t size) {
   std::string_view rest(reinterpret_cast<const char*>(data), std::min(size, kLongestInput));
   std::vector<Text> arguments;
@@ -55,7 +55,7 @@ inline std::vector<Text> argumentsOf(const uint8_t* data, std::size_t size) {
   return arguments;
 }
 
-// Returns the lines of an input, zero bytes kept. A CRLF belongs to its line: that is a fold.
+// Returns the lines of an input, zero bytes included. A CRLF does not end a line: it may be a fold.
 inline std::vector<std::string_view> linesOf(const uint8_t* data, std::size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), std::min(size, kLongestInput));
   std::vector<std::string_view> lines;
@@ -70,7 +70,7 @@ inline std::vector<std::string_view> linesOf(const uint8_t* data, std::size_t si
   return lines;
 }
 
-// Ends the process, both texts printed, where a law does not hold.
+// Prints both texts and ends the process if a law does not hold.
 inline void require(bool holds, const char* law, std::string_view a, std::string_view b) {
   if (!holds) {
     static_cast<void>(std::fprintf(stderr, "broken law: %s\n<%.*s>\n<%.*s>\n", law,
@@ -80,16 +80,16 @@ inline void require(bool holds, const char* law, std::string_view a, std::string
   }
 }
 
-// A text that the library gave away.
-using GivenText = siputility::PlatformBlock<char>;
+// A text that the library handed out.
+using HandedOutText = siputility::PlatformBlock<char>;
 
-// Returns a given text; the other one for null.
-inline std::string taken(char* given, const std::string& other) {
-  const GivenText owner(given);
-  return given == nullptr ? other : given;
+// Returns a text that was handed out; the other one for null.
+inline std::string taken(char* text, const std::string& other) {
+  const HandedOutText owner(text);
+  return text == nullptr ? other : text;
 }
 
-// Ends the process where the library reports a failed assertion.
+// Ends the process if the library reports a failed assertion.
 inline void forbidAssertions() {
   hostSetAssertionHandler(
       [](void*, const HostAssertion& assertion) {
@@ -98,7 +98,7 @@ inline void forbidAssertions() {
       nullptr);
 }
 
-// Counts the entries of the memory log while it lives; at its end none may be left.
+// Counts the entries of the memory log during its lifetime; at its end none may be left.
 class MemoryLogWatch {
  public:
   MemoryLogWatch() {
@@ -119,8 +119,8 @@ class MemoryLogWatch {
   long entries_ = 0;
 };
 
-// Calls check(text, next) for each argument and the one behind it, then checkAll(arguments).
-// Nothing may be left behind.
+// Calls check(text, next) for each argument and the one after it, then checkAll(arguments). No
+// block may be left.
 template <typename Check, typename CheckAll>
 void checkArguments(const uint8_t* data, std::size_t size, Check check, CheckAll checkAll) {
   const std::size_t before = hostLiveBlocks();

@@ -1,7 +1,7 @@
 // mutate.cpp - makes damaged copies of samples, the same ones at every run.
 //
 // Usage: mutate COUNT lines FILE                 prints copies of the lines of a file
-//        mutate COUNT files DIRECTORY FILE...    writes copies of whole files to a directory
+//        mutate COUNT files DIRECTORY FILE...    writes copies of files to a directory
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
@@ -14,7 +14,7 @@
 
 namespace {
 
-// What the grammar splits at, and what it must not stumble over; a zero byte behind them.
+// Bytes at which the grammar splits, and bytes that must not confuse it; a zero byte is the last.
 constexpr std::string_view kPieces[] = {
     "<",     ">",     "\"",       "\\",      ";",     "=",    ":",      "@",        "?",
     "&",     "%",     ",",        "*",       "[",     "]",    "::",     " ",        "\t",

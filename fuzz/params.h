@@ -1,4 +1,4 @@
-// params.h - strings and parameters of the library as the targets compare them.
+// params.h - strings and parameters in the form in which the targets compare them.
 #ifndef FUZZ_PARAMS_H
 #define FUZZ_PARAMS_H
 
@@ -35,8 +35,8 @@ Params paramsOf(const Owner& owner) {
   return params;
 }
 
-// Returns whether a list reads these parameters when it has written them: "tag" and "branch" may
-// have been set to what only other names may have.
+// Returns whether a list can read these parameters after it has written them. A setter accepts
+// values of "tag" and "branch" that only other names may have in a text.
 inline bool readsAgain(const SipParamList& list, const Params& params) {
   return std::all_of(params.begin(), params.end(), [&](const auto& param) {
     const bool special = param.first == "tag" || param.first == "branch";

@@ -1,5 +1,4 @@
-// pieces.h - addresses taken apart and put together again in the plainest way, for the address
-// targets to hold the library against.
+// pieces.h - a plain model of addresses, with which the address targets compare the library.
 #ifndef FUZZ_PIECES_H
 #define FUZZ_PIECES_H
 
@@ -10,7 +9,7 @@
 #include "law.h"
 #include "wyTelAddress.h"
 
-// What an address is made of; behind a fixed number of pieces its parameters, each as written.
+// The pieces of an address: a fixed number of them, then its parameters, each as written.
 using Pieces = std::vector<std::string>;
 
 // Display name, scheme, user, host, port ("0" for none).
@@ -21,7 +20,7 @@ constexpr unsigned int kTelBracket = 5;
 constexpr unsigned int kTelParams = 6;
 constexpr const char* kTelNames[kTelBracket] = {"", "", "isub", "ext", "phone-context"};
 
-// The setters of the first pieces, in their order.
+// The setters of the first pieces, in the order of the pieces.
 constexpr VARN_EXCEPTION_CODES (SipAddress::*kSipSetters[])(const SipString&) = {
     &SipAddress::setDisplayName, &SipAddress::setScheme, &SipAddress::setUser,
     &SipAddress::setHost};
@@ -29,7 +28,7 @@ constexpr VARN_EXCEPTION_CODES (TelAddress::*kTelSetters[])(const SipString&) = 
     &TelAddress::setDisplayName, &TelAddress::setPhoneNumber, &TelAddress::setISDNSubAddr,
     &TelAddress::setExtension, &TelAddress::setContext};
 
-// The laws of a target: on the texts of an address, and on its changes by a value and another.
+// The laws of a target: for the texts of an address, and for its changes by two values.
 void checkTexts(SipAddress& address);
 void checkTexts(TelAddress& tel);
 void checkEdits(SipAddress& address, const SipString& value, const SipString& other);
@@ -46,7 +45,7 @@ inline std::string paramText(const std::string& name, const std::string& value) 
   return ";" + name + (value.empty() ? "" : "=" + value);
 }
 
-// Returns the given pieces and the parameters of the address they are from.
+// Returns the pieces and after them the parameters of their address.
 template <typename Address>
 Pieces withParams(Pieces pieces, const Address& address) {
   for (const SipParam& param : siputility::paramsOf(address)) {
@@ -69,14 +68,14 @@ inline Pieces piecesOf(const TelAddress& tel) {
                     tel);
 }
 
-// Returns the pieces from the first on, one behind the other.
+// Returns the pieces from the first on, one after the other.
 inline std::string joined(const Pieces& pieces, std::ptrdiff_t first) {
   std::string text;
   std::for_each(pieces.begin() + first, pieces.end(), [&text](auto& piece) { text += piece; });
   return text;
 }
 
-// Returns a display name and brackets, where wanted, around a URI.
+// Returns a URI, if wanted with a display name and in brackets.
 inline std::string nameAddr(const std::string& displayName, const std::string& uri,
                             bool bracketed) {
   const std::string text = bracketed || !displayName.empty() ? "<" + uri + ">" : uri;
@@ -90,7 +89,7 @@ inline bool isLessByName(const std::string& param, const std::string& other) {
   return strcasecmp(nameOf(param).c_str(), nameOf(other).c_str()) < 0;
 }
 
-// Takes the parameter of this name away, letter case ignored.
+// Removes the parameter of this name, letter case ignored.
 inline void eraseParam(Pieces& pieces, std::ptrdiff_t first, const std::string& name) {
   const auto isIt = [&name](auto& param) {
     return strcasecmp(nameOf(param).c_str(), name.c_str()) == 0;
@@ -98,16 +97,16 @@ inline void eraseParam(Pieces& pieces, std::ptrdiff_t first, const std::string& 
   pieces.erase(std::remove_if(pieces.begin() + first, pieces.end(), isIt), pieces.end());
 }
 
-// Returns whether the parameters of a SIP address can be read again: a setter has one rule for all
-// values, but reading has none for those of "tag" and "branch".
+// Returns whether the parameters of a SIP address can be read again. A setter has one rule for all
+// values; a parse accepts no value for "tag" and "branch".
 inline bool areReadable(const Pieces& pieces, std::ptrdiff_t first) {
   return std::none_of(pieces.begin() + first, pieces.end(), [](auto& param) {
     return param.compare(0, 5, ";tag=") == 0 || param.compare(0, 8, ";branch=") == 0;
   });
 }
 
-// Returns whether those of a tel address can, too: the name of one with a place of its own comes
-// to the list by way of white space around it, which is dropped there.
+// Returns whether the parameters of a tel address can be read again. The name of a dedicated
+// parameter may get into the list: with white space around it, which the list drops.
 inline bool areTelReadable(const Pieces& pieces) {
   return areReadable(pieces, kTelParams) &&
          std::none_of(pieces.begin() + kTelParams, pieces.end(), [](auto& param) {
@@ -116,7 +115,7 @@ inline bool areTelReadable(const Pieces& pieces) {
          });
 }
 
-// Returns which piece a parameter of this name is; kTelParams for one of the list.
+// Returns the index of the piece that has a parameter of this name; kTelParams for one of the list.
 inline unsigned int telPieceOf(const SipString& name) {
   unsigned int piece = 2;
   while (piece < kTelBracket && strcasecmp(kTelNames[piece], name.c_str()) != 0) {
@@ -125,8 +124,8 @@ inline unsigned int telPieceOf(const SipString& name) {
   return piece == kTelBracket ? kTelParams : piece;
 }
 
-// Takes away, or sets, what a tel address calls its parameter of this name. A setter drops the
-// white space around it.
+// Removes or sets what a tel address calls its parameter of this name. A setter drops the white
+// space around it.
 inline void eraseTelParam(Pieces& pieces, const SipString& name) {
   if (telPieceOf(name) == kTelParams) {
     eraseParam(pieces, kTelParams, toStdString(name));
@@ -145,7 +144,7 @@ inline void setTelParam(Pieces& pieces, const SipString& name, const SipString& 
                 param);
 }
 
-// Returns a text without its escapes; the letters that were none are made small, where wanted.
+// Returns a text with its escapes decoded, the other letters in lower case if wanted.
 inline std::string unescaped(std::string text, bool folded) {
   const auto isHex = [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; };
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -158,7 +157,7 @@ inline std::string unescaped(std::string text, bool folded) {
   return text;
 }
 
-// Returns how many names an address gives for its parameters.
+// Returns how many names of parameters an address returns.
 template <typename Address>
 std::size_t countNames(Address& address) {
   const SipString** const names = address.getParameterNames();
@@ -173,7 +172,7 @@ std::size_t countNames(Address& address) {
 inline const auto& settersOf(const SipAddress& /*sip*/) { return kSipSetters; }
 inline const auto& settersOf(const TelAddress& /*tel*/) { return kTelSetters; }
 
-// Sets each piece that an address has to what it is.
+// Sets each piece of an address to its own value.
 template <typename Address>
 void checkOwnPieces(Address& address) {
   const Pieces pieces = piecesOf(address);
@@ -188,8 +187,8 @@ void checkOwnPieces(Address& address) {
 inline bool isFixed(const SipAddress& address) { return address.isWildcard(); }
 inline bool isFixed(const TelAddress& /*tel*/) { return false; }
 
-// Calls change(pieces), which changes the pieces of an address, and the address, and returns the
-// outcome of the latter: a change that fails must leave the address as it was.
+// Calls change(pieces), which changes the pieces of an address and the address itself, and returns
+// the code of the address. A change that fails must leave the address as it was.
 template <typename Address, typename Change>
 void checkChange(Address& address, Change change) {
   const std::string text = toStdString(address.toString());
@@ -207,11 +206,11 @@ void checkChange(Address& address, Change change) {
   }
 }
 
-// Longer sequences of edits find nothing that these do not.
+// Longer sequences of edits find nothing more.
 constexpr std::size_t kMaxEdits = 8;
 
-// Edits the address that the first argument is: by its own pieces, then by each argument behind it
-// and the one behind that.
+// Reads the first argument as an address and edits it: with its own pieces, then with each further
+// argument and the one after that.
 template <typename Address>
 void editFirst(const std::vector<Text>& arguments) {
   Address address{SipString(arguments[0].get())};
