@@ -172,8 +172,8 @@ SipMultipartMessageBody** SipMultipartMessageBody::GetNestedMessagebodyList() {
   for (const Node* each = child; each != nullptr; each = each->next) {
     ++count;
   }
-  // The slots stay null, on purpose: callers count them. The extra slot ends the array for
-  // the destructor, in case a caller fills them.
+  // The slots stay null, on purpose: callers count them. The extra slot ends the array for the
+  // destructor, in case a caller fills them.
   nestedList = newZeroed<Node*>(count + 1).release();
   if (nestedList == nullptr) {
     logSevere(kSourceFile, "SipMultipartMessageBody::GetNestedMessagebodys | malloc failure");

@@ -241,8 +241,7 @@ unsigned int SipAddress::getURIStringLength() const {
   if (user_.length() != 0) {
     length = checkedSum(length, user_.length(), 1);
   }
-  // The ":" before the port is not counted, on purpose: the length is a hint by which
-  // to reserve.
+  // The ":" before the port is not counted, on purpose: the length is a hint for reserve().
   return port_.get() == 0 ? length : checkedSum(length, port_.getStringLength());
 }
 

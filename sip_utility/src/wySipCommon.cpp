@@ -192,8 +192,8 @@ void splitList(char* list, const char** elements, std::size_t count) {
   }
 }
 
-// One selection pass, which on purpose does not fully sort. It always compares with element
-// i, so the last smaller element moves to the front, not the smallest.
+// One selection pass, which on purpose does not fully sort. It always compares with element i, so
+// the last smaller element moves to the front, not the smallest.
 void orderElements(const char** elements, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     std::size_t last = count - 1;

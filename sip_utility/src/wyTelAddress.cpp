@@ -347,8 +347,8 @@ VARN_EXCEPTION_CODES TelAddress::parseTelNameAddr(SipStrStream& stream, SipStrin
     logFailure(kSourceFile, "TelAddress::parseTelNameAddr | Input Parameter NULL");
     return VARN_INVALID_INPUT;
   }
-  // The order of the dedicated parameters is fixed, on purpose. One that comes later is
-  // refused by the list, as a duplicate.
+  // The order of the dedicated parameters is fixed, on purpose. The list refuses one that comes
+  // later as a duplicate.
   VARN_EXCEPTION_CODES code = takeOpening(stream, *displayName);
   if (code == VARN_OK) {
     code = takeNumber(stream, *phoneNumber);
