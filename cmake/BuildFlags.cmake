@@ -28,18 +28,18 @@ if(SIPUTILITY_LIBFUZZER)
   target_compile_options(siputility_build_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# siputility_library_flags: besides, those of the shared libraries. Under sanitizers their
-# runtime is found in the program only, so nothing can be said about undefined symbols.
+# siputility_library_flags: these and the flags of the shared libraries. Under sanitizers only the
+# program has their runtime, so undefined symbols cannot be errors.
 add_library(siputility_library_flags INTERFACE)
 target_link_libraries(siputility_library_flags INTERFACE siputility_build_flags)
-# Inside a library its own functions are called, and inlined, without asking the dynamic linker.
+# A library calls its own functions directly, not through the dynamic linker, and may inline them.
 target_compile_options(siputility_library_flags INTERFACE -fno-exceptions
                                                           -fno-semantic-interposition)
 target_link_options(siputility_library_flags INTERFACE LINKER:-Bsymbolic-functions)
 if(NOT SIPUTILITY_SANITIZE)
   target_link_options(siputility_library_flags INTERFACE LINKER:--no-undefined)
 elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-  # Unsigned sums never wrap in our own code; those of the standard library's headers may.
+  # Unsigned sums never wrap in our own code. In headers of the standard library they may.
   target_compile_options(siputility_library_flags INTERFACE
                          -fsanitize=unsigned-integer-overflow)
 endif()

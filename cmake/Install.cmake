@@ -1,10 +1,10 @@
-# What `cmake --install` installs, in the components runtime, dev and tool. Everything finds the
-# rest by its place relative to itself, so that the tree may stand anywhere.
+# What `cmake --install` installs, in the components runtime, dev and tool. All paths between the
+# files are relative, so the tree may be anywhere.
 #
 #   bin/siputil
 #   include/siputility/          the library's headers and those of the platform's contract
 #   lib/lib-siputility.so.N
-#   lib/siputility/lib-ims*.so   the host platform: names without a version are no public ones
+#   lib/siputility/lib-ims*.so   the host platform: no version, since they are not public
 #   lib/cmake/siputility/, lib/pkgconfig/
 #   share/                       manual page, completions
 include(GNUInstallDirs)

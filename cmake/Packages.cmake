@@ -1,6 +1,6 @@
 # The Debian packages that cpack makes of the install components: lib-siputilityN,
-# lib-siputility-dev and siputil. ./dev package sets what a Debian system wants otherwise than a
-# folder of one's own: the prefix /usr, flags, the place of completions.
+# lib-siputility-dev and siputil. ./dev package sets what differs between a Debian system and a
+# private folder: the prefix /usr, flags, the place of completions.
 set(runtime_package lib-siputility${PROJECT_VERSION_MAJOR})
 set(dev_package lib-siputility-dev)
 set(tool_package siputil)
@@ -27,7 +27,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
     "Reads, checks, edits and writes SIP addresses, tel URIs, header fields and
 multipart bodies (RFC 3261, RFC 3966), over a platform layer for desktops.")
-# By hand: cpack would also want versions of the host platform's libraries, and knows no triggers.
+# By hand: cpack also requires versions of the host platform's libraries, and has no triggers.
 set(debian ${PROJECT_BINARY_DIR}/debian)
 file(
   WRITE ${debian}/shlibs
@@ -46,21 +46,22 @@ if(TARGET siputil)
   set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
   set(CPACK_COMPONENT_TOOL_DEPENDS runtime)
   set(CPACK_DEBIAN_TOOL_DESCRIPTION
-      "Takes SIP addresses, tel URIs, header fields and whole messages apart, tells
+      "Reads SIP addresses, tel URIs, header fields and complete messages, shows
 what is wrong with them, edits them and writes them back, also as JSON.")
 endif()
 
-# What Debian wants of a manual page and in each package's doc folder; no part of a plain install.
+# What Debian requires of a manual page and in each package's doc folder. A plain install has
+# neither.
 if(TARGET siputil)
   set(manual \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/siputil.1)
   install(CODE "execute_process(COMMAND gzip -9nf \"${manual}\" COMMAND_ERROR_IS_FATAL ANY)"
           COMPONENT tool EXCLUDE_FROM_ALL)
 endif()
-string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)  # SOURCE_DATE_EPOCH's, where that is set
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)  # SOURCE_DATE_EPOCH, if it is set
 file(
   WRITE ${debian}/changelog.Debian
   "siputility (${PROJECT_VERSION}-${release}) unstable; urgency=medium\n\n"
-  "  * What changed is told in changelog.gz.\n\n" " -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
+  "  * See changelog.gz for the changes.\n\n" " -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
 configure_file(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${debian}/changelog COPYONLY)
 foreach(name IN ITEMS changelog changelog.Debian)
   execute_process(COMMAND gzip -9nkf ${debian}/${name} COMMAND_ERROR_IS_FATAL ANY)

@@ -1,5 +1,5 @@
-# runnable(TARGET): sets the variable TARGET to a command that scripts can run: the program, or
-# where it is for another processor a script that has it emulated.
+# runnable(TARGET): sets the variable TARGET to a command that scripts can run: the program, or for
+# another processor a script that runs it in an emulator.
 function(runnable target)
   set(command $<TARGET_FILE:${target}>)
   if(CMAKE_CROSSCOMPILING)

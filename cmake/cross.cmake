@@ -1,6 +1,6 @@
 # cross.cmake - toolchain for SIPUTILITY_CROSS (arm64, armhf, s390x, i386): Debian's cross compiler,
-# and qemu-user to run what it makes; i386 runs by itself, for qemu-i386 hangs where a program with
-# threads forks. SIPUTILITY_SYSROOT holds the libraries of that processor.
+# and qemu-user to run what it makes. i386 programs run without it: qemu-i386 hangs if a program
+# with threads forks. SIPUTILITY_SYSROOT has the libraries of that processor.
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES SIPUTILITY_CROSS SIPUTILITY_SYSROOT)
 set(triplet_arm64 aarch64-linux-gnu)
 set(triplet_armhf arm-linux-gnueabihf)
@@ -18,7 +18,7 @@ set(CMAKE_SYSTEM_PROCESSOR ${processor})
 set(CMAKE_CXX_COMPILER ${triplet}-g++)
 set(CMAKE_C_COMPILER ${triplet}-gcc)
 
-# folder is Debian's multiarch folder of the libraries; only i386 has another name for it.
+# folder is Debian's multiarch folder of the libraries. Only for i386 it has another name.
 if(SIPUTILITY_CROSS STREQUAL "i386")
   set(folder i386-linux-gnu)
   set(libraries /usr/${triplet}/lib)

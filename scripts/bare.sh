@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Usage: bare.sh [MIRROR]
-# Runs the README's two commands where nothing is there: in a bare Debian 12 in a folder of its own,
-# from a tarball, in a path with blanks, as a user who has sudo and nothing else. Fails where one of
-# them does or the second run of siputil says anything but its result. Shows what each takes.
+# Runs the README's two commands on a bare Debian 12 in a folder of its own: from a tarball, in a
+# path with blanks, as a user who has only sudo. Fails if one of them fails or if the second run of
+# siputil prints more than its result. Shows the time that each takes.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
@@ -14,7 +14,7 @@ mapfile -t commands < <(sed -n 's,^    \(\./dev .*\),\1,p' README.md)
 root=$(mktemp -d) folder='/home/visitor/lib siputility/of a tarball'
 trap 'rm -rf --one-file-system "$root"' EXIT
 chmod 755 "$root"
-# What is mounted there goes with the namespace of the command that mounted it.
+# Mounts end with the namespace of the command that made them.
 unshare --mount debootstrap --variant=minbase --include=sudo bookworm "$root" "$@"
 echo "127.0.0.1 localhost $(hostname)" >"$root/etc/hosts"
 chroot "$root" useradd --create-home visitor

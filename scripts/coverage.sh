@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: coverage.sh [GCOVR_ARGUMENT...]
-# Runs the tests and shows which lines and branches of the library they reach; fails below 97% of
-# the lines and 90% of the branches. The lines themselves are in build/coverage/report.html.
+# Runs the tests and shows which lines and branches of the library they reach. Fails below 97% of
+# the lines and 90% of the branches. build/coverage/report.html shows each line.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."

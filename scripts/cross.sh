@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Usage: cross.sh arm64|armhf|s390x|i386 [CTEST_ARGUMENT...]
-# Builds the library, the tool and the tests for another processor with Debian's cross compiler and
-# runs the tests under qemu-user, those for i386 by themselves. zlib comes from that processor's
-# Debian packages, GoogleTest from its Debian sources. The tool is built without libpcap, which
-# would need a dozen packages more.
+# Builds the library, the tool and the tests for another processor with Debian's cross compiler.
+# Runs the tests under qemu-user, those for i386 without it. zlib comes from that processor's Debian
+# packages, GoogleTest from its Debian sources. The tool is built without libpcap, which would need
+# a dozen more packages.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
@@ -24,8 +24,8 @@ scripts/need.sh "${tools[@]}" cmake ninja CLI/CLI.hpp nlohmann/json.hpp utf8.h g
 
 sysroot=$PWD/build/sysroot-$processor
 if [ ! -d "$sysroot" ]; then
-  # apt works in a folder of its own, so that the machine's list of architectures stays as it is. A
-  # list of packages that cannot be fetched is no reason to stop: the download decides.
+  # apt works in a folder of its own, so that the machine's list of architectures does not change. A
+  # package list that cannot be fetched does not stop the script: the download below decides.
   folder=$(mktemp -d)
   trap 'rm -r "$folder"' EXIT
   mkdir -p "$folder/lists/partial" "$folder/cache/archives/partial"

@@ -2,7 +2,7 @@
 # Usage: fuzz.sh [TARGET|all] [SECONDS]
 # Runs a fuzz target (a name without fuzz_, all unless named) under libFuzzer with address,
 # undefined-behaviour and unsigned-overflow checks, each for SECONDS (60 unless given), JOBS at once
-# (as many as there are processors unless set). Shows where each stands every 10 seconds. New inputs
+# (as many as there are processors unless set). Shows their progress every 10 seconds. New inputs
 # are kept in build/fuzz/work, findings in build/fuzz/findings.
 set -euo pipefail
 
@@ -30,7 +30,7 @@ run() { # NAME DICTIONARY
   local fuzzer=$!
   while sleep 10 && kill -0 $fuzzer 2>/dev/null; do progress "$1"; done
   wait $fuzzer || status=$?
-  # A fail-stop ends with status 0: only the closing line tells of a whole run.
+  # A fail-stop ends with status 0: only the closing line shows that the run was complete.
   if [ $status -ne 0 ] || ! grep -aq '^Done [0-9]* runs in' "$log"; then
     printf '%-10s FINDING, see %s and %s\n' "$1" "$log" "$build/findings" >&2
     return 1
@@ -46,5 +46,5 @@ progress() { # NAME
 
 export -f run progress
 export build seconds
-export ASAN_OPTIONS=malloc_context_size=2 # short stacks, quick runs; a kept input gives long ones
+export ASAN_OPTIONS=malloc_context_size=2 # short stacks, quick runs; a replay shows long ones
 printf '%s\n' "${targets[@]}" | xargs -P "${JOBS:-$(nproc)}" -L 1 bash -euo pipefail -c 'run "$@"' run

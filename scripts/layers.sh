@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Usage: layers.sh
-# Checks that includes run downwards only, as docs/architecture.md draws it. Each folder includes
-# itself and the folders that are listed for it here. A header of the library or a source of its
-# name includes headers of its own row and of the rows above; a room also names the row whose
-# headers it may include at most. No headers include each other in a circle. A class that an
-# exported header only names is an exported one, or belongs to the library's namespace.
+# Checks that includes point one way, as docs/architecture.md draws it. A folder may include itself
+# and the folders that are listed for it below. A header of the library, or the source of that name,
+# may include headers of its own row and of the rows above it. A room is in the row whose headers it
+# may include at most. Headers must not include each other in a circle. A class that an exported
+# header only names must be exported or in the library's namespace.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."

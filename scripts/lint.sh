@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: lint.sh
-# Checks format, shell scripts, the page of log lines, who includes whom, that each exported header
-# compiles alone, and clang-tidy.
+# Checks the format, the shell scripts, the page of log lines, the includes, that each exported
+# header compiles alone, and runs clang-tidy.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
@@ -14,7 +14,8 @@ scripts/diagnostics.py
 scripts/layers.sh
 cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
-# The shell, not sources.sh, expands the last pattern: the projects in folders of examples/ stay out.
+# The shell expands the last pattern, not sources.sh: this leaves out the projects in folders of
+# examples/.
 scripts/sources.sh 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' examples/*.cpp |
   xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev --quiet --warnings-as-errors='*' \
     2> >(grep -v 'warnings generated' >&2)

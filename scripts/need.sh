@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: need.sh PROBE...
-# Makes sure that programs and headers are there: installs the packages of those that are not
-# on Debian and Ubuntu, elsewhere says what is missing. A probe is one of the names below.
+# Makes sure that programs and headers are installed. On Debian and Ubuntu it installs the packages
+# of missing ones; elsewhere it lists them. A probe is one of the names below.
 set -euo pipefail
 
 package_of() {
@@ -60,8 +60,8 @@ install() {
     "${missing[@]}"
 }
 
-# The package lists are fetched only where they do not do as they are. One of another source that
-# cannot be fetched is no reason to stop: the second attempt decides.
+# The package lists are fetched only if an install fails without that. A list of another source that
+# cannot be fetched does not stop the script: the second attempt decides.
 echo "dev: installing ${missing[*]} with apt-get" >&2
 {
   install || {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Usage: package.sh
-# Makes the Debian packages in build/package, has lintian check them, unpacks them into a folder
+# Makes the Debian packages in build/package, checks them with lintian, unpacks them into a folder
 # and tries siputil and examples/consumer there.
 set -euo pipefail
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: run.sh ARGUMENT...
-# Runs siputil with the arguments. Builds it first when it is not there or what it is made of has
-# changed, and says so on standard error, with the progress on a terminal; else prints nothing.
+# Runs siputil with the arguments. Builds it first if it is missing or if a source has changed, and
+# reports this on standard error, with the progress on a terminal. Prints nothing else of its own.
 set -euo pipefail
 
 root=$(dirname "$(dirname "$(readlink -f "$0")")")

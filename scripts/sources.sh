@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Usage: sources.sh PATTERN...
 # Prints the names of the project's files that match a pattern, each with a zero byte after it. A *
-# matches slashes as well. In a checkout git knows the files; in a tarball it is all outside build/.
+# matches slashes as well. In a checkout git lists the files; in a tarball they are all files
+# outside build/.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Usage: valgrind.sh [TEST_PROGRAM_ARGUMENT...]
-# Runs the unit tests under valgrind's memcheck: no error, no leak. Death tests are left out; the
-# test program's own operator new stays, allocations fail there on demand.
+# Runs the unit tests under valgrind's memcheck, which must find no error and no leak. Death tests
+# are left out. The test program keeps its own operator new, in which allocations fail on demand.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
