@@ -87,8 +87,9 @@ bool SipMultipartMessageBodyUtility::storeFurtherBoundary(const char* boundary) 
     return false;
   }
   latest->next = node;
-  // Boundaries of nested bodies may each begin with the one before: "a", "ab", "abc". While all of
-  // them do, from the first on, growthEnd_ is the latest; see beginsWithStored().
+  // A parse ends a content at the outer boundary, so it reaches a nested multipart only if the
+  // inner boundary begins with the outer one: "a", "ab", "abc". While each begins with the one
+  // before, from the first on, growthEnd_ is the latest; see beginsWithStored().
   if (node != nullptr && latest == growthEnd_ && startsWith(node->boundary, latest->boundary)) {
     growthEnd_ = node;
   }
