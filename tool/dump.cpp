@@ -90,7 +90,9 @@ Params paramsOf(const TelAddress& tel) {
 template <typename Object>
 void addParameters(Pieces& pieces, const Object& object) {
   for (const auto& [name, value] : paramsOf(object)) {
-    pieces.emplace_back("parameter", value.empty() ? name : name + '=' + value);
+    std::string text(name);
+    text.append(value.empty() ? "" : "=").append(value);
+    pieces.emplace_back("parameter", text);
   }
 }
 
