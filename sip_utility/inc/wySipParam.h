@@ -100,7 +100,9 @@ class SIPUTILITY_EXPORT SipParamList {
   /// rest of the text is left in the stream.
   ///
   /// After a failure the parameters before the failing one stay, and the stream is where the
-  /// failing step left it.
+  /// failing step left it. The time is in proportion to the text. A class of the caller's may
+  /// change the list while it matches, so its list looks each name up with find(): its time grows
+  /// with the square of the number of parameters.
   ///
   /// Fails: VARN_INVALID_INPUT with "SipParamList::parseParamList - bad parameter name",
   /// "SipParamList::parseParamList - duplicate parameter name" (letter case ignored) or
