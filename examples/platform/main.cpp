@@ -19,7 +19,7 @@ int failures = 0;
 
 void expect(bool holds, const char* what) {
   if (!holds) {
-    std::printf("not true: %s\n", what);
+    std::fprintf(stderr, "not true: %s\n", what);
     ++failures;
   }
 }
@@ -99,6 +99,7 @@ int main() {
   freeFunctions();
   splitBody();
   compress();
-  std::printf("platformExample: %d failed\n", failures);
+  // On standard error as the log, so that it comes last.
+  std::fprintf(stderr, "platformExample: %d failed\n", failures);
   return failures;
 }
