@@ -23,9 +23,7 @@ namespace {
 std::string unescaped(std::string_view text) {
   std::string bytes;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\\') {
-      bytes += text[i];
-    } else if (text[++i] == 'x') {
+    if (text[i] == '\\' && text[++i] == 'x') {
       bytes += static_cast<char>(std::stoi(std::string(text.substr(i + 1, 2)), nullptr, 16));
       i += 2;
     } else {

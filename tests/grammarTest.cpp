@@ -7,6 +7,7 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <typeinfo>
 
 #include "libraryTest.h"
 #include "wySipHeaderMatch.h"
@@ -23,48 +24,37 @@ Matcher matcher(Arguments... arguments) {
   return [=](const SipStrStream& stream) { return Rule(arguments...).match(stream, 0); };
 }
 
+// Returns the name of a matcher: a mangled name without the length at its start.
+template <typename Rule>
+std::string nameOf() {
+  const std::string mangled = typeid(Rule).name();
+  return mangled.substr(mangled.find_first_not_of("0123456789"));
+}
+
+template <typename... Rules>
+std::map<std::string, Matcher> matchersOf() {
+  return {{nameOf<Rules>(), matcher<Rules>()}...};
+}
+
 std::map<std::string, Matcher> allMatchers() {
-  return {
-      {"SipMatchToken", matcher<SipMatchToken>()},
-      {"SipMatchDigit", matcher<SipMatchDigit>()},
-      {"SipMatchHexDigit", matcher<SipMatchHexDigit>()},
-      {"SipMatchAlpha", matcher<SipMatchAlpha>()},
-      {"SipMatchUric", matcher<SipMatchUric>()},
-      {"SipMatchLWS", matcher<SipMatchLWS>()},
-      {"SipMatchLWSChar", matcher<SipMatchLWSChar>(';')},
-      {"SipMatchQuotedString", matcher<SipMatchQuotedString>()},
-      {"SipMatchUTF8NonASCII", matcher<SipMatchUTF8NonASCII>()},
-      {"SipMatchSpecificString", matcher<SipMatchSpecificString>("tel:")},
-      {"SipMatchILabel", matcher<SipMatchILabel>()},
-      {"SipMatchHostname", matcher<SipMatchHostname>()},
-      {"SipMatchIIPV4DecOctet", matcher<SipMatchIIPV4DecOctet>()},
-      {"SipMatchIIPV4Address", matcher<SipMatchIIPV4Address>()},
-      {"SipMatchIIPV6H16", matcher<SipMatchIIPV6H16>()},
-      {"SipMatchIIPV6Address", matcher<SipMatchIIPV6Address>()},
-      {"SipMatchHost", matcher<SipMatchHost>()},
-      {"SipAddressMatchScheme", matcher<SipAddressMatchScheme>()},
-      {"SipAddressMatchSchemeTrailing", matcher<SipAddressMatchSchemeTrailing>()},
-      {"SipAddressMatchUser", matcher<SipAddressMatchUser>()},
-      {"SipAddressMatchPassword", matcher<SipAddressMatchPassword>()},
-      {"SipAddressMatchUserInfo", matcher<SipAddressMatchUserInfo>()},
-      {"SipAddressMatchDisplayName", matcher<SipAddressMatchDisplayName>()},
-      {"SipAddressMatchParamChar", matcher<SipAddressMatchParamChar>()},
-      {"SipMatchOtherParam", matcher<SipMatchOtherParam>()},
-      {"SipAddressMatchHNameValue", matcher<SipAddressMatchHNameValue>()},
-      {"SipAddressMatchHeaders", matcher<SipAddressMatchHeaders>()},
-      {"SipHeaderMatchValue", matcher<SipHeaderMatchValue>(WY_SIP_HEADER_TYPE_AUTH)},
-      {"SipNonAuthHeaderMatchValue", matcher<SipNonAuthHeaderMatchValue>()},
-      {"SipHeaderMatchIHeaderChars", matcher<SipHeaderMatchIHeaderChars>()},
-      {"SipHeaderMatchAbsoluteURI", matcher<SipHeaderMatchAbsoluteURI>()},
-      {"TelAddressMatchPhoneDigit", matcher<TelAddressMatchPhoneDigit>()},
-      {"TelAddressMatchPhoneDigitHex", matcher<TelAddressMatchPhoneDigitHex>()},
-      {"TelAddressMatchParamName", matcher<TelAddressMatchParamName>()},
-      {"TelAddressMatchGlobalPhoneNumber", matcher<TelAddressMatchGlobalPhoneNumber>()},
-      {"TelAddressMatchLocalPhoneNumber", matcher<TelAddressMatchLocalPhoneNumber>()},
-      {"TelAddressMatchPhoneNumber",
-       matcher<TelAddressMatchPhoneNumber>(WY_SIP_TELURI_TYPE_GLOBAL)},
-      {"TelAddressMatchContext", matcher<TelAddressMatchContext>()},
-  };
+  auto matchers =
+      matchersOf<SipMatchToken, SipMatchDigit, SipMatchHexDigit, SipMatchAlpha, SipMatchUric,
+                 SipMatchLWS, SipMatchQuotedString, SipMatchUTF8NonASCII, SipMatchILabel,
+                 SipMatchHostname, SipMatchIIPV4DecOctet, SipMatchIIPV4Address, SipMatchIIPV6H16,
+                 SipMatchIIPV6Address, SipMatchHost, SipAddressMatchScheme,
+                 SipAddressMatchSchemeTrailing, SipAddressMatchUser, SipAddressMatchPassword,
+                 SipAddressMatchUserInfo, SipAddressMatchDisplayName, SipAddressMatchParamChar,
+                 SipMatchOtherParam, SipAddressMatchHNameValue, SipAddressMatchHeaders,
+                 SipNonAuthHeaderMatchValue, SipHeaderMatchIHeaderChars, SipHeaderMatchAbsoluteURI,
+                 TelAddressMatchPhoneDigit, TelAddressMatchPhoneDigitHex, TelAddressMatchParamName,
+                 TelAddressMatchGlobalPhoneNumber, TelAddressMatchLocalPhoneNumber,
+                 TelAddressMatchContext>();
+  matchers["SipMatchLWSChar"] = matcher<SipMatchLWSChar>(';');
+  matchers["SipMatchSpecificString"] = matcher<SipMatchSpecificString>("tel:");
+  matchers["SipHeaderMatchValue"] = matcher<SipHeaderMatchValue>(WY_SIP_HEADER_TYPE_AUTH);
+  matchers["TelAddressMatchPhoneNumber"] =
+      matcher<TelAddressMatchPhoneNumber>(WY_SIP_TELURI_TYPE_GLOBAL);
+  return matchers;
 }
 
 std::string contentOf(const std::string& file) {

@@ -15,34 +15,38 @@ constexpr int kGzip = 31;
 
 unsigned char* bytes(std::string& text) { return reinterpret_cast<unsigned char*>(text.data()); }
 
+// Returns what a step of zlib makes of an input, with room for so many bytes.
+std::string run(int (*step)(z_stream*, int), int flush, z_stream& stream, std::string input,
+                std::size_t room, int& code) {
+  std::string result(room, '\0');
+  stream.next_in = bytes(input);
+  stream.avail_in = static_cast<uInt>(input.size());
+  stream.next_out = bytes(result);
+  stream.avail_out = static_cast<uInt>(room);
+  code = step(&stream, flush);
+  result.resize(stream.total_out);
+  return result;
+}
+
 // Returns what zlib makes of a text in one run.
-std::string zipped(std::string text, int level = -1, int memoryLevel = 4) {
+std::string zipped(const std::string& text, int level = -1, int memoryLevel = 4) {
   z_stream stream = {};
   EXPECT_EQ(Z_OK, deflateInit2(&stream, level, Z_DEFLATED, kGzip, memoryLevel, 0));
-  std::string result(text.size() + 1000, '\0');
-  stream.next_in = bytes(text);
-  stream.avail_in = static_cast<uInt>(text.size());
-  stream.next_out = bytes(result);
-  stream.avail_out = static_cast<uInt>(result.size());
-  EXPECT_EQ(Z_STREAM_END, deflate(&stream, Z_FINISH));
-  result.resize(stream.total_out);
+  int code = 0;
+  std::string result = run(deflate, Z_FINISH, stream, text, text.size() + 1000, code);
+  EXPECT_EQ(Z_STREAM_END, code);
   deflateEnd(&stream);
   return result;
 }
 
 // Returns what zlib reads in one run, with room for 60 times the data. Shows also whether the data
 // was sound: the stream or the data came to their end.
-std::string unzipped(std::string data, bool& good) {
+std::string unzipped(const std::string& data, bool& good) {
   z_stream stream = {};
   EXPECT_EQ(Z_OK, inflateInit2(&stream, kGzip));
-  std::string result(60 * data.size(), '\0');
-  stream.next_in = bytes(data);
-  stream.avail_in = static_cast<uInt>(data.size());
-  stream.next_out = bytes(result);
-  stream.avail_out = static_cast<uInt>(result.size());
-  const int code = inflate(&stream, Z_NO_FLUSH);
+  int code = 0;
+  std::string result = run(inflate, Z_NO_FLUSH, stream, data, 60 * data.size(), code);
   good = code == Z_STREAM_END || (code == Z_OK && stream.avail_in == 0);
-  result.resize(stream.total_out);
   inflateEnd(&stream);
   return result;
 }

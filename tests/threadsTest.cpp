@@ -7,6 +7,7 @@
 
 #include "hostControl.h"
 #include "sipMultipartmessagebodyUtility.h"
+#include "wySipCxx.h"
 #include "wySipInit.h"
 #include "wySipUtils.h"
 #include "wyTelAddress.h"
@@ -23,8 +24,8 @@ std::string useLibrary(const std::string& user) {
   for (int i = 0; i < 100; ++i) {  // enough for the indexes of a list
     tel.setParameter(("p" + std::to_string(i)).c_str(), "");
   }
-  for (const SipParam* param = tel.firstParam(); param != nullptr; param = tel.nextParam(param)) {
-    text += param->getName().c_str();
+  for (const SipParam& param : siputility::paramsOf(tel)) {
+    text += param.getName().c_str();
   }
   text += SipHeader("Contact", "<tel:+1> , <sip:a@b>;q=0.5").toString().c_str();
   text += std::to_string(CompareSIPURI(("sip:" + user + "@[::1]").c_str(), "sip:0@[0::1]"));

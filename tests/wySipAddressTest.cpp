@@ -21,12 +21,7 @@ std::string dump(const SipAddress& address) {
   for (const auto* piece : {&address.getScheme(), &address.getUser(), &address.getHost()}) {
     text += '|' + toStdString(*piece);
   }
-  text += '|' + std::to_string(address.getStoredPort()) + '|';
-  for (auto param = address.firstParam(); param != nullptr; param = address.nextParam(param)) {
-    const std::string value = toStdString(param->getValue());
-    text += ';' + toStdString(param->getName()) + (value.empty() ? "" : '=' + value);
-  }
-  return text;
+  return text + '|' + std::to_string(address.getStoredPort()) + '|' + paramTexts(address);
 }
 
 // Reads the written text again, which must make the same address. Does so twice, since each parse
@@ -300,40 +295,26 @@ TEST_F(SipAddressTest, ReportsOutOfMemoryAndChangesNothing) {
               SipStrStream stream(before);
               return textCode(SipAddress(stream), view(before));
             }));
+  const char* const noStream = " | SipStrStream constructor failed";
+  const char* const noString = " | SipString constructor failed";
+  const char* const noPiece = " | Stream.get failed";
+  const char* const noRoom = " | assignment failed";
   const struct {
     Setter setter;
     SipString value;
     std::string_view after;
     Lines log;
   } cases[] = {
-      {kDisplayName,
-       "longer",
-       "longer <sip:a@b.test:7>",
-       {"setDisplayName | SipStrStream constructor failed", "setDisplayName | Stream.get failed",
-        "setDisplayName | assignment failed"}},
-      {kScheme,
-       "longer",
-       "Bob <longer:a@b.test:7>",
-       {"setScheme | SipString constructor failed", "setScheme | Stream.get() failed",
-        "setScheme | assignment failed"}},
-      {kUser,
-       "longer",
-       "Bob <sip:longer@b.test:7>",
-       {"setUser | SipString constructor failed", "setUser | Stream.get failed",
-        "setUser| assignment failed"}},
-      {kHost,
-       "longer.test",
-       "Bob <sip:a@longer.test:7>",
-       {"setHost | SipStrStream constructor failed", "setHost | assignment failed"}},
-      {kUri,
-       "sips:longer@longer.test:65535",
-       "Bob <sips:longer@longer.test:65535>",
-       {"setURI | SipStrStream constructor failed"}},
+      {kDisplayName, "longer", "longer <sip:a@b.test:7>", {noStream, noPiece, noRoom}},
+      {kScheme, "longer", "Bob <longer:a@b.test:7>", {noString, " | Stream.get() failed", noRoom}},
+      {kUser, "longer", "Bob <sip:longer@b.test:7>", {noString, noPiece, "| assignment failed"}},
+      {kHost, "longer.test", "Bob <sip:a@longer.test:7>", {noStream, noRoom}},
+      {kUri, "sips:longer@longer.test:65535", "Bob <sips:longer@longer.test:65535>", {noStream}},
   };
   for (const auto& c : cases) {
     Runs runs = {{fails("SipAddress | SipStrStream constructor failed")}, {}};
     for (const std::string& line : c.log) {
-      runs.push_back({fails(line)});
+      runs.push_back({fails(kSetters[c.setter].name + line)});
     }
     runs.push_back({});
     EXPECT_EQ(runs, sweepAllocations([&] {

@@ -30,14 +30,9 @@ Lines logOf(const std::string& reason) {
 
 // code type name|value|parameters
 std::string dump(const SipHeader& header) {
-  std::string text = std::to_string(header.GetLastErrorCode()) + ' ' +
-                     std::to_string(header.getHeaderType()) + ' ' + toStdString(header.getName()) +
-                     '|' + toStdString(header.getValue()) + '|';
-  for (auto param = header.firstParam(); param != nullptr; param = header.nextParam(param)) {
-    const std::string value = toStdString(param->getValue());
-    text += ';' + toStdString(param->getName()) + (value.empty() ? "" : '=' + value);
-  }
-  return text;
+  return std::to_string(header.GetLastErrorCode()) + ' ' + std::to_string(header.getHeaderType()) +
+         ' ' + toStdString(header.getName()) + '|' + toStdString(header.getValue()) + '|' +
+         paramTexts(header);
 }
 
 using SipHeaderTest = LibraryTest;
@@ -107,16 +102,10 @@ TEST_F(SipHeaderTest, TakesWhatIsThereOfATelUriThatCountsPastTheEnd) {
 enum Setter { kName, kValue, kParam, kRemoved };
 
 VARN_EXCEPTION_CODES change(SipHeader& header, Setter setter, const SipString& value) {
-  switch (setter) {
-    case kName:
-      return header.setName(value);
-    case kValue:
-      return header.setValue(value);
-    case kParam:
-      return header.setParameter(value, "\"v\"");
-    default:
-      return header.removeParameter(value);
-  }
+  return setter == kName    ? header.setName(value)
+         : setter == kValue ? header.setValue(value)
+         : setter == kParam ? header.setParameter(value, "\"v\"")
+                            : header.removeParameter(value);
 }
 
 const struct {

@@ -43,12 +43,7 @@ std::string dump(const TelAddress& address) {
                             &address.getExtension(), &address.getContext()}) {
     text += '|' + toStdString(*piece);
   }
-  text += '|';
-  for (auto param = address.firstParam(); param != nullptr; param = address.nextParam(param)) {
-    const std::string value = toStdString(param->getValue());
-    text += ';' + toStdString(param->getName()) + (value.empty() ? "" : '=' + value);
-  }
-  return text;
+  return text + '|' + paramTexts(address);
 }
 
 // Reads the written text again, which must make the same address. Brackets that are not written are
@@ -150,28 +145,17 @@ TEST_F(TelAddressTest, ReadsAStreamIntoEachOfItsOutputsOrIntoNone) {
   EXPECT_EQ(Lines(6, fails("parseTelNameAddr | Input Parameter NULL")), takeLog());
 }
 
-enum Setter { kName, kNumber, kIsub, kExt, kContext, kParam, kRemoved };
+enum Setter { kName, kNumber, kIsub, kExt, kContext, kRemoved, kParam };
+
+constexpr VARN_EXCEPTION_CODES (TelAddress::*kSetters[])(const SipString&) = {
+    &TelAddress::setDisplayName, &TelAddress::setPhoneNumber, &TelAddress::setISDNSubAddr,
+    &TelAddress::setExtension,   &TelAddress::setContext,     &TelAddress::removeParameter};
 
 VARN_EXCEPTION_CODES change(TelAddress& address, Setter setter, const std::string& value) {
   const std::size_t equal = std::min(value.find('='), value.size());
-  const SipString text = toSipString(value);
-  switch (setter) {
-    case kName:
-      return address.setDisplayName(text);
-    case kNumber:
-      return address.setPhoneNumber(text);
-    case kIsub:
-      return address.setISDNSubAddr(text);
-    case kExt:
-      return address.setExtension(text);
-    case kContext:
-      return address.setContext(text);
-    case kParam:
-      return address.setParameter(toSipString(value.substr(0, equal)),
-                                  toSipString(value.substr(equal).erase(0, 1)));
-    default:
-      return address.removeParameter(text);
-  }
+  return setter == kParam ? address.setParameter(toSipString(value.substr(0, equal)),
+                                                 toSipString(value.substr(equal).erase(0, 1)))
+                          : (address.*kSetters[setter])(toSipString(value));
 }
 
 constexpr const char* kBare = "tel:+1";
@@ -449,11 +433,7 @@ TEST_F(TelAddressTest, WritesAListInWalkOrderWithOrWithoutMemoryForASort) {
     }
     list.find("n3")->setName("N5");  // two of one name: the newest is written
     list.find("n9")->setName("");
-    std::string walked;
-    for (auto param = list.firstParam(); param != nullptr; param = list.nextParam(param)) {
-      walked += ';' + toStdString(param->getName());
-      walked += param->getValue().length() == 0 ? "" : "=v";
-    }
+    const std::string walked = paramTexts(list);
     sweepAllocations([&] {
       SipString text;
       const VARN_EXCEPTION_CODES code = list.appendToString(text);
@@ -641,24 +621,22 @@ TEST_F(TelAddressTest, ReportsOutOfMemoryAndChangesNothing) {
   const SipString digits("+1234567890123456789012345");
   const SipString extension("1234567890123456789012345");
   const struct {
-    VARN_EXCEPTION_CODES (TelAddress::*set)(const SipString&);
+    Setter setter;
     const SipString& value;
     std::string name;
     const char* get;
-  } setters[] = {
-      {&TelAddress::setDisplayName, longer, "setDisplayName", " | Stream.get failed"},
-      {&TelAddress::setPhoneNumber, digits, "setPhoneNumber", " | Stream.get() failed"},
-      {&TelAddress::setISDNSubAddr, longer, "setISDNSubAddr", " | Stream.get() failed"},
-      {&TelAddress::setExtension, extension, "setExtension", " | Stream.get() failed"},
-      {&TelAddress::setContext, longer, "setContext", " | Stream.get() failed"},
-  };
+  } setters[] = {{kName, longer, "setDisplayName", " | Stream.get failed"},
+                 {kNumber, digits, "setPhoneNumber", " | Stream.get() failed"},
+                 {kIsub, longer, "setISDNSubAddr", " | Stream.get() failed"},
+                 {kExt, extension, "setExtension", " | Stream.get() failed"},
+                 {kContext, longer, "setContext", " | Stream.get() failed"}};
   for (const auto& c : setters) {
     check({{fails(c.name + " | SipStrStream constructor failed")},
            {fails(c.name + c.get)},
            {fails(c.name + " | assignment failed")}},
           [&](TelAddress& address) {
             const std::string old = dump(address);
-            const VARN_EXCEPTION_CODES code = (address.*c.set)(c.value);
+            const VARN_EXCEPTION_CODES code = (address.*kSetters[c.setter])(c.value);
             EXPECT_EQ(code, address.GetLastErrorCode());
             address.VarnSetLastErrorCode(VARN_OK);
             EXPECT_EQ(code != VARN_OK, old == dump(address));

@@ -14,7 +14,7 @@
 
 #include "hostControl.h"
 #include "wySipCxx.h"
-#include "wySipString.h"
+#include "wySipParam.h"
 
 using Lines = std::vector<std::string>;
 using Runs = std::vector<Lines>;
@@ -95,5 +95,16 @@ std::unique_ptr<char[]> exactCopy(std::string_view text);
 using siputility::toSipString;
 using siputility::toStdString;
 using siputility::view;
+
+// Returns the parameters of a header, an address or a list, each as `;name` or `;name=value`.
+template <typename Owner>
+std::string paramTexts(const Owner& owner) {
+  std::string text;
+  for (const SipParam& param : siputility::paramsOf(owner)) {
+    text.append(";").append(view(param.getName()));
+    text.append(param.getValue().length() == 0 ? "" : "=").append(view(param.getValue()));
+  }
+  return text;
+}
 
 #endif  // TESTS_SUPPORT_LIBRARY_TEST_H

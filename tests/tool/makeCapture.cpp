@@ -39,27 +39,15 @@ std::string number(std::uint64_t value, std::size_t width) {
 std::string unescaped(const std::string& text) {
   std::string bytes;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\\') {
-      bytes += text[i];
-      continue;
-    }
-    switch (text.at(++i)) {
-      case 'r':
-        bytes += '\r';
-        break;
-      case 'n':
-        bytes += '\n';
-        break;
-      case 'x':
-        bytes += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
-        i += 2;
-        break;
-      case '{':
-        bytes.append(std::stoul(text.substr(i + 1)), 'x');
-        i = text.find('}', i);
-        break;
-      default:
-        bytes += text[i];
+    const char escape = text[i] == '\\' ? text.at(++i) : '\\';
+    if (escape == 'x') {
+      bytes += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+      i += 2;
+    } else if (escape == '{') {
+      bytes.append(std::stoul(text.substr(i + 1)), 'x');
+      i = text.find('}', i);
+    } else {
+      bytes += escape == 'r' ? '\r' : escape == 'n' ? '\n' : text[i];
     }
   }
   return bytes;
