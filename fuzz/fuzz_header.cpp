@@ -37,17 +37,13 @@ std::string checkTexts(SipHeader& header) {
 VARN_EXCEPTION_CODES edit(SipHeader& header, std::string_view line) {
   const std::size_t equal = std::min(line.find('=', 1), line.size());
   const SipString text = toSipString(line.substr(1));
-  switch (line[0]) {
-    case ':':
-      return header.setName(text);
-    case '=':
-      return header.setValue(text);
-    case '+':
-      return header.setParameter(toSipString(line.substr(1, equal - 1)),
-                                 toSipString(line.substr(std::min(equal + 1, line.size()))));
-    default:
-      return header.removeParameter(text);
+  if (line[0] == '+') {
+    return header.setParameter(toSipString(line.substr(1, equal - 1)),
+                               toSipString(line.substr(std::min(equal + 1, line.size()))));
   }
+  return line[0] == ':'   ? header.setName(text)
+         : line[0] == '=' ? header.setValue(text)
+                          : header.removeParameter(text);
 }
 
 // Some values cannot be read again: an empty one, one with a tel URI in brackets (its length is

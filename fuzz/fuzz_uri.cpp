@@ -4,19 +4,11 @@
 
 namespace {
 
-constexpr int kMemoryCategory = 2;
-
 // Returns the text of an address or header that the library handed out, "" for none. Deletes it.
 template <typename Object>
 std::string textOf(Object* object) {
-  if (object == nullptr) {
-    return "";
-  }
-  const SipString& text = object->toString();
-  const std::string copy(text.c_str(), text.length());
-  pzmemlog_remove(kMemoryCategory, object);
-  delete object;
-  return copy;
+  const siputility::HandedOut<Object> owner(object);
+  return object == nullptr ? "" : toStdString(object->toString());
 }
 
 void checkVia(const std::string& via) {

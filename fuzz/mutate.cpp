@@ -39,28 +39,20 @@ class Mutator {
   void damage(std::string& line) {
     const std::size_t at = below(line.size() + 1);
     const std::size_t length = below(line.size() - at + 1);
-    switch (below(6)) {
-      case 0:
-        line.insert(at, kPieces[below(std::size(kPieces))]);
-        break;
-      case 1:
-        line.erase(at, length);
-        break;
-      case 2:
-        line.insert(at, line.substr(at, length));
-        break;
-      case 3:
-        line.resize(at);
-        break;
-      case 4: {
-        const std::string& other = samples_[below(samples_.size())];
-        line.replace(at, length, other.substr(below(other.size())));
-        break;
-      }
-      default:
-        if (at < line.size()) {
-          line[at] = static_cast<char>(below(256));
-        }
+    const std::size_t kind = below(6);
+    if (kind == 0) {
+      line.insert(at, kPieces[below(std::size(kPieces))]);
+    } else if (kind == 1) {
+      line.erase(at, length);
+    } else if (kind == 2) {
+      line.insert(at, line.substr(at, length));
+    } else if (kind == 3) {
+      line.resize(at);
+    } else if (kind == 4) {
+      const std::string& other = samples_[below(samples_.size())];
+      line.replace(at, length, other.substr(below(other.size())));
+    } else if (at < line.size()) {
+      line[at] = static_cast<char>(below(256));
     }
   }
 

@@ -1,8 +1,6 @@
 // messageCompressionTest.cpp - gzip data written and read, compared with zlib itself.
 #include <zlib.h>
 
-#include <vector>
-
 #include "imsdpl.h"
 #include "libraryTest.h"
 #include "wySipUtils.h"

@@ -148,14 +148,10 @@ TEST_F(PlatformTest, DecodesCompleteEscapesOnlyAndCutsNoText) {
 }
 
 TEST_F(PlatformTest, RemovesOnePairOfQuotes) {
-  const struct {
-    const char* quoted;
-    const char* bare;
-  } cases[] = {{"\"a b\"", "a b"}, {"\"a", "\"a"}, {"a\"", "a\""},   {"\"", "\""},
-               {"\"\"", ""},       {"", ""},       {"a\"b", "a\"b"}, {"\"\"a\"\"", "\"a\""}};
-  for (const auto& c : cases) {
-    std::string text(c.quoted);
-    EXPECT_STREQ(c.bare, XmlCommon::RemoveQuotes(text.data()));
+  for (const char* row : {"\"a b\" => a b", "\"a => \"a", "a\" => a\"", "\" => \"", "\"\" => ",
+                          " => ", "a\"b => a\"b", "\"\"a\"\" => \"a\""}) {
+    auto [text, bare] = sidesOf(row);
+    EXPECT_EQ(bare, XmlCommon::RemoveQuotes(text.data()));
   }
   EXPECT_EQ(nullptr, XmlCommon::RemoveQuotes(nullptr));
 }

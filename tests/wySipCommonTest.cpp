@@ -1,8 +1,6 @@
 // wySipCommonTest.cpp - quoted URIs and feature tags, hexadecimal texts, sorted lists, IMEIs.
 #include "wySipCommon.h"
 
-#include <cstdio>
-
 #include "imsdpl.h"
 #include "libraryTest.h"
 #include "naive.h"
@@ -174,9 +172,7 @@ TEST_F(SipCommonTest, ReadsAnyTextAsPairsOfHexadecimalDigits) {
     ASSERT_EQ(bytes.size(), count);
     // After the bytes, the block has the same room once more.
     EXPECT_EQ(bytes + std::string(count, '\0'), std::string(block, 2U * count));
-    char line[50];
-    std::snprintf(line, sizeof(line), "SIG wyDplCalloc strToH8 pArrStr: %x",
-                  static_cast<unsigned int>(reinterpret_cast<uintptr_t>(block)));
+    const std::string line = "SIG wyDplCalloc strToH8 pArrStr: " + addressText(block);
     EXPECT_EQ(Lines{traceLine(kSource, line)}, takeLog());
     __free(block);
   }

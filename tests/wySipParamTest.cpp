@@ -6,7 +6,6 @@
 #include <random>
 #include <set>
 
-#include "imsdpl.h"
 #include "libraryTest.h"
 #include "wySipMatch.h"
 
@@ -256,8 +255,7 @@ TEST_F(SipParamListTest, RemovesANodeFromTheChainThatACallerLedPastAnother) {
     EXPECT_TRUE(a->next() == d && b->next() == d);
     EXPECT_EQ(VARN_OK, writes(list, replaces ? ";C=1;a;d" : ";a;d"));
     EXPECT_EQ(VARN_OK, list.removeParameter(replaces ? "e" : "d"));
-    pzmemlog_remove(2, b);
-    delete b;
+    siputility::HandedOut<SipParam>(b).reset();
     EXPECT_EQ(VARN_OK, writes(list, replaces ? ";C=1;a;d" : ";a"));
   }
   EXPECT_EQ(Lines{}, takeAssertions());
@@ -325,16 +323,17 @@ class RestlessList : public SipHdrParamList {
   using SipParamList::head;
   using SipParamList::parseParam;
   unsigned int matchSep(const SipStrStream& stream, unsigned int offset, int first) const override {
-    if (removes_ != nullptr) {
-      const_cast<RestlessList*>(this)->removeParameter(removes_);
-    }
+    remove();
     return SipHdrParamList::matchSep(stream, offset, first);
   }
   unsigned int matchName(const SipStrStream& stream, unsigned int offset) const override {
+    remove();
+    return SipHdrParamList::matchName(stream, offset);
+  }
+  void remove() const {
     if (removes_ != nullptr) {
       const_cast<RestlessList*>(this)->removeParameter(removes_);
     }
-    return SipHdrParamList::matchName(stream, offset);
   }
   const char* removes_ = nullptr;
 };
@@ -397,11 +396,8 @@ TEST_F(SipParamListTest, FindsDuplicatesAndChangesNothingWhenOutOfMemory) {
       runs.push_back({kDuplicate});  // the index does not get its tree, or no greater one
     }
   }
-  runs.insert(runs.end(), {{},
-                           {kDuplicate, noNames},
-                           {kDuplicate, noStream},
-                           {kDuplicate, kNotAssigned},
-                           {kDuplicate}});
+  runs.insert(runs.end(), {{}, {kDuplicate, noNames}, {kDuplicate, noStream}});
+  runs.insert(runs.end(), {{kDuplicate, kNotAssigned}, {kDuplicate}});
   EXPECT_EQ(runs, given);
   const SipString digit("4");
   EXPECT_EQ((Runs{{noStream}, {kNotAssigned}, {}}), sweepAllocations([&] {

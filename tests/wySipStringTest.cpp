@@ -119,18 +119,16 @@ TEST_F(SipStringTest, ComparesUnsignedBytesAndFoldsAsciiLettersOnly) {
     std::string other;
     int sign;
     int caseCompared;
-  } cases[] = {
-      {"", "", 0, 0},
-      {"abcd", "ab", 1, 2},
-      {"AZ", "az", -1, 0},
-      {"a[", "A{", 1, '[' - '{'},
-      {"@", "`", -1, '@' - '`'},
-      {"B", "a", -1, 1},
-      {"\xE9", "e", 1, 0xE9 - 'e'},
-      {"\xC1", "\xE1", -1, 0xC1 - 0xE1},
-      {"a\0b"s, "a\0c"s, -1, -1},
-      {"a\0b"s, "A", 1, 2},
-  };
+  } cases[] = {{"", "", 0, 0},
+               {"abcd", "ab", 1, 2},
+               {"AZ", "az", -1, 0},
+               {"a[", "A{", 1, '[' - '{'},
+               {"@", "`", -1, '@' - '`'},
+               {"B", "a", -1, 1},
+               {"\xE9", "e", 1, 0xE9 - 'e'},
+               {"\xC1", "\xE1", -1, 0xC1 - 0xE1},
+               {"a\0b"s, "a\0c"s, -1, -1},
+               {"a\0b"s, "A", 1, 2}};
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.text));
     const SipString text = toSipString(c.text);
@@ -152,8 +150,7 @@ TEST_F(SipStringTest, FailedAssignmentLeavesACapacityThatStoresNothing) {
   SipString text("abc");
   hostFailAllocation(1);
   text = longer;
-  const std::string line = "SipString::operator= | append failed";
-  EXPECT_EQ(Lines{failureLine("sip_utility/src/wySipString", line)}, takeLog());
+  EXPECT_EQ(Lines{kNotAssigned}, takeLog());
   const Change changes[] = {
       [](SipString& lost) { return lost.append("xyz"); },
       [](SipString& lost) { return lost = SipString("xyz"), lost.append('x'); },

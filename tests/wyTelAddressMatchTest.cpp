@@ -20,7 +20,6 @@ TEST_F(TelAddressMatchTest, ClassesHoldTheirMembers) {
 }
 
 TEST_F(TelAddressMatchTest, MatchesNumbersAndContextsAtTheStreamsPosition) {
-  const std::string prefix = "TelAddressMatch";
   const struct {
     char rule;  // global or local number, context; number of type none or of an unknown type
     const char* text;
@@ -57,7 +56,8 @@ TEST_F(TelAddressMatchTest, MatchesNumbersAndContextsAtTheStreamsPosition) {
       const Lines log = takeLog();
       ASSERT_EQ(c.reason.empty(), log.empty());
       if (!log.empty()) {
-        EXPECT_EQ(traceLine("sip_utility/src/wyTelAddressMatch", prefix + c.reason), log.back());
+        EXPECT_EQ(traceLine("sip_utility/src/wyTelAddressMatch", "TelAddressMatch" + c.reason),
+                  log.back());
       }
       EXPECT_EQ(past ? 1U : 0U, takeAssertions().size());
     }

@@ -5,7 +5,6 @@
 #include <functional>
 #include <random>
 
-#include "imsdpl.h"
 #include "libraryTest.h"
 #include "naive.h"
 
@@ -73,11 +72,7 @@ TEST_F(TelAddressTest, ReadsACompleteTextOrKeepsThePiecesBeforeItsFault) {
   const char* noBracket = " missing < after display name";
   const char* noScheme = " missing 'tel:' scheme";
   const char* noNumber = " parseTelephoneURI no valid phonenumber";
-  const struct {
-    const char* text;
-    const char* dump;
-    const char* reason;
-  } cases[] = {
+  const char* const cases[][3] = {
       {"\r\n tel:+1-201-555-0123", "0 2|+1-201-555-0123||||", ""},
       {"tel:(7)*#aF.;phone-context=a.test.", "0 1|(7)*#aF.|||a.test.|", ""},
       {"tel:+-1;ext=(2);phone-context=+33-1;b;a=1", "0 2|+-1||(2)|+33-1|;a=1;b", ""},
@@ -109,16 +104,16 @@ TEST_F(TelAddressTest, ReadsACompleteTextOrKeepsThePiecesBeforeItsFault) {
       {"<tel:1;b=>", "3 1<|1||||", "SipParamList::parseParamList - bad parameter value"},
       {"<tel:1;b ", "3 1<|1||||;b", "parseTelephoneURI uri with '<' does not terminate with '>'"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
-    TelAddress address(c.text);
-    EXPECT_EQ(c.dump, dump(address));
+  for (const auto& [text, pieces, reason] : cases) {
+    SCOPED_TRACE(text);
+    TelAddress address(text);
+    EXPECT_EQ(pieces, dump(address));
     const Lines log = takeLog();
-    if (c.dump[0] == '0') {
+    if (pieces[0] == '0') {
       EXPECT_EQ(Lines{}, log);
       expectToReadBack(address);
     } else {
-      EXPECT_EQ(lineOf(c.reason), lastOf(log));
+      EXPECT_EQ(lineOf(reason), lastOf(log));
     }
   }
   EXPECT_EQ(Lines{}, takeAssertions());
@@ -378,10 +373,7 @@ TEST_F(TelAddressTest, WalksParametersInOrderOfNamesThroughEveryChange) {
     OpenList list;
     const auto anyNode = [&] { return chainOf(list)[some(chainOf(list).size())]; };
     const auto add = [&] { list.setParameter(randomName("aAbB-1"), ""); };
-    const auto drop = [](SipParam* node) {
-      pzmemlog_remove(2, node);
-      delete node;
-    };
+    const auto drop = [](SipParam* node) { siputility::HandedOut<SipParam>(node).reset(); };
     const std::function<void()> changes[] = {
         add,
         [&] { anyNode()->setName(randomName("aAbB@[`{\x7F\xE9")); },
@@ -549,46 +541,31 @@ TEST_F(TelAddressTest, BecomesASipAddressUpToTheFirstFailure) {
   const struct {
     const char* tel;
     const char* target;
-    VARN_EXCEPTION_CODES code;
     const char* text;
-    Lines log;
   } cases[] = {
-      {"tel:+1-555;ext=7", "sip:x@h.test", VARN_OK, "<sip:+1-555;ext=7@h.test;user=phone>", {}},
-      {"\"B\" <tel:A#;phone-context=C;Z=%4A;a>",
-       "D <sips:h:7;lr;User=ip>",
-       VARN_OK,
-       "\"B\" <sips:a%23;phone-context=c;a;z=%4a@h:7;user=phone>",
-       {}},
-      {"tel:+1", "sip:", VARN_OK, "<sip:+1@;user=phone>", {}},
-      {"<sip:a>", "sip:x@h;lr", VARN_OK, "<sip:h;user=phone>", {}},
-      {"tel:+1",
-       "*",
-       VARN_INVALID_INPUT,
-       "*",
-       {failureLine("sip_utility/src/wySipAddress",
-                    "SipAddress::setUser | cannot modify wildcard address")}},
+      {"tel:+1-555;ext=7", "sip:x@h.test", "<sip:+1-555;ext=7@h.test;user=phone>"},
+      {"\"B\" <tel:A#;phone-context=C;Z=%4A;a>", "D <sips:h:7;lr;User=ip>",
+       "\"B\" <sips:a%23;phone-context=c;a;z=%4a@h:7;user=phone>"},
+      {"tel:+1", "sip:", "<sip:+1@;user=phone>"},
+      {"<sip:a>", "sip:x@h;lr", "<sip:h;user=phone>"},
+      {"tel:+1", "*", "*"},
   };
+  const std::string fixed = failureLine("sip_utility/src/wySipAddress",
+                                        "SipAddress::setUser | cannot modify wildcard address");
   for (const auto& c : cases) {
     SCOPED_TRACE(c.tel);
     SipAddress target(c.target);
     TelAddress tel(c.tel);
     takeLog();
-    EXPECT_EQ(c.code, tel.toSipAddress(target));
-    EXPECT_EQ(c.code, tel.GetLastErrorCode());
+    const VARN_EXCEPTION_CODES code = target.isWildcard() ? VARN_INVALID_INPUT : VARN_OK;
+    EXPECT_EQ(code, tel.toSipAddress(target));
+    EXPECT_EQ(code, tel.GetLastErrorCode());
     EXPECT_EQ(c.text, view(target.toString()));
-    EXPECT_EQ(c.log, takeLog());
+    EXPECT_EQ(code == VARN_OK ? Lines{} : Lines{fixed}, takeLog());
   }
 }
 
 TEST_F(TelAddressTest, ReportsOutOfMemoryAndChangesNothing) {
-  const auto textCode = [](auto&& address, const std::string& expected) {
-    if (address.GetLastErrorCode() == VARN_OK) {
-      const std::string text = toStdString(address.toString());
-      EXPECT_EQ(address.GetLastErrorCode() == VARN_OK ? expected : "", text);
-    }
-    EXPECT_LE(address.GetLastErrorCode(), VARN_RESOURCE_FAILURE);
-    return address.GetLastErrorCode();
-  };
   const std::string noStream = fails("TelAddress | SipLWSStrStream constructor failed");
   const auto param = [](const char* text) {
     return failureLine("sip_utility/src/wySipParam", text);

@@ -7,18 +7,10 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace {
-
-int allowed = 0;
-
-}  // namespace
-
-ExitAllowed::ExitAllowed() { ++allowed; }
-
-ExitAllowed::~ExitAllowed() { --allowed; }
+bool exitAllowed = false;
 
 extern "C" void _exit(int status) {
-  if (allowed == 0) {
+  if (!exitAllowed) {
     static_cast<void>(
         std::fprintf(stderr, "exit guard: the process was ended by _exit(%d)\n", status));
     std::abort();

@@ -126,17 +126,3 @@ LibraryTest::~LibraryTest() {
 Lines LibraryTest::takeLog() { return std::exchange(log_, {}); }
 
 Lines LibraryTest::takeAssertions() { return std::exchange(assertions_, {}); }
-
-std::string LibraryTest::takeTexts(const std::string& source, const std::string& beginning,
-                                   char level) {
-  const std::string head = " 6054 " + source + " | ";
-  std::string texts;
-  for (const std::string& line : takeLog()) {
-    if (line[0] >= level && line.compare(1, head.size(), head) == 0) {
-      const std::string text = line.substr(1 + head.size());
-      const bool begins = text.compare(0, beginning.size(), beginning) == 0;
-      texts += line[0] + (begins ? text.substr(beginning.size()) : ' ' + text) + '\n';
-    }
-  }
-  return texts;
-}

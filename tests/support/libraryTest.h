@@ -28,10 +28,6 @@ class LibraryTest : public testing::Test {
   // Returns the log lines since the last call, each as `level module source | text`.
   Lines takeLog();
 
-  // Returns the lines of a source from a level up, each as `level` and text. This beginning of a
-  // text is left out; a text without it follows a blank.
-  std::string takeTexts(const std::string& source, const std::string& beginning, char level);
-
   // Returns the sources of the failed assertions since the last call.
   Lines takeAssertions();
 
@@ -79,6 +75,20 @@ std::string failureLine(std::string_view source, std::string_view text);
 std::string severeLine(std::string_view source, std::string_view text);
 std::string traceLine(std::string_view source, std::string_view text);
 
+// The lines of an attempt to read a tel URI as a SIP address, and of one to read it as a tel
+// address that has failed.
+inline const std::string kNoHost =
+    traceLine("sip_utility/src/wySipMatch", "SipMatchHost invalid character 0x2b");
+inline const std::string kNoSip =
+    failureLine("sip_utility/src/wySipAddress", "SipAddress::parseURI couldn't find host");
+inline const std::string kNoTelStream = failureLine(
+    "sip_utility/src/wyTelAddress", "TelAddress::TelAddress | SipLWSStrStream constructor failed");
+inline const std::string kOpaque =
+    failureLine("sip_utility/src/wySipHeaderMatch",
+                "SipHeaderMatchIHeaderChars::doMatch | Tel Match Failed , Match with Abs URI");
+inline const std::string kNoTelObject = failureLine(
+    "sip_utility/src/wySipHeaderMatch", "SipHeaderMatchIHeaderChars::doMatch | Malloc failed");
+
 // The line of an assignment to a string that ran out of memory.
 inline const std::string kNotAssigned =
     failureLine("sip_utility/src/wySipString", "SipString::operator= | append failed");
@@ -105,6 +115,19 @@ std::string paramTexts(const Owner& owner) {
     text.append(param.getValue().length() == 0 ? "" : "=").append(view(param.getValue()));
   }
   return text;
+}
+
+// Returns the code of an address, which is at most this one. A success has this text, "" if there
+// is no memory for it.
+template <typename Address>
+VARN_EXCEPTION_CODES textCode(Address&& address, std::string_view expected,
+                              VARN_EXCEPTION_CODES most = VARN_RESOURCE_FAILURE) {
+  if (address.GetLastErrorCode() == VARN_OK) {
+    const std::string text = toStdString(address.toString());
+    EXPECT_EQ(address.GetLastErrorCode() == VARN_OK ? expected : "", text);
+  }
+  EXPECT_LE(address.GetLastErrorCode(), most);
+  return address.GetLastErrorCode();
 }
 
 #endif  // TESTS_SUPPORT_LIBRARY_TEST_H

@@ -68,10 +68,8 @@ class CaptureMaker {
     std::istringstream words(line);
     std::string word;
     words >> word;
-    if (word == "format") {
-      words >> format_;
-    } else if (word == "link") {
-      words >> link_;
+    if (word == "format" || word == "link") {
+      words >> (word == "link" ? link_ : format_);
     } else if (word == "cut") {
       words >> cut_;
     } else if (word == "times") {
