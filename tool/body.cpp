@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 
 #include "dump.h"
 #include "imsdpl.h"
@@ -85,6 +86,8 @@ void forEachHeader(const SipMultipartMessageBody& node, Function function) {
   }
 }
 
+void subtract(std::size_t& from, std::size_t size) { from -= std::min(from, size); }
+
 }  // namespace
 
 BodyTree::BodyTree(std::string_view body, const std::string& contentType) : accepted_(false) {
@@ -103,8 +106,12 @@ BodyTree::BodyTree(std::string_view body, const std::string& contentType) : acce
       part.parent = nested ? i : parts_[i - 1].parent;
       part.depth = parts_[i - 1].depth + (nested ? 1 : 0);
     }
-    elsewhere -= std::min(elsewhere, part.content.size());
+    subtract(elsewhere, part.content.size());
+    subtract(elsewhere, node->preamble == nullptr ? 0 : std::strlen(node->preamble));
     parts_.push_back(part);
+  }
+  if (!parts_.empty() && parts_.back().node->epilogue != nullptr) {  // the others include it
+    subtract(elsewhere, std::strlen(parts_.back().node->epilogue));
   }
   for (Part& part : parts_) {
     part.mayBeLonger = elsewhere > UINT16_MAX;

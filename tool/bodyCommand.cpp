@@ -1,5 +1,4 @@
 // bodyCommand.cpp - siputil body, gzip and gunzip: bodies of messages by themselves.
-#include <algorithm>
 #include <iostream>
 #include <iterator>
 #include <optional>

@@ -2,7 +2,6 @@
 // first.
 #include "input.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 

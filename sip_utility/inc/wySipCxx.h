@@ -17,9 +17,14 @@ class SipParam;
 
 namespace siputility {
 
-/// Returns the content of a string, zero bytes included. The view lives until the string next
-/// changes.
+/// Returns the content of a string, zero bytes included; of another text, the text. The view lives
+/// until the string next changes, so a view of a temporary string must not be kept.
+/// @{
 inline std::string_view view(const SipString& text) { return {text.c_str(), text.length()}; }
+inline std::string_view view(std::string_view text) { return text; }
+inline std::string_view view(const char* cstr) { return cstr; }
+inline std::string_view view(const std::string& text) { return text; }
+/// @}
 
 /// Returns a copy of the content of a string, zero bytes included.
 inline std::string toStdString(const SipString& text) { return std::string(view(text)); }
@@ -31,25 +36,24 @@ inline SipString toSipString(std::string_view bytes) {
   return {bytes.data(), static_cast<unsigned int>(bytes.size())};
 }
 
-/// Returns whether two texts have the same bytes. Unlike SipString::compare(), it never ends the
-/// process, so the texts may come from the network.
-/// @{
-inline bool equal(std::string_view a, std::string_view b) { return a == b; }
-inline bool equal(const SipString& a, std::string_view b) { return view(a) == b; }
-/// @}
+/// Returns whether two texts have the same bytes. Each is a SipString or what a std::string_view is
+/// made from. Unlike SipString::compare(), it never ends the process, so the texts may come from
+/// the network.
+template <typename A, typename B>
+bool equal(const A& a, const B& b) {
+  return view(a) == view(b);
+}
 
-/// Returns whether two texts have the same bytes, ignoring the case of ASCII letters. It never ends
-/// the process.
-/// @{
-inline bool equalIgnoringCase(std::string_view a, std::string_view b) {
+/// Returns whether two texts have the same bytes, ignoring the case of ASCII letters. The texts are
+/// as those of equal(), and it never ends the process.
+template <typename A, typename B>
+bool equalIgnoringCase(const A& a, const B& b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+  const std::string_view left = view(a);
+  const std::string_view right = view(b);
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                     [lower](char x, char y) { return lower(x) == lower(y); });
 }
-inline bool equalIgnoringCase(const SipString& a, std::string_view b) {
-  return equalIgnoringCase(view(a), b);
-}
-/// @}
 
 /// The parameters of a header, an address or a list, in the order in which they are written.
 ///
@@ -93,6 +97,10 @@ template <typename Owner>
 ParamRange<Owner> paramsOf(const Owner& owner) {
   return ParamRange<Owner>(owner);
 }
+
+/// The owner of a range must live longer than the range.
+template <typename Owner>
+void paramsOf(const Owner&& owner) = delete;
 
 /// Frees a block of the platform; see PlatformBlock.
 struct PlatformFree {

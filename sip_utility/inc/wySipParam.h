@@ -69,7 +69,7 @@ class SIPUTILITY_EXPORT SipParam {
   /// change. A list follows these pointers when it removes a node by name.
   ///
   /// Owns: a node that no chain leads to any more belongs to the caller. Its next() must not
-  /// change, and it must be deleted before the list.
+  /// change. It must be deleted before the list, and before the node that led to it is removed.
   void setNext(SipParam* next);
 
  private:

@@ -1,7 +1,6 @@
 // wySipParam.cpp - parameters, and what lists of all dialects have in common.
 #include "wySipParam.h"
 
-#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string_view>

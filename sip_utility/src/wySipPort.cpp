@@ -1,8 +1,6 @@
 // wySipPort.cpp - the port number of a SIP URI.
 #include "wySipPort.h"
 
-#include <string_view>
-
 #include "base/log.h"
 #include "base/stringAccess.h"
 #include "grammar/grammar.h"

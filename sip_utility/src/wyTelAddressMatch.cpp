@@ -2,8 +2,6 @@
 #include "wyTelAddressMatch.h"
 
 #include "base/charClass.h"
-#include "base/checkedMath.h"
-#include "base/log.h"
 #include "grammar/grammar.h"
 
 int WyTelIsVisualSeparator(int c) { return isIn(kVisualSeparator, c) ? 1 : 0; }

@@ -9,7 +9,6 @@
 
 #include "base/allocationWatch.h"
 #include "base/log.h"
-#include "wySipCxx.h"
 
 // Returns an object made from the arguments, in the memory log under the place; null if out of
 // memory.
@@ -33,9 +32,16 @@ void deleteRecorded(Object* object) {
   }
 }
 
+struct RecordedDelete {
+  template <typename Object>
+  void operator()(Object* object) const {
+    deleteRecorded(object);
+  }
+};
+
 // Owns a recorded object, or nothing.
 template <typename Object>
-using Recorded = siputility::HandedOut<Object>;
+using Recorded = std::unique_ptr<Object, RecordedDelete>;
 
 // Returns an array of count elements, in the memory log under the place; null if out of memory.
 // Elements of built-in types are uninitialised. An AllocationWatch does not see the failure: some

@@ -6,7 +6,6 @@
 
 #include "base/charClass.h"
 #include "base/equality.h"
-#include "base/log.h"
 
 namespace {
 
