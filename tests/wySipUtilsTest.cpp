@@ -292,7 +292,6 @@ TEST_F(SipUtilsTest, ReportsOutOfMemory) {
             {uri, fails(head + "append failed"), "-"},
             {uri, bad, "-"},
             {uri, noAddress, bad, "-"},
-            {uri, bad, "-"},
             {uri, "sip:a%3Ab@h"}}),
       sweepAllocations([] { return textOf(ParseViaHeaderToAdress, "UDP a:b@h"); }));
   head = "wySipUtils::ParseViaHeaderToHeader";
@@ -305,9 +304,6 @@ TEST_F(SipUtilsTest, ReportsOutOfMemory) {
                   {uri, of("wySipHeader", "SipHeader::setName | name was NULL or empty"), bad, "-"},
                   {uri, bad, "-"},
                   {uri, of("wySipHeader", "SipHeader::setName | assignment failed."), bad, "-"},
-                  {uri, of("wySipHeader", "SipHeader::SipHeader | SipStrStream constructor failed"),
-                   bad, "-"},
-                  {uri, bad, "-"},
                   {uri, kNotAssigned, bad, "-"},
                   {uri, "sip:h;p"}}),
             sweepAllocations([] { return textOf(ParseViaHeaderToHeader, "UDP h;p"); }));
@@ -321,32 +317,11 @@ TEST_F(SipUtilsTest, ReportsOutOfMemory) {
   const auto differ = [](const char* text) {
     return fails(std::string("SipUtils::CompareSIPURI | ") + text);
   };
-  const std::string empty = of("wySipAddress", "SipAddress::SipAddress | NULL or empty address");
-  const std::string noRemote = differ("Decode Error RemotStr=1 LocalStr=0");
-  const std::string noLocal = differ("Decode Error RemotStr=0 LocalStr=1");
-  const std::string user = differ("UserName MisMatch ");
-  const std::string host = differ("FQDN MisMatch");
   EXPECT_EQ(
-      (Runs{{empty, differ("Decode Error RemotStr=3 LocalStr=0"), user, "0"},
-            {noAddress, noRemote, user, "0"},
-            {noRemote, user, "0"},
-            {noRemote, differ("LocalHost Empty"), "0"},
-            {empty, differ("Decode Error RemotStr=0 LocalStr=3"), user, "0"},
-            {noAddress, noLocal, user, "0"},
-            {noLocal, user, "0"},
-            {noLocal, differ("LocalHost Empty"), "0"},
-            {differ("LocalHost Calloc failed "), "0"},
+      (Runs{{differ("LocalHost Calloc failed "), "0"},
             {differ("RemoteHost Calloc failed "), "0"},
-            {noType, type("::1 ::1"), host, "0"},
-            {type("::01 ::01"), noType, host, "0"},
             {type("::01 ::01"), type("::1 ::1"), "1"}}),
       sweepAllocations([] { return std::to_string(compared("sip:a@[::1]", "sip:a@[::01]")); }));
-  // Hosts of an unknown kind are compared as names, so equal texts that are no addresses are equal.
-  const auto unreadable = [] { return std::to_string(compared("sip:u@[1::2:]", "sip:u@[1::2:]")); };
-  const Runs runs = sweepAllocations(unreadable);
-  EXPECT_EQ((Lines{noType, type("1::2: 1::2:"), "1"}), runs.at(runs.size() - 3));
-  EXPECT_EQ((Lines{type("1::2: 1::2:"), noType, "1"}), runs.at(runs.size() - 2));
-  EXPECT_EQ("0", runs.back().back());
   head = "SipUtils:ValidateAndGetMaxQValue | ";
   char qvalue[] = "0.5";
   char* qvalues[] = {qvalue};

@@ -157,13 +157,15 @@ class SIPUTILITY_EXPORT SipAddress {
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& address);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& displayName, const SipString& uri);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(SipStrStream& stream);
-  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseText(SipStrStream& stream);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseWholeAddrSpec(SipStrStream& stream);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseOwnNameAddr(SipStrStream& stream);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES becomeWildcard();
   SIPUTILITY_HIDDEN bool refusesChange(const char* message, int line = __builtin_LINE());
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeCode(VARN_EXCEPTION_CODES code);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeChange(VARN_EXCEPTION_CODES code);
   SIPUTILITY_HIDDEN void dropTexts();
   SIPUTILITY_HIDDEN SipString& cached(SipString& text, VARN_EXCEPTION_CODES (SipAddress::*write)());
+  SIPUTILITY_HIDDEN unsigned int textLength() const;
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES writeURI();
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES writeText();
 

@@ -12,6 +12,8 @@
 #ifndef WY_SIP_HEADER_H
 #define WY_SIP_HEADER_H
 
+#include <string_view>
+
 #include "wySipExport.h"
 #include "wySipParam.h"
 #include "wySipString.h"
@@ -104,6 +106,11 @@ class SIPUTILITY_EXPORT SipHeader {
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& name, const SipString& value);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES replaceName(const SipString& name);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES takeName(SipStrStream& stream);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES scanName(SipStrStream& stream, std::string_view& token,
+                                                  WY_SIP_SIPHEADER_TYPE& type) const;
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeScanned(std::string_view name,
+                                                      WY_SIP_SIPHEADER_TYPE type,
+                                                      std::string_view value);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES replaceValue(const SipString& value);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeCode(VARN_EXCEPTION_CODES code);
   SIPUTILITY_HIDDEN void dropTexts();

@@ -133,6 +133,7 @@ class SIPUTILITY_EXPORT SipString {
   friend struct siputility::SipStringAccess;
 
   SIPUTILITY_HIDDEN void replace(const char* text, unsigned int length);
+  SIPUTILITY_HIDDEN void releaseBuffer();
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES assign(const char* text, unsigned int length);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES appendGrowing(const char* text, unsigned int length,
                                                        unsigned int newLength);

@@ -154,8 +154,6 @@ class SIPUTILITY_EXPORT TelAddress {
   struct SIPUTILITY_HIDDEN DedicatedParam;
 
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& address);
-  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES takeOpening(SipStrStream& stream, SipString& displayName);
-  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES takeNumber(SipStrStream& stream, SipString& phoneNumber);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeCode(VARN_EXCEPTION_CODES code);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeChange(VARN_EXCEPTION_CODES code);
   SIPUTILITY_HIDDEN bool hasParameters() const;

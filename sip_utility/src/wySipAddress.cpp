@@ -5,14 +5,12 @@
 
 #include "address/addrSpec.h"
 #include "address/pieceSetter.h"
-#include "base/checkedMath.h"
 #include "base/equality.h"
 #include "base/log.h"
+#include "base/storeTexts.h"
 #include "base/stringAccess.h"
-#include "base/textWriter.h"
 #include "grammar/borrowed.h"
 #include "grammar/grammar.h"
-#include "params/paramReader.h"
 
 namespace {
 
@@ -51,16 +49,72 @@ constexpr PieceMessages kHostMessages = {
     "SipAddress::setHost | assignment failed",
 };
 
-// display-name LWS
-VARN_EXCEPTION_CODES takeDisplayName(SipStrStream& stream, SipString& displayName) {
-  const unsigned int length = matchOf<grammar::displayName>(stream);
-  if (length == 0) {
-    logFailure(kSourceFile, "SipAddress::parseNameAddr | invalid display name");
-    return VARN_INVALID_INPUT;
-  }
-  const VARN_EXCEPTION_CODES code = takePiece(stream, length, &displayName);
-  SipStringAccess::advance(stream, matchOf<grammar::lws>(stream));
+// Where the pieces of an address are stored.
+struct Pieces {
+  SipString* displayName;
+  SipString* scheme;
+  SipString* user;
+  SipString* host;
+  SipPort* port;
+  SipAddrParamList* params;
+};
+
+// Lets a scan read from the stream.
+VARN_EXCEPTION_CODES scan(AddressScan& part, SipStrStream& stream, AddressTexts& texts) {
+  Unread text = unread(stream);
+  const VARN_EXCEPTION_CODES code = part(text, texts);
+  moveTo(stream, text);
   return code;
+}
+
+// [ ":" port ] params [ headers ]
+VARN_EXCEPTION_CODES takeUriRest(SipStrStream& stream, SipPort& port, SipAddrParamList& params) {
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (unread(stream).has(0, ':')) {
+    SipStringAccess::advance(stream, 1);
+    code = port.set(stream);
+  }
+  if (code == VARN_OK) {
+    code = params.parseParamList(stream);
+  }
+  if (code == VARN_OK) {  // headers are not stored; faulty ones are left in the stream
+    SipStringAccess::advance(stream, matchOf<grammar::uriHeaders>(stream));
+  }
+  return code;
+}
+
+// scheme ":" [ userinfo "@" ] host [ ":" port ] params [ headers ], after a display name
+//
+// The texts are stored together, also those before a failure.
+VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, std::string_view displayName,
+                                  const Pieces& pieces) {
+  AddressTexts texts = {displayName, {}, {}, {}};
+  const VARN_EXCEPTION_CODES code = scan(scanUri, stream, texts);
+  if (storeTexts({{*pieces.displayName, texts.displayName},
+                  {*pieces.scheme, texts.scheme},
+                  {*pieces.user, texts.user},
+                  {*pieces.host, texts.host}}) != VARN_OK) {
+    return VARN_RESOURCE_FAILURE;
+  }
+  return code == VARN_OK ? takeUriRest(stream, *pieces.port, *pieces.params) : code;
+}
+
+// ">"
+VARN_EXCEPTION_CODES takeClosing(SipStrStream& stream) {
+  Unread text = unread(stream);
+  const VARN_EXCEPTION_CODES code = scanClosing(text);
+  moveTo(stream, text);
+  return code;
+}
+
+// Reports each null output of a parse step; logs and returns whether there is one.
+template <typename... Outputs>
+bool refusesNull(const Outputs*... outputs) {
+  if (assertNoneNull(kSourceFile, outputs...)) {
+    return false;
+  }
+  logFailure(kSourceFile, "SipAddress::parseAddrSpec | Input Parameter NULL");
+  return true;
 }
 
 // Logs the message if memory ran out for the first piece of the text, which is then still empty.
@@ -234,54 +288,35 @@ void SipAddress::clearParamList() {
   dropTexts();
 }
 
-SipString& SipAddress::getURI() { return cached(uriText_, &SipAddress::writeURI); }
-
-unsigned int SipAddress::getURIStringLength() const {
-  unsigned int length = checkedSum(scheme_.length(), 1, host_.length());
-  if (user_.length() != 0) {
-    length = checkedSum(length, user_.length(), 1);
-  }
-  // The ":" before the port is not counted, on purpose: the length is a hint for reserve().
-  return port_.get() == 0 ? length : checkedSum(length, port_.getStringLength());
-}
-
-SipString& SipAddress::toString() { return cached(text_, &SipAddress::writeText); }
-
-unsigned int SipAddress::getStringLength() const {
-  const unsigned int params = params_.getStringLength();
-  unsigned int length = checkedSum(getURIStringLength(), params);
-  if (displayName_.length() != 0) {
-    length = checkedSum(length, displayName_.length(), 3);  // " <" and ">"
-  } else if (params != 0) {
-    length = checkedSum(length, 2);  // "<" and ">"
-  }
-  return length;
-}
-
 VARN_EXCEPTION_CODES SipAddress::parseNameAddr(SipStrStream& stream, SipString* displayName,
                                                SipString* scheme, SipString* user, SipString* host,
                                                SipPort* port, SipAddrParamList* params) {
   assertNoneNull(kSourceFile, displayName, scheme, user, host, port, params);
-  if (displayName == nullptr) {  // parseAddrSpec() refuses the other nulls
+  if (displayName == nullptr) {
     return VARN_INVALID_INPUT;
   }
-  if (!unread(stream).has(0, '<')) {
-    const VARN_EXCEPTION_CODES code = takeDisplayName(stream, *displayName);
-    if (code != VARN_OK) {
-      return code;
-    }
+  AddressTexts texts;
+  VARN_EXCEPTION_CODES code = scan(scanOpening, stream, texts);
+  if (code == VARN_OK && refusesNull(scheme, user, host, port, params)) {
+    code = VARN_INVALID_INPUT;
   }
-  return parseURI(stream, scheme, user, host, port, params);
+  if (code != VARN_OK) {
+    return storeTexts({{*displayName, texts.displayName}}) == VARN_OK ? code
+                                                                      : VARN_RESOURCE_FAILURE;
+  }
+  code = takeAddrSpec(stream, texts.displayName, {displayName, scheme, user, host, port, params});
+  return code == VARN_OK ? takeClosing(stream) : code;
 }
 
 VARN_EXCEPTION_CODES SipAddress::parseURI(SipStrStream& stream, SipString* scheme, SipString* user,
                                           SipString* host, SipPort* port,
                                           SipAddrParamList* params) {
-  VARN_EXCEPTION_CODES code = passOpening(stream);
-  if (code == VARN_OK) {
-    code = parseAddrSpec(stream, scheme, user, host, port, params);
+  if (!unread(stream).has(0, '<')) {
+    return VARN_INVALID_INPUT;
   }
-  return code == VARN_OK ? passClosing(stream) : code;
+  SipStringAccess::advance(stream, 1);
+  const VARN_EXCEPTION_CODES code = parseAddrSpec(stream, scheme, user, host, port, params);
+  return code == VARN_OK ? takeClosing(stream) : code;
 }
 
 VARN_EXCEPTION_CODES SipAddress::parseAnyURI(SipStrStream& stream, SipString* scheme,
@@ -301,35 +336,31 @@ VARN_EXCEPTION_CODES SipAddress::parseAnyURI(SipStrStream& stream, SipString* sc
 VARN_EXCEPTION_CODES SipAddress::parseAddrSpec(SipStrStream& stream, SipString* scheme,
                                                SipString* user, SipString* host, SipPort* port,
                                                SipAddrParamList* params) {
-  if (!assertNoneNull(kSourceFile, scheme, user, host, port, params)) {
-    logFailure(kSourceFile, "SipAddress::parseAddrSpec | Input Parameter NULL");
+  if (refusesNull(scheme, user, host, port, params)) {
     return VARN_INVALID_INPUT;
   }
-  return takeAddrSpec(stream, {scheme, user, host, port, params});
+  SipString none;
+  return takeAddrSpec(stream, {}, {&none, scheme, user, host, port, params});
 }
 
 VARN_EXCEPTION_CODES SipAddress::parse(const SipString& address) {
-  if (address.length() == 0) {
-    logFailure(kSourceFile, "SipAddress::SipAddress | NULL or empty address");
+  Unread text = unread(view(address));
+  const AddressForm form = scanForm(text);
+  if (form == AddressForm::kNone) {
     return VARN_INVALID_INPUT;
   }
-  BorrowedLWSStream stream(view(address));
-  // A wildcard is "*" with nothing but LWS around it.
-  const unsigned int wildcard = grammar::separator('*', unread(stream), 0);
-  if (wildcard != 0 && wildcard == unread(stream).length) {
+  if (form == AddressForm::kWildcard) {
     return becomeWildcard();
   }
-  const VARN_EXCEPTION_CODES code = parseText(stream);
+  BorrowedLWSStream stream(view(address));
+  const VARN_EXCEPTION_CODES code =
+      form == AddressForm::kAddrSpec ? parseWholeAddrSpec(stream) : parseOwnNameAddr(stream);
   return logIfNoMemory(code, displayName_.length() == 0 ? scheme_ : displayName_,
                        "SipAddress::SipAddress | SipStrStream constructor failed");
 }
 
-VARN_EXCEPTION_CODES SipAddress::parseText(SipStrStream& stream) {
-  const unsigned int scheme = matchOf<grammar::scheme>(stream);
-  if (scheme == 0 || !unread(stream).has(scheme, ':')) {
-    // What follows the ">" is not checked, on purpose; what follows an addr-spec is.
-    return parseNameAddr(stream, &displayName_, &scheme_, &user_, &host_, &port_, &params_);
-  }
+// What follows an addr-spec is checked, other than what follows the ">" of a name-addr, on purpose.
+VARN_EXCEPTION_CODES SipAddress::parseWholeAddrSpec(SipStrStream& stream) {
   const VARN_EXCEPTION_CODES code =
       parseAddrSpec(stream, &scheme_, &user_, &host_, &port_, &params_);
   return code == VARN_OK && !stream.done() ? VARN_INVALID_INPUT : code;
@@ -356,6 +387,10 @@ VARN_EXCEPTION_CODES SipAddress::parse(SipStrStream& stream) {
     return VARN_INVALID_INPUT;
   }
   stream.discard(matchOf<grammar::lws>(stream));
+  return parseOwnNameAddr(stream);
+}
+
+VARN_EXCEPTION_CODES SipAddress::parseOwnNameAddr(SipStrStream& stream) {
   return parseNameAddr(stream, &displayName_, &scheme_, &user_, &host_, &port_, &params_);
 }
 
@@ -394,56 +429,4 @@ VARN_EXCEPTION_CODES SipAddress::storeChange(VARN_EXCEPTION_CODES code) {
 void SipAddress::dropTexts() {
   text_.clear();
   uriText_.clear();
-}
-
-// Returns a cached text; write() fills it first if it is empty. The texts of a wildcard never
-// change.
-SipString& SipAddress::cached(SipString& text, VARN_EXCEPTION_CODES (SipAddress::*write)()) {
-  VARN_EXCEPTION_CODES code = VARN_OK;
-  if (!isWildcard() && text.length() == 0) {
-    code = (this->*write)();
-    if (code != VARN_OK) {
-      text.clear();
-    }
-  }
-  storeCode(code);
-  return text;
-}
-
-VARN_EXCEPTION_CODES SipAddress::writeURI() {
-  // The length of the complete address is enough; that of the URI leaves out the ":" of a port.
-  TextWriter writer(uriText_, getStringLength());
-  writer.write(scheme_).write(':');
-  if (user_.length() != 0) {
-    writer.write(user_).write('@');
-  }
-  writer.write(host_);
-  if (port_.get() != 0) {
-    writer.write(':').writeOf(port_);
-  }
-  return writer.code();
-}
-
-VARN_EXCEPTION_CODES SipAddress::writeText() {
-  const bool named = displayName_.length() != 0;
-  const bool bracketed = named || params_.getStringLength() != 0;
-  TextWriter writer(text_, getStringLength());
-  if (named) {
-    writer.write(displayName_).write(' ');
-  }
-  if (bracketed) {
-    writer.write('<');
-  }
-  if (writer.code() != VARN_OK) {
-    return writer.code();
-  }
-  const SipString& uri = getURI();
-  if (uri.length() == 0) {
-    return lastError_;  // the code that getURI() has stored
-  }
-  writer.write(uri).writeOf(params_);
-  if (bracketed) {
-    writer.write('>');
-  }
-  return writer.code();
 }

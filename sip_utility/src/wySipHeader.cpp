@@ -1,10 +1,14 @@
 // wySipHeader.cpp - one SIP header field: name, value and parameters.
 #include "wySipHeader.h"
 
+#include <string_view>
+
 #include "base/allocationWatch.h"
 #include "base/checkedMath.h"
 #include "base/equality.h"
 #include "base/log.h"
+#include "base/storeTexts.h"
+#include "base/stringAccess.h"
 #include "base/textWriter.h"
 #include "grammar/borrowed.h"
 #include "grammar/grammar.h"
@@ -22,6 +26,11 @@ constexpr const char* kAuthenticationHeaders[] = {
     "Proxy-Authorization",
     "Authorization",
 };
+
+VARN_EXCEPTION_CODES logNameNotStored() {
+  logFailure(kSourceFile, "SipHeader::setName | assignment failed.");
+  return VARN_RESOURCE_FAILURE;
+}
 
 }  // namespace
 
@@ -116,24 +125,26 @@ SipString& SipHeader::toString() {
 
 VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& value) {
   BorrowedLWSStream nameStream(view(name));
-  VARN_EXCEPTION_CODES code = takeName(nameStream);
+  std::string_view token;
+  WY_SIP_SIPHEADER_TYPE type = WY_SIP_HEADER_TYPE_NONE;
+  VARN_EXCEPTION_CODES code = scanName(nameStream, token, type);
   if (code != VARN_OK || value.length() == 0) {
-    return code;
+    return code != VARN_OK ? code : storeScanned(token, type, {});
   }
   BorrowedLWSStream stream(view(value));
   const AllocationWatch watch;
-  SipHeaderMatchValue rule(params_.getHeaderType());
-  const unsigned int length = rule.match(stream, 0);
-  if (length == 0) {
+  // A tel URI may count past the end, see ValueBrackets::uriLength(). What is there is taken.
+  const unsigned int length = SipHeaderMatchValue(type).match(stream, 0);
+  const std::string_view taken = SipStringAccess::rest(stream).substr(0, length);
+  code = storeScanned(token, type, taken);
+  if (code != VARN_OK) {
+    return code;
+  }
+  if (taken.empty()) {
     logFailure(kSourceFile, "SipHeader::SipHeader | value parsing failed");
     return watch.refusal();
   }
-  // A tel URI may count past the end, see ValueBrackets::uriLength(). get() takes what is there.
-  code = stream.get(length, value_);
-  if (code != VARN_OK) {
-    logFailure(kSourceFile, "SipHeader::SipHeader | SipStrStream constructor failed");
-    return code;
-  }
+  SipStringAccess::advance(stream, value_.length());
   if (!stream.done()) {
     code = params_.parseParamList(stream);
   }
@@ -154,30 +165,50 @@ VARN_EXCEPTION_CODES SipHeader::replaceName(const SipString& name) {
 }
 
 VARN_EXCEPTION_CODES SipHeader::takeName(SipStrStream& stream) {
+  std::string_view token;
+  WY_SIP_SIPHEADER_TYPE type = WY_SIP_HEADER_TYPE_NONE;
+  const VARN_EXCEPTION_CODES code = scanName(stream, token, type);
+  if (code != VARN_OK) {
+    return code;
+  }
+  // After this the assignment cannot fail; a failed one would lose the old name.
+  if (name_.reserve(static_cast<unsigned int>(token.size())) != VARN_OK) {
+    return logNameNotStored();
+  }
+  params_.setHeaderType(type);
+  name_ = *BorrowedString(token);
+  headerText_.clear();  // the other text does not contain the name
+  return VARN_OK;
+}
+
+// Reads a name that this header may have. Nothing but white space may follow it.
+VARN_EXCEPTION_CODES SipHeader::scanName(SipStrStream& stream, std::string_view& token,
+                                         WY_SIP_SIPHEADER_TYPE& type) const {
   if (stream.length() == 0) {
     logFailure(kSourceFile, "SipHeader::setName | name was NULL or empty");
     return VARN_INVALID_INPUT;
   }
-  const unsigned int length = matchOf<grammar::token>(stream);
-  const BorrowedString token(SipStringAccess::rest(stream).substr(0, length));
-  stream.discard(length);
-  if (length == 0 || !stream.done()) {
+  token = SipStringAccess::rest(stream).substr(0, matchOf<grammar::token>(stream));
+  SipStringAccess::advance(stream, static_cast<unsigned int>(token.size()));
+  if (token.empty() || !stream.done()) {
     logFailure(kSourceFile, "SipHeader::setName | parsing failed");
     return VARN_INVALID_INPUT;
   }
-  const WY_SIP_SIPHEADER_TYPE type = lookUpHeaderType(*token);
+  type = lookUpHeaderType(*BorrowedString(token));
   if (getHeaderType() != WY_SIP_HEADER_TYPE_NONE && getHeaderType() != type) {
     logFailure(kSourceFile, "SipHeader::setName | cannot switch between auth and non-auth");
     return VARN_INVALID_INPUT;
   }
-  // After this the assignment cannot fail; a failed one would lose the old name.
-  if (name_.reserve(length) != VARN_OK) {
-    logFailure(kSourceFile, "SipHeader::setName | assignment failed.");
-    return VARN_RESOURCE_FAILURE;
+  return VARN_OK;
+}
+
+// Stores the name and the value of a new header together.
+VARN_EXCEPTION_CODES SipHeader::storeScanned(std::string_view name, WY_SIP_SIPHEADER_TYPE type,
+                                             std::string_view value) {
+  if (storeTexts({{name_, name}, {value_, value}}) != VARN_OK) {
+    return logNameNotStored();
   }
   params_.setHeaderType(type);
-  name_ = *token;
-  headerText_.clear();  // the other text does not contain the name
   return VARN_OK;
 }
 

@@ -119,7 +119,7 @@ unsigned int SipHeaderMatchValue::doMatch(const SipStrStream& stream, unsigned i
   const Unread text = unreadFor(stream, offset);
   switch (headerType_) {
     case WY_SIP_HEADER_TYPE_NON_AUTH:
-      return matchOf<ordinaryValue>(text, offset);
+      return matchPastEnd<ordinaryValue>(text, offset);
     case WY_SIP_HEADER_TYPE_AUTH:
       return matchOf<grammar::token>(text, offset);
     default:

@@ -2,7 +2,6 @@
 #include "wySipParam.h"
 
 #include <cstring>
-#include <optional>
 #include <string_view>
 #include <typeinfo>
 
@@ -13,9 +12,9 @@
 #include "base/stringAccess.h"
 #include "base/textWriter.h"
 #include "grammar/borrowed.h"
-#include "params/paramNameIndex.h"
 #include "params/paramNode.h"
 #include "params/paramReader.h"
+#include "params/paramSyntax.h"
 #include "params/paramWalk.h"
 
 namespace {
@@ -125,23 +124,15 @@ SipParamList::~SipParamList() {
 }
 
 VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
-  std::optional<ParamNameIndex> index;
-  if (hasLibraryRules(*this)) {
-    index.emplace(head_);
+  const std::type_info* const type = &typeid(*this);
+  if (type == &typeid(SipAddrParamList)) {
+    return readBySyntax(UriParamSyntax(), *this, &head_, stream);
   }
-  ParamNameIndex* const names = index ? &*index : nullptr;
-  for (int first = 1; passSeparator(*this, stream, first) == VARN_OK; first = 0) {
-    SipParam* const param = newParam(&head_, kSourceFile);
-    if (param == nullptr) {
-      return VARN_RESOURCE_FAILURE;
-    }
-    const VARN_EXCEPTION_CODES code = readParam(*this, param, stream, names);
-    if (code != VARN_OK) {
-      deleteRecorded(param);
-      return code;
-    }
+  if (type == &typeid(SipHdrParamList)) {
+    const auto& list = static_cast<const SipHdrParamList&>(*this);
+    return readBySyntax(HeaderParamSyntax{list.getHeaderType()}, *this, &head_, stream);
   }
-  return VARN_OK;
+  return readByOperations(*this, &head_, stream, kSourceFile, UriParamSyntax::refusal);
 }
 
 const SipParam* SipParamList::firstParam() const { return head_; }
@@ -227,20 +218,16 @@ VARN_EXCEPTION_CODES SipParamList::setFrom(const SipString& name, const SipStrin
   if (code != VARN_OK) {
     return code;
   }
-  // The node is filled on a chain of its own: a failure must not change the list, and the texts may
+  if (newName.empty()) {
+    return VARN_RESOURCE_FAILURE;  // as for every node whose name gets no buffer
+  }
+  // The node is made on a chain of its own: a failure must not change the list, and the texts may
   // belong to the parameter that the node replaces.
   SipParam* aside = nullptr;
-  SipParam* param = newParam(&aside, kSourceFile);
+  const ParamTexts texts = {newName.data(), newName.size(), newValue.data(), newValue.size()};
+  SipParam* param = newParams(&aside, &texts, 1, kSourceFile);
   if (param == nullptr) {
     return logNoMemory();
-  }
-  code = SipParamAccess::setName(*param, newName);
-  if (code == VARN_OK && !newValue.empty()) {
-    code = SipParamAccess::setValue(*param, newValue);
-  }
-  if (code != VARN_OK) {
-    deleteRecorded(param);
-    return code;
   }
   removeParameter(param->getName());
   param->remove();
@@ -304,5 +291,5 @@ VARN_EXCEPTION_CODES SipParamList::parseSep(SipStrStream& stream, int first) con
 
 VARN_EXCEPTION_CODES SipParamList::parseParam(SipParam* param, SipStrStream& stream) const {
   assertHolds(param != nullptr, kSourceFile);
-  return readParam(*this, param, stream, nullptr);
+  return readParam(*this, param, stream);
 }

@@ -10,6 +10,7 @@
 #include "base/checkedMath.h"
 #include "base/log.h"
 #include "base/recorded.h"
+#include "base/sharedBlock.h"
 #include "base/stringAccess.h"
 #include "grammar/grammar.h"
 
@@ -45,13 +46,17 @@ unsigned int cstrLength(const char* cstr) {
 
 SipString::SipString() : buffer_(nullptr), length_(0), capacity_(0) {}
 
-SipString::SipString(const char* cstr) : SipString() { append(cstr); }
+SipString::SipString(const char* cstr) : SipString(cstr, cstrLength(cstr)) {}
 
-SipString::SipString(const char* text, unsigned int length) : SipString() { append(text, length); }
+SipString::SipString(const char* text, unsigned int length) : SipString() {
+  if (text != nullptr) {
+    assign(text, length);
+  }
+}
 
-SipString::SipString(const SipString& other) : SipString() { append(other); }
+SipString::SipString(const SipString& other) : SipString(other.buffer_, other.length_) {}
 
-SipString::~SipString() { deleteRecordedArray(buffer_); }
+SipString::~SipString() { releaseBuffer(); }
 
 SipString& SipString::operator=(const SipString& other) {
   if (this != &other) {
@@ -68,7 +73,8 @@ const char* SipString::c_str() const { return length_ == 0 ? "" : buffer_; }
 bool SipString::valid() const { return true; }
 
 VARN_EXCEPTION_CODES SipString::reserve(unsigned int length) {
-  return capacity_ >= length ? VARN_OK : appendGrowing(nullptr, 0, length);
+  // A string in a shared block has no capacity, whatever its length.
+  return capacity_ >= length ? VARN_OK : appendGrowing(nullptr, 0, std::max(length, length_));
 }
 
 VARN_EXCEPTION_CODES SipString::append(const char* text, unsigned int length) {
@@ -130,7 +136,7 @@ VARN_EXCEPTION_CODES SipString::copy(SipString& out, unsigned int length,
   }
   const char* from = buffer_ + position;
   if (&out == this) {
-    copyGuarded(out.buffer_, capacity_, from, count);
+    copyGuarded(out.buffer_, length_, from, count);
     out.length_ = count;
     out.buffer_[count] = '\0';
     return VARN_OK;
@@ -173,15 +179,22 @@ int SipString::caseCompare(const char* cstr) const { return caseCompare(cstr, cs
 // Assigns a text from outside this string.
 void SipString::replace(const char* text, unsigned int length) {
   if (assign(text, length) != VARN_OK) {
-    logFailure(kSourceFile, "SipString::operator= | append failed");
-    deleteRecordedArray(buffer_);
-    // The capacity stays, on purpose: a later append that fits it succeeds and stores nothing.
+    SipStringAccess::logNoMemory();
+    releaseBuffer();
+    // The capacity stays, on purpose: a later append that fits it succeeds and stores nothing. In a
+    // shared block the length was the capacity.
     buffer_ = nullptr;
+    capacity_ = std::max(capacity_, length_);
+    length_ = 0;
   }
 }
 
-// Replaces the content with a text from outside this string. The first content gets its buffer
-// here, without the copies of appendGrowing().
+void SipStringAccess::logNoMemory() {
+  logFailure(kSourceFile, "SipString::operator= | append failed");
+}
+
+// Replaces the content with a text from outside this string. A string without capacity gets its
+// buffer here, without the copies of appendGrowing().
 VARN_EXCEPTION_CODES SipString::assign(const char* text, unsigned int length) {
   if (capacity_ != 0 || length == 0) {
     clear();
@@ -193,10 +206,25 @@ VARN_EXCEPTION_CODES SipString::assign(const char* text, unsigned int length) {
   }
   std::memcpy(buffer, text, length);
   buffer[length] = '\0';
+  releaseBuffer();
   buffer_ = buffer;
   length_ = length;
   capacity_ = length;
   return VARN_OK;
+}
+
+// Removes the buffer from the memory log and frees it. A buffer without capacity is in a shared
+// block: see SipStringAccess::share().
+void SipString::releaseBuffer() {
+  if (buffer_ == nullptr) {
+    return;
+  }
+  forgetBlock(buffer_);
+  if (capacity_ == 0) {
+    SharedBlock::release(buffer_);
+  } else {
+    delete[] buffer_;
+  }
 }
 
 // Moves the content to a buffer for newLength bytes and appends the text. The text may be in the
@@ -212,7 +240,7 @@ VARN_EXCEPTION_CODES SipString::appendGrowing(const char* text, unsigned int len
   }
   copyGuarded(grown + length_, checkedDifference(newLength, length_), text, length);
   grown[newLength] = '\0';
-  deleteRecordedArray(buffer_);
+  releaseBuffer();
   buffer_ = grown;
   length_ = checkedSum(length_, length);
   capacity_ = newLength;

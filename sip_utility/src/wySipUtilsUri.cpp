@@ -4,8 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "base/checkedMath.h"
-#include "base/equality.h"
+#include "address/addrSpec.h"
 #include "base/log.h"
 #include "base/platformBlock.h"
 #include "grammar/grammar.h"
@@ -20,22 +19,28 @@ constexpr int kHostIpv6 = 2;
 
 constexpr std::size_t kAddressRecordSize = 20;
 
-// Returns a copy of an address's host without brackets; null, logged, if it is empty.
-PlatformText bareHost(const SipAddress& address, const char* noMemory) {
-  const SipString& host = address.getHost();
-  const auto length = static_cast<unsigned short>(host.length());  // only the low 16 bits
+// What a comparison looks at, in the text of a URI.
+struct ComparedUri {
+  explicit ComparedUri(const char* uri) : code(scanAddress(uri, texts, port)) {}
+
+  AddressTexts texts;
+  unsigned short port = 0;
+  VARN_EXCEPTION_CODES code;
+};
+
+// Returns a copy of a host without brackets; null, logged, if it is empty.
+PlatformText bareHost(std::string_view host, const char* noMemory) {
+  const auto length = static_cast<unsigned short>(host.size());  // only the low 16 bits
   if (length == 0) {
     // The text says "LocalHost" for either address, on purpose.
     logFailure(kSourceFile, "SipUtils::CompareSIPURI | LocalHost Empty");
     return nullptr;
   }
-  PlatformText copy = newZeroed<char>(length + 1U);
+  const bool bracketed = length >= 3 && host.front() == '[';
+  PlatformText copy = copyOf(bracketed ? host.substr(1, length - 2U) : host.substr(0, length));
   if (copy == nullptr) {
     logFailure(kSourceFile, noMemory);
-    return nullptr;
   }
-  const bool bracketed = length >= 3 && *host.c_str() == '[';
-  host.copy(copy.get(), bracketed ? length - 2U : length, bracketed ? 1 : 0);
   return copy;
 }
 
@@ -64,15 +69,15 @@ bool isSameHost(const char* remote, const char* local) {
   return same;
 }
 
-// Returns whether two addresses have the same user and port; logs if they do not.
-bool isSameUserAndPort(const SipAddress& remote, const SipAddress& local) {
-  if (remote.getUser().length() == 0 || !equal(remote.getUser(), view(local.getUser()))) {
+// Returns whether two URIs have the same user and port; logs if they do not.
+bool isSameUserAndPort(const ComparedUri& remote, const ComparedUri& local) {
+  if (remote.texts.user.empty() || remote.texts.user != local.texts.user) {
     logFailure(kSourceFile, "SipUtils::CompareSIPURI | UserName MisMatch ");
     return false;
   }
-  if (remote.getStoredPort() != local.getStoredPort()) {
+  if (remote.port != local.port) {
     logFailure(kSourceFile, "SipUtils::CompareSIPURI | PortMisMatch Remote = %d Local = %d",
-               remote.getStoredPort(), local.getStoredPort());
+               remote.port, local.port);
     return false;
   }
   return true;
@@ -101,22 +106,22 @@ int CompareSIPURI(const char* remote, const char* local) {
                logArgument(remote), logArgument(local));
     return 0;
   }
-  const SipAddress remoteAddress{SipString(remote)};
-  const SipAddress localAddress{SipString(local)};
-  if (remoteAddress.GetLastErrorCode() != VARN_OK || localAddress.GetLastErrorCode() != VARN_OK) {
+  const ComparedUri remoteUri(remote);
+  const ComparedUri localUri(local);
+  if (remoteUri.code != VARN_OK || localUri.code != VARN_OK) {
     logFailure(kSourceFile, "SipUtils::CompareSIPURI | Decode Error RemotStr=%d LocalStr=%x",
-               remoteAddress.GetLastErrorCode(), localAddress.GetLastErrorCode());
+               remoteUri.code, localUri.code);
   }
-  if (!isSameUserAndPort(remoteAddress, localAddress)) {
+  if (!isSameUserAndPort(remoteUri, localUri)) {
     return 0;
   }
   const PlatformText localHost =
-      bareHost(localAddress, "SipUtils::CompareSIPURI | LocalHost Calloc failed ");
+      bareHost(localUri.texts.host, "SipUtils::CompareSIPURI | LocalHost Calloc failed ");
   if (localHost == nullptr) {
     return 0;
   }
   const PlatformText remoteHost =
-      bareHost(remoteAddress, "SipUtils::CompareSIPURI | RemoteHost Calloc failed ");
+      bareHost(remoteUri.texts.host, "SipUtils::CompareSIPURI | RemoteHost Calloc failed ");
   return remoteHost != nullptr && isSameHost(remoteHost.get(), localHost.get()) ? 1 : 0;
 }
 
@@ -126,21 +131,23 @@ int GetHostType(const char* host) {
     return kHostUnknown;
   }
   const std::string_view bare = withoutBrackets(host);
-  const PlatformText copy = copyOf(bare);
-  if (copy == nullptr) {
+  const bool whole = bare.data() == host;
+  const PlatformText copy = whole ? nullptr : copyOf(bare);
+  if (!whole && copy == nullptr) {
     logTrace(kSourceFile, "wyDplMalloc: Fatal Error Malloc failed - UNKNOWN_IP_TYPE");
     return kHostUnknown;
   }
-  const Unread text{bare.data(), checkedLength(bare.size())};
+  const char* const address = whole ? host : copy.get();
+  const Unread text = unread(bare);
   if (coversAll<grammar::ipv6Address>(text)) {
-    logTrace(kSourceFile, "GetHostType | IPv6 = %s %s", logArgument(copy.get()), logArgument(host));
+    logTrace(kSourceFile, "GetHostType | IPv6 = %s %s", logArgument(address), logArgument(host));
     return kHostIpv6;
   }
   if (coversAll<grammar::ipv4Address>(text)) {
-    logTrace(kSourceFile, "GetHostType | IPv4 = %s %s", logArgument(copy.get()), logArgument(host));
+    logTrace(kSourceFile, "GetHostType | IPv4 = %s %s", logArgument(address), logArgument(host));
     return kHostIpv4;
   }
-  logTrace(kSourceFile, "GetHostType | UNKNOWN IP Type %s %s", logArgument(copy.get()),
+  logTrace(kSourceFile, "GetHostType | UNKNOWN IP Type %s %s", logArgument(address),
            logArgument(host));
   return kHostUnknown;
 }

@@ -5,9 +5,11 @@
 #include <string_view>
 
 #include "address/pieceSetter.h"
+#include "address/telUri.h"
 #include "base/equality.h"
 #include "base/log.h"
 #include "base/recorded.h"
+#include "base/storeTexts.h"
 #include "grammar/borrowed.h"
 #include "grammar/grammar.h"
 
@@ -53,52 +55,6 @@ constexpr PieceMessages kContextMessages = {
     "TelAddress::setContext | trailing characters in scheme",
     "TelAddress::setContext | assignment failed",
 };
-
-// Moves past a literal. Returns false and does not move if the next bytes are others.
-bool skipLiteral(SipStrStream& stream, std::string_view literal) {
-  return unread(stream).has(0, literal) &&
-         stream.discard(static_cast<unsigned int>(literal.size())) == VARN_OK;
-}
-
-// Takes the length that a rule covers as a piece; logs the message if that is 0.
-VARN_EXCEPTION_CODES takeMatch(SipStrStream& stream, unsigned int length, const char* message,
-                               SipString& piece) {
-  if (length == 0) {
-    logFailure(kSourceFile, message);
-    return VARN_INVALID_INPUT;
-  }
-  return stream.get(length, piece);
-}
-
-// [ ";isub=" 1*paramchar / ";ext=" 1*phonedigit ]
-VARN_EXCEPTION_CODES takeSubAddress(SipStrStream& stream, SipString& isub, SipString& ext) {
-  if (skipLiteral(stream, ";isub=")) {
-    return takeMatch(stream, matchOf<grammar::paramChars>(stream),
-                     "TelAddress::parseTelNameAddr could not match isub param value", isub);
-  }
-  if (skipLiteral(stream, ";ext=")) {
-    return takeMatch(stream, matchOf<grammar::phoneDigits>(stream),
-                     "TelAddress::parseTelNameAddr could not match ext param value", ext);
-  }
-  return VARN_OK;
-}
-
-// [ ";phone-context=" descriptor ]
-VARN_EXCEPTION_CODES takeContext(SipStrStream& stream, SipString& context) {
-  if (!skipLiteral(stream, ";phone-context=")) {
-    return VARN_OK;
-  }
-  return takeMatch(stream, matchOf<grammar::phoneContext>(stream),
-                   "TelAddress::parseTelNameAddr could not match context param value", context);
-}
-
-WY_SIP_TELURI_TYPE typeOf(int firstByte) {
-  return firstByte == '+' ? WY_SIP_TELURI_TYPE_GLOBAL : WY_SIP_TELURI_TYPE_LOCAL;
-}
-
-Rule& numberRule(WY_SIP_TELURI_TYPE type) {
-  return type == WY_SIP_TELURI_TYPE_GLOBAL ? grammar::globalPhoneNumber : grammar::localPhoneNumber;
-}
 
 }  // namespace
 
@@ -210,7 +166,7 @@ VARN_EXCEPTION_CODES TelAddress::setPhoneNumber(const SipString& phoneNumber) {
     logFailure(kSourceFile, "TelAddress::setPhoneNumber | NULL or empty string");
     return storeCode(VARN_INVALID_INPUT);
   }
-  const WY_SIP_TELURI_TYPE type = typeOf(phoneNumber.c_str()[0]);
+  const WY_SIP_TELURI_TYPE type = typeOfNumber(phoneNumber.c_str()[0]);
   if (type_ == WY_SIP_TELURI_TYPE_GLOBAL && type == WY_SIP_TELURI_TYPE_LOCAL &&
       context_.length() == 0) {
     logFailure(
@@ -347,30 +303,31 @@ VARN_EXCEPTION_CODES TelAddress::parseTelNameAddr(SipStrStream& stream, SipStrin
     logFailure(kSourceFile, "TelAddress::parseTelNameAddr | Input Parameter NULL");
     return VARN_INVALID_INPUT;
   }
-  // The order of the dedicated parameters is fixed, on purpose. The list refuses one that comes
-  // later as a duplicate.
-  VARN_EXCEPTION_CODES code = takeOpening(stream, *displayName);
-  if (code == VARN_OK) {
-    code = takeNumber(stream, *phoneNumber);
+  Unread text = unread(stream);
+  TelTexts texts;
+  VARN_EXCEPTION_CODES code = scanTelUri(text, texts);
+  moveTo(stream, text);
+  bracketed_ = texts.bracketed ? 1 : bracketed_;
+  type_ = texts.type == WY_SIP_TELURI_TYPE_NONE ? type_ : texts.type;
+  if (texts.displayName.empty()) {
+    displayName->clear();
   }
-  if (code == VARN_OK) {
-    code = takeSubAddress(stream, *isub, *ext);
-  }
-  if (code == VARN_OK) {
-    code = takeContext(stream, *context);
+  if (storeTexts({{*displayName, texts.displayName},
+                  {*phoneNumber, texts.number},
+                  {*isub, texts.isub},
+                  {*ext, texts.ext},
+                  {*context, texts.context}}) != VARN_OK) {
+    return VARN_RESOURCE_FAILURE;
   }
   if (code == VARN_OK) {
     code = params->parseParamList(stream);
   }
-  if (code != VARN_OK || bracketed_ == 0) {
-    return code;
+  if (code == VARN_OK) {
+    text = unread(stream);
+    code = scanTelClosing(text, bracketed_ != 0);
+    moveTo(stream, text);
   }
-  if (!unread(stream).has(0, '>')) {
-    logFailure(kSourceFile,
-               "TelAddress::parseTelephoneURI uri with '<' does not terminate with '>'");
-    return VARN_INVALID_INPUT;
-  }
-  return stream.discard(1);
+  return code;
 }
 
 VARN_EXCEPTION_CODES TelAddress::parse(const SipString& address) {
@@ -387,43 +344,6 @@ VARN_EXCEPTION_CODES TelAddress::parse(const SipString& address) {
     logFailure(kSourceFile, "TelAddress::TelAddress | SipLWSStrStream constructor failed");
   }
   return code;
-}
-
-// [ display-name LWS ] [ "<" ]: a display name needs the bracket
-VARN_EXCEPTION_CODES TelAddress::takeOpening(SipStrStream& stream, SipString& displayName) {
-  if (unread(stream).has(0, "tel:") || unread(stream).has(0, '<')) {
-    displayName.clear();
-  } else {
-    const VARN_EXCEPTION_CODES code = takeMatch(
-        stream, matchOf<grammar::displayName>(stream),
-        "TelAddress::parseTelNameAddr uri doesn't begin with display name or tel: or '<' ",
-        displayName);
-    if (code != VARN_OK) {
-      return code;
-    }
-    stream.discard(matchOf<grammar::lws>(stream));
-  }
-  if (unread(stream).has(0, '<')) {
-    bracketed_ = 1;
-    return stream.discard(1);
-  }
-  if (displayName.length() != 0) {
-    logFailure(kSourceFile, "TelAddress::parseTelNameAddr missing < after display name");
-    return VARN_INVALID_INPUT;
-  }
-  return VARN_OK;
-}
-
-// "tel:" number
-VARN_EXCEPTION_CODES TelAddress::takeNumber(SipStrStream& stream, SipString& phoneNumber) {
-  if (!skipLiteral(stream, "tel:")) {
-    logFailure(kSourceFile, "TelAddress::parseTelNameAddr missing 'tel:' scheme");
-    return VARN_INVALID_INPUT;
-  }
-  type_ = typeOf(stream.peek(0));
-  return takeMatch(stream, numberRule(type_)(unread(stream), 0),
-                   "TelAddress::parseTelNameAddr parseTelephoneURI no valid phonenumber",
-                   phoneNumber);
 }
 
 VARN_EXCEPTION_CODES TelAddress::storeCode(VARN_EXCEPTION_CODES code) {

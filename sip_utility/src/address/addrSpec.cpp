@@ -1,115 +1,161 @@
-// addrSpec.cpp - the steps of reading an addr-spec; each piece is stored or only skipped.
+// addrSpec.cpp - the scan of a SIP address: where its texts are, with no object in sight.
 #include "address/addrSpec.h"
 
-#include <string_view>
-
 #include "base/log.h"
-#include "base/stringAccess.h"
-#include "grammar/borrowed.h"
 #include "params/paramReader.h"
 
 namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipAddress";
 
-// Takes a piece and skips the one-byte delimiter after it.
-VARN_EXCEPTION_CODES takeDelimited(SipStrStream& stream, unsigned int length, SipString* piece) {
-  const VARN_EXCEPTION_CODES code = takePiece(stream, length, piece);
-  if (code == VARN_OK) {
-    SipStringAccess::advance(stream, 1);
+// display-name LWS
+VARN_EXCEPTION_CODES scanDisplayName(Unread& text, AddressTexts& texts) {
+  const unsigned int length = matchOf<grammar::displayName>(text, 0);
+  if (length == 0) {
+    logFailure(kSourceFile, "SipAddress::parseNameAddr | invalid display name");
+    return VARN_INVALID_INPUT;
   }
-  return code;
+  texts.displayName = text.take(length);
+  text.take(matchOf<grammar::lws>(text, 0));
+  return VARN_OK;
 }
 
 // scheme ":"
-VARN_EXCEPTION_CODES takeScheme(SipStrStream& stream, SipString* scheme) {
-  const unsigned int length = matchOf<grammar::scheme>(stream);
+VARN_EXCEPTION_CODES scanScheme(Unread& text, AddressTexts& texts) {
+  const unsigned int length = matchOf<grammar::scheme>(text, 0);
   if (length == 0) {
     logFailure(kSourceFile, "SipAddress::parseURI - couldn't find scheme");
     return VARN_INVALID_INPUT;
   }
-  if (!unread(stream).has(length, ':')) {
+  if (!text.has(length, ':')) {
     logFailure(kSourceFile, "SipAddress::parseURI missing ':' after scheme");
     return VARN_INVALID_INPUT;
   }
-  return takeDelimited(stream, length, scheme);
+  texts.scheme = text.take(length);
+  text.take(1);
+  return VARN_OK;
 }
 
 // [ userinfo "@" ]: without the "@" the same bytes belong to the host
-VARN_EXCEPTION_CODES takeUserInfo(SipStrStream& stream, SipString* user) {
-  const unsigned int length = matchOf<grammar::userInfo>(stream);
-  if (length == 0 || !unread(stream).has(length, '@')) {
-    return VARN_OK;
+void scanUserInfo(Unread& text, AddressTexts& texts) {
+  const unsigned int length = matchOf<grammar::userInfo>(text, 0);
+  if (length != 0 && text.has(length, '@')) {
+    texts.user = text.take(length);
+    text.take(1);
   }
-  return takeDelimited(stream, length, user);
 }
 
-VARN_EXCEPTION_CODES takeHost(SipStrStream& stream, SipString* host) {
-  const unsigned int length = matchOf<grammar::host>(stream);
+VARN_EXCEPTION_CODES scanHost(Unread& text, AddressTexts& texts) {
+  const unsigned int length = matchOf<grammar::host>(text, 0);
   if (length == 0) {
     logFailure(kSourceFile, "SipAddress::parseURI couldn't find host");
     return VARN_INVALID_INPUT;
   }
-  return takePiece(stream, length, host);
+  texts.host = text.take(length);
+  return VARN_OK;
 }
 
-// [ ":" port ]: checked also where it is not stored
-VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort* port) {
-  if (!unread(stream).has(0, ':')) {
-    return VARN_OK;
-  }
-  SipStringAccess::advance(stream, 1);
-  SipPort passed;
-  return (port == nullptr ? passed : *port).set(stream);
-}
-
-VARN_EXCEPTION_CODES takeParams(SipStrStream& stream, SipAddrParamList* params) {
-  return params == nullptr ? passUriParams(stream) : params->parseParamList(stream);
-}
-
-}  // namespace
-
-// scheme ":" [ userinfo "@" ] host [ ":" port ] params [ headers ]
-VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, const AddrSpecPieces& pieces) {
-  VARN_EXCEPTION_CODES code = takeScheme(stream, pieces.scheme);
-  if (code == VARN_OK) {
-    code = takeUserInfo(stream, pieces.user);
+// [ ":" port ] params [ headers ]: faulty headers are left in the text
+VARN_EXCEPTION_CODES passUriRest(Unread& text, unsigned short& port) {
+  VARN_EXCEPTION_CODES code = VARN_OK;
+  if (text.has(0, ':')) {
+    text.take(1);
+    code = scanPort(text, port);
   }
   if (code == VARN_OK) {
-    code = takeHost(stream, pieces.host);
+    code = passUriParams(text);
   }
   if (code == VARN_OK) {
-    code = takePort(stream, pieces.port);
-  }
-  if (code == VARN_OK) {
-    code = takeParams(stream, pieces.params);
-  }
-  if (code == VARN_OK) {  // headers are not stored; faulty ones are left in the stream
-    SipStringAccess::advance(stream, matchOf<grammar::uriHeaders>(stream));
+    text.take(matchOf<grammar::uriHeaders>(text, 0));
   }
   return code;
 }
 
-VARN_EXCEPTION_CODES passOpening(SipStrStream& stream) {
-  return unread(stream).has(0, '<') ? stream.discard(1) : VARN_INVALID_INPUT;
+// addr-spec
+VARN_EXCEPTION_CODES scanAddrSpec(Unread& text, AddressTexts& texts, unsigned short& port) {
+  const VARN_EXCEPTION_CODES code = scanUri(text, texts);
+  return code == VARN_OK ? passUriRest(text, port) : code;
 }
 
-VARN_EXCEPTION_CODES passClosing(SipStrStream& stream) {
-  if (!unread(stream).has(0, '>')) {
+// addr-spec ">"
+VARN_EXCEPTION_CODES scanBracketed(Unread& text, AddressTexts& texts, unsigned short& port) {
+  const VARN_EXCEPTION_CODES code = scanAddrSpec(text, texts, port);
+  return code == VARN_OK ? scanClosing(text) : code;
+}
+
+}  // namespace
+
+AddressForm scanForm(Unread& text) {
+  if (text.length == 0) {
+    logFailure(kSourceFile, "SipAddress::SipAddress | NULL or empty address");
+    return AddressForm::kNone;
+  }
+  text.take(matchOf<grammar::lws>(text, 0));
+  if (text.has(0, '*') && grammar::separator('*', text, 0) == text.length) {
+    return AddressForm::kWildcard;
+  }
+  const unsigned int scheme = matchOf<grammar::scheme>(text, 0);
+  return scheme != 0 && text.has(scheme, ':') ? AddressForm::kAddrSpec : AddressForm::kNameAddr;
+}
+
+VARN_EXCEPTION_CODES scanOpening(Unread& text, AddressTexts& texts) {
+  if (!text.has(0, '<')) {
+    const VARN_EXCEPTION_CODES code = scanDisplayName(text, texts);
+    if (code != VARN_OK || !text.has(0, '<')) {
+      return VARN_INVALID_INPUT;
+    }
+  }
+  text.take(1);
+  return VARN_OK;
+}
+
+VARN_EXCEPTION_CODES scanUri(Unread& text, AddressTexts& texts) {
+  const VARN_EXCEPTION_CODES code = scanScheme(text, texts);
+  if (code != VARN_OK) {
+    return code;
+  }
+  scanUserInfo(text, texts);
+  return scanHost(text, texts);
+}
+
+VARN_EXCEPTION_CODES scanClosing(Unread& text) {
+  if (!text.has(0, '>')) {
     logFailure(kSourceFile, "SipAddress::parseURI missing '>'");
     return VARN_INVALID_INPUT;
   }
-  return stream.discard(1);
+  text.take(1);
+  return VARN_OK;
+}
+
+VARN_EXCEPTION_CODES scanAddress(std::string_view bytes, AddressTexts& texts,
+                                 unsigned short& port) {
+  Unread text = unread(bytes);
+  switch (scanForm(text)) {
+    case AddressForm::kNone:
+      return VARN_INVALID_INPUT;
+    case AddressForm::kWildcard:
+      return VARN_OK;
+    case AddressForm::kAddrSpec: {
+      const VARN_EXCEPTION_CODES code = scanAddrSpec(text, texts, port);
+      const bool ended = matchOf<grammar::lws>(text, 0) == text.length;
+      return code == VARN_OK && !ended ? VARN_INVALID_INPUT : code;
+    }
+    case AddressForm::kNameAddr:
+      break;
+  }
+  const VARN_EXCEPTION_CODES code = scanOpening(text, texts);
+  return code == VARN_OK ? scanBracketed(text, texts, port) : code;
 }
 
 unsigned int bracketedAddrSpecLength(Unread text, unsigned int offset) {
-  BorrowedStream stream(text.from(offset));
-  VARN_EXCEPTION_CODES code = passOpening(stream);
-  if (code == VARN_OK) {
-    code = takeAddrSpec(stream, {});
+  const std::string_view all = text.from(offset);
+  Unread rest = unread(all);
+  if (!rest.has(0, '<')) {
+    return 0;
   }
-  if (code == VARN_OK) {
-    code = passClosing(stream);
-  }
-  return code == VARN_OK ? stream.pos() : 0;
+  rest.take(1);
+  AddressTexts texts;
+  unsigned short port = 0;
+  const VARN_EXCEPTION_CODES code = scanBracketed(rest, texts, port);
+  return code == VARN_OK ? static_cast<unsigned int>(rest.bytes - all.data()) : 0;
 }

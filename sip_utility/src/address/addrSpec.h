@@ -1,51 +1,57 @@
-// addrSpec.h - the steps of reading an addr-spec; each piece is stored or only skipped.
+// addrSpec.h - the scan of a SIP address: where its texts are, with no object in sight.
+//
+// Each scan reads its part from the front of the bytes and moves past it. After a failure the bytes
+// begin with what the failing step could not read, and the reason is logged as one of SipAddress.
 #ifndef SIPUTILITY_ADDRESS_ADDR_SPEC_H
 #define SIPUTILITY_ADDRESS_ADDR_SPEC_H
 
 #include <string_view>
 
-#include "base/stringAccess.h"
 #include "grammar/grammar.h"
-#include "wySipParam.h"
-#include "wySipPort.h"
 #include "wySipString.h"
 
-// Where the pieces of an addr-spec are stored; null for a piece that is only skipped.
-struct AddrSpecPieces {
-  SipString* scheme;
-  SipString* user;
-  SipString* host;
-  SipPort* port;
-  SipAddrParamList* params;
+// The texts of an address; empty for those that it does not have, and after a failure for those
+// that were not reached.
+struct AddressTexts {
+  std::string_view displayName;
+  std::string_view scheme;
+  std::string_view user;
+  std::string_view host;
 };
 
-// scheme ":" [ userinfo "@" ] host [ ":" port ] params [ headers ]
+// What a text is as an address, by its beginning.
+enum class AddressForm { kNone, kWildcard, kAddrSpec, kNameAddr };
+
+// Returns the form of a text and moves past the white space at its beginning. An empty text has no
+// form, which is logged. A wildcard is "*" with nothing but white space around it.
+AddressForm scanForm(Unread& text);
+
+using AddressScan = VARN_EXCEPTION_CODES(Unread& text, AddressTexts& texts);
+
+// [ display-name LWS ] "<"
 //
-// Reads it from the stream. Failures are logged as those of SipAddress. After a failure the pieces
-// before the faulty one are set.
-// Fails: VARN_INVALID_INPUT, VARN_RESOURCE_FAILURE.
-VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, const AddrSpecPieces& pieces);
+// Fails: VARN_INVALID_INPUT. A missing "<" is not logged: the text may be of another kind.
+AddressScan scanOpening;
 
-// Each skips one bracket of "<" addr-spec ">". Only a missing ">" is logged: without "<" the text
-// may be of another kind.
+// scheme ":" [ userinfo "@" ] host
+//
 // Fails: VARN_INVALID_INPUT.
-VARN_EXCEPTION_CODES passOpening(SipStrStream& stream);
-VARN_EXCEPTION_CODES passClosing(SipStrStream& stream);
+AddressScan scanUri;
 
-// Stores the next length bytes in the piece and moves past them; null only moves.
-// Requires: so many unread bytes.
-// Fails: VARN_RESOURCE_FAILURE.
-inline VARN_EXCEPTION_CODES takePiece(SipStrStream& stream, unsigned int length, SipString* piece) {
-  const std::string_view bytes = {SipStringAccess::rest(stream).data(), length};
-  if (piece != nullptr && SipStringAccess::assign(*piece, bytes) != VARN_OK) {
-    return VARN_RESOURCE_FAILURE;
-  }
-  // The stream moves by what the piece stored, as in SipStrStream::get(). That is nothing where a
-  // failed assignment has left the piece a capacity without a buffer: it then reports success but
-  // stores nothing. The next step then reads the bytes that were not taken.
-  SipStringAccess::advance(stream, piece != nullptr ? piece->length() : length);
-  return VARN_OK;
-}
+// ">"
+//
+// Fails: VARN_INVALID_INPUT.
+VARN_EXCEPTION_CODES scanClosing(Unread& text);
+
+// 1*5DIGIT, at most 65535; logs as SipPort, in whose source it is. The number stays as it was after
+// a failure.
+// Fails: VARN_INVALID_INPUT.
+VARN_EXCEPTION_CODES scanPort(Unread& text, unsigned short& port);
+
+// Reads a complete address as a SipAddress does: the same result, the same log lines. The port is 0
+// for none.
+// Fails: VARN_INVALID_INPUT, VARN_RESOURCE_FAILURE.
+VARN_EXCEPTION_CODES scanAddress(std::string_view bytes, AddressTexts& texts, unsigned short& port);
 
 // Returns the length of "<" addr-spec ">" at the offset; 0 if there is none, and the reason is
 // logged.

@@ -2,10 +2,14 @@
 #ifndef SIPUTILITY_BASE_STRING_ACCESS_H
 #define SIPUTILITY_BASE_STRING_ACCESS_H
 
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <utility>
 
+#include "base/log.h"
+#include "base/sharedBlock.h"
 #include "wySipString.h"
 
 namespace siputility {
@@ -42,11 +46,41 @@ struct SipStringAccess {
     return hasBuffer(text) ? VARN_OK : VARN_RESOURCE_FAILURE;
   }
 
+  // Logs that a string could not be assigned to.
+  static void logNoMemory();
+
+  // Returns whether the string has never had content. Only then may it share().
+  static bool isFresh(const SipString& text) {
+    return text.buffer_ == nullptr && text.capacity_ == 0;
+  }
+
+  // Returns the room in a block for the buffer of a text; none for an empty one.
+  static std::size_t roomFor(std::string_view bytes) {
+    return bytes.empty() ? 0 : SharedBlock::roomFor(bytes.size() + 1);
+  }
+
+  // Makes a fresh string a copy of the bytes, of which there are some, with its buffer in a shared
+  // block. It then has a buffer and the capacity 0, which no other string has; its first change
+  // takes a buffer of its own.
+  // Fails: VARN_RESOURCE_FAILURE.
+  static VARN_EXCEPTION_CODES share(SipString& text, std::string_view bytes, SharedBlock& block) {
+    auto* const buffer = static_cast<char*>(block.add(bytes.size() + 1));
+    if (buffer == nullptr) {
+      return VARN_RESOURCE_FAILURE;
+    }
+    std::memcpy(buffer, bytes.data(), bytes.size());
+    buffer[bytes.size()] = '\0';
+    text.buffer_ = buffer;
+    text.length_ = static_cast<unsigned int>(bytes.size());
+    recordBlock("sip_utility/src/wySipString", buffer, bytes.size() + 1);
+    return VARN_OK;
+  }
+
   // Appends bytes from outside the string. Inline while the buffer has room, which it mostly has.
   // A string that lost its buffer still has a capacity: hence the test of both.
   // Fails: VARN_RESOURCE_FAILURE.
   static VARN_EXCEPTION_CODES append(SipString& text, const char* bytes, unsigned int length) {
-    if (text.capacity_ - text.length_ < length || text.buffer_ == nullptr) {
+    if (std::uint64_t{text.length_} + length > text.capacity_ || text.buffer_ == nullptr) {
       return text.append(bytes, length);
     }
     std::memcpy(text.buffer_ + text.length_, bytes, length);

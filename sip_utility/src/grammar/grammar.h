@@ -57,14 +57,31 @@ struct Unread {
     return static_cast<unsigned int>(at - bytes);
   }
 
+  // Moves past the first count bytes and returns them.
+  // Requires: so many bytes.
+  std::string_view take(unsigned int count) {
+    const std::string_view taken = {bytes, count};
+    bytes += count;
+    length -= count;
+    return taken;
+  }
+
   const char* bytes;
   unsigned int length;
 };
+
+// Returns bytes as a text to read.
+inline Unread unread(std::string_view bytes) { return {bytes.data(), checkedLength(bytes.size())}; }
 
 // Returns the unread bytes of a stream. They are no longer the unread ones once the stream moves.
 inline Unread unread(const SipStrStream& stream) {
   const std::string_view rest = SipStringAccess::rest(stream);
   return {rest.data(), static_cast<unsigned int>(rest.size())};
+}
+
+// Moves a stream to where the text begins, which is what is left of its unread bytes.
+inline void moveTo(SipStrStream& stream, Unread text) {
+  SipStringAccess::advance(stream, unread(stream).length - text.length);
 }
 
 // As unread(), for a match at the offset. Ends the process when position + offset wraps.
@@ -86,15 +103,22 @@ inline void assertWithin(unsigned int offset, Unread text) {
   }
 }
 
-// Returns how many bytes a rule covers. Like SipMatch::match(), it reports an offset or an end
-// outside the text as a failed assertion. Each rule that is asked on the way reports for itself, so
-// that a bad offset is reported as often as by matchers that ask each other.
+// Returns how many bytes a rule covers that may count past the end of the text.
 template <Rule* rule>
-[[gnu::always_inline]] inline unsigned int matchOf(Unread text, unsigned int offset) {
+unsigned int matchPastEnd(Unread text, unsigned int offset) {
   assertWithin(offset, text);
   const unsigned int count = rule(text, offset);
   assertWithin(checkedSum(offset, count), text);
   return count;
+}
+
+// Returns how many bytes a rule covers. Like SipMatch::match(), it reports an offset or an end
+// outside the text as a failed assertion; from an offset within the text no rule gets outside. Each
+// rule that is asked on the way reports for itself, so that a bad offset is reported as often as by
+// matchers that ask each other.
+template <Rule* rule>
+[[gnu::always_inline]] inline unsigned int matchOf(Unread text, unsigned int offset) {
+  return offset <= text.length ? rule(text, offset) : matchPastEnd<rule>(text, offset);
 }
 
 // Returns how many of the next unread bytes a rule covers.

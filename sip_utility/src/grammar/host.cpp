@@ -110,8 +110,10 @@ class Ipv6Walk {
 
 // A run of label characters that begins or ends with "-" is no label, nor is a part of it.
 unsigned int grammar::labelOf(Unread text, unsigned int offset, unsigned int run) {
-  const std::string_view label = text.from(offset).substr(0, run);
-  return label.empty() || label.front() == '-' || label.back() == '-' ? 0 : run;
+  if (run == 0 || text.bytes[offset] == '-' || text.bytes[offset + run - 1] == '-') {
+    return 0;
+  }
+  return run;
 }
 
 unsigned int grammar::label(Unread text, unsigned int offset) {

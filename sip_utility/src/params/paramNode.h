@@ -1,17 +1,35 @@
-// paramNode.h - makes the nodes of parameter lists and fills them from bytes.
+// paramNode.h - makes the nodes of parameter lists.
 #ifndef SIPUTILITY_PARAMS_PARAM_NODE_H
 #define SIPUTILITY_PARAMS_PARAM_NODE_H
 
+#include <cstddef>
 #include <string_view>
 
 #include "base/recorded.h"
+#include "base/sharedBlock.h"
 #include "base/stringAccess.h"
 #include "wySipParam.h"
 
-// Returns a recorded node at the front of the chain with this head; null if out of memory.
-inline SipParam* newParam(SipParam** head, Source source) {
-  return newRecorded<SipParam>(source, head);
-}
+// The texts of a parameter. It has no constructor, so that an array of it costs nothing.
+struct ParamTexts {
+  std::string_view name() const { return {nameBytes, nameLength}; }
+  std::string_view value() const { return {valueBytes, valueLength}; }
+
+  const char* nameBytes;
+  std::size_t nameLength;
+  const char* valueBytes;
+  std::size_t valueLength;
+};
+
+// A node that shares a block with its texts and with other nodes. Whoever deletes it, a caller as
+// well, releases its place there.
+class BlockParam final : public SipParam {
+ public:
+  using SipParam::SipParam;
+
+  static void* operator new(std::size_t size) = delete;  // only in a block
+  static void operator delete(void* node) { SharedBlock::release(node); }
+};
 
 namespace siputility {
 
@@ -39,18 +57,45 @@ struct SipParamAccess {
     }
   }
 
-  // Each assigns at least one byte from outside the piece.
+  // Assigns a name, of at least one byte, from outside the node.
   // Fails: VARN_RESOURCE_FAILURE.
   static VARN_EXCEPTION_CODES setName(SipParam& param, std::string_view name) {
     return SipStringAccess::replace(param.name_, name);
   }
-  static VARN_EXCEPTION_CODES setValue(SipParam& param, std::string_view value) {
-    return SipStringAccess::replace(param.value_, value);
+
+  // Gives a new node its texts, in the block that the node is in.
+  static void share(SipParam& param, const ParamTexts& texts, SharedBlock& block) {
+    SipStringAccess::share(param.name_, texts.name(), block);
+    if (texts.valueLength != 0) {
+      SipStringAccess::share(param.value_, texts.value(), block);
+    }
   }
 };
 
 }  // namespace siputility
 
 using siputility::SipParamAccess;
+
+// Makes recorded nodes of the texts with one allocation, each in turn at the front of the chain
+// with this head. Returns the last one; null if out of memory, and the chain has not changed.
+inline SipParam* newParams(SipParam** head, const ParamTexts* texts, std::size_t count,
+                           Source source) {
+  std::size_t room = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    room += SharedBlock::roomFor(sizeof(BlockParam), alignof(BlockParam)) +
+            SipStringAccess::roomFor(texts[i].name()) + SipStringAccess::roomFor(texts[i].value());
+  }
+  SharedBlock block(room);
+  for (std::size_t i = 0; i < count; ++i) {
+    void* const place = block.add(sizeof(BlockParam), alignof(BlockParam));
+    if (place == nullptr) {
+      return nullptr;
+    }
+    auto* const param = ::new (place) BlockParam(head);
+    recordBlock(source.sourceFile, param, sizeof(SipParam), source.line);
+    SipParamAccess::share(*param, texts[i], block);
+  }
+  return *head;
+}
 
 #endif  // SIPUTILITY_PARAMS_PARAM_NODE_H

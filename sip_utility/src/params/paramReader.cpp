@@ -1,30 +1,186 @@
-// paramReader.cpp - reads parameters by the rules of a list.
+// paramReader.cpp - reads parameters.
 #include "params/paramReader.h"
 
 #include <string_view>
+#include <utility>
 
 #include "base/allocationWatch.h"
+#include "base/equality.h"
 #include "base/log.h"
+#include "base/recorded.h"
 #include "base/stringAccess.h"
 #include "grammar/borrowed.h"
+#include "params/paramNameIndex.h"
 #include "params/paramNode.h"
+#include "params/paramSyntax.h"
 
 namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
 
-// Returns the length of the value after an "=". "tag" and "branch", in lower case only, have a rule
-// of their own; in SIP URIs it matches nothing, so they take no value there.
+VARN_EXCEPTION_CODES logBadName() {
+  logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter name");
+  return VARN_INVALID_INPUT;
+}
+
+VARN_EXCEPTION_CODES logDuplicate() {
+  logFailure(kSourceFile, "SipParamList::parseParamList - duplicate parameter name");
+  return VARN_INVALID_INPUT;
+}
+
+VARN_EXCEPTION_CODES logBadValue() {
+  logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter value");
+  return VARN_INVALID_INPUT;
+}
+
+void logQuotedTag() { logTrace(kSourceFile, "SipParamList::parseParamList - Quoted Feature tag"); }
+
+// "tag" and "branch", in lower case only, have a rule of their own for their value.
+bool hasTagValue(std::string_view name) { return name == "tag" || name == "branch"; }
+
+// The parameters that a scan finds for a list. They become nodes several at a time.
+class FoundParams {
+ public:
+  FoundParams(const SipParamList& list, SipParam** head, const char* sourceFile)
+      : list_(list), head_(head), sourceFile_(sourceFile), names_(*head), count_(0) {}
+
+  // Returns whether the list has a parameter of this name or gets one.
+  bool has(std::string_view name) const {
+    if (names_.isComplete()) {
+      return names_.contains(name);
+    }
+    for (std::size_t i = 0; i < count_; ++i) {
+      if (equalIgnoringCase(found_[i].name(), name)) {
+        return true;
+      }
+    }
+    return list_.find(*BorrowedString(name)) != nullptr;
+  }
+
+  VARN_EXCEPTION_CODES add(const ParamTexts& texts) {
+    if (count_ == kMostInBlock && store() != VARN_OK) {
+      return VARN_RESOURCE_FAILURE;
+    }
+    found_[count_++] = texts;
+    names_.add(texts.name());
+    return VARN_OK;
+  }
+
+  // Makes nodes of the parameters that are not nodes yet.
+  VARN_EXCEPTION_CODES store() {
+    const std::size_t count = std::exchange(count_, 0);
+    if (count != 0 && newParams(head_, found_, count, sourceFile_) == nullptr) {
+      SipStringAccess::logNoMemory();
+      return VARN_RESOURCE_FAILURE;
+    }
+    return VARN_OK;
+  }
+
+ private:
+  static constexpr std::size_t kMostInBlock = 8;
+
+  const SipParamList& list_;
+  SipParam** head_;
+  const char* sourceFile_;
+  ParamNameIndex names_;
+  std::size_t count_;
+  ParamTexts found_[kMostInBlock];  // the first count_ of them
+};
+
+// The names of parameters that a scan only skips.
+class SkippedParams {
+ public:
+  bool has(std::string_view name) const { return names_.contains(name); }
+
+  // Without a list, an index that loses names could no longer find duplicates.
+  VARN_EXCEPTION_CODES add(const ParamTexts& texts) {
+    names_.add(texts.name());
+    if (names_.isComplete()) {
+      return VARN_OK;
+    }
+    AllocationWatch::noteFailure();
+    return VARN_RESOURCE_FAILURE;
+  }
+
+ private:
+  ParamNameIndex names_{nullptr};
+};
+
+// Returns the length of the value after an "=".
+template <typename Syntax>
+unsigned int valueLength(const Syntax& syntax, Unread text, std::string_view name) {
+  if (hasTagValue(name)) {
+    return syntax.tagValue(text, 0);
+  }
+  const unsigned int length = syntax.value(text, 0);
+  if (length != 0 || !text.has(0, '"')) {
+    return length;
+  }
+  logQuotedTag();
+  return matchOf<grammar::quotedString>(text, 0);
+}
+
+// name [ "=" value ]
+template <typename Syntax, typename Params>
+VARN_EXCEPTION_CODES scanParam(const Syntax& syntax, Unread& text, const Params& params,
+                               ParamTexts& texts) {
+  const unsigned int nameLength = syntax.name(text, 0);
+  if (nameLength == 0) {
+    return logBadName();
+  }
+  const std::string_view name = text.take(nameLength);
+  texts = {name.data(), name.size(), nullptr, 0};
+  if (params.has(name)) {
+    return logDuplicate();
+  }
+  const unsigned int equal = syntax.equal(text, 0);
+  if (equal != 0) {
+    text.take(equal);
+    texts.valueLength = valueLength(syntax, text, name);
+    if (texts.valueLength == 0) {
+      return logBadValue();
+    }
+    texts.valueBytes = text.take(static_cast<unsigned int>(texts.valueLength)).data();
+  }
+  const char* const refusal = syntax.refusal(name);
+  if (refusal != nullptr) {
+    logFailure(Syntax::kSourceFile, refusal);
+    return VARN_INVALID_INPUT;
+  }
+  return VARN_OK;
+}
+
+// *( separator name [ "=" value ] )
+template <typename Syntax, typename Params>
+VARN_EXCEPTION_CODES scanParams(const Syntax& syntax, Unread& text, Params& params) {
+  for (int first = 1;; first = 0) {
+    const unsigned int separator = syntax.separator(text, 0, first);
+    if (separator == 0) {
+      return VARN_OK;
+    }
+    text.take(separator);
+    ParamTexts texts;
+    VARN_EXCEPTION_CODES code = scanParam(syntax, text, params, texts);
+    if (code == VARN_OK) {
+      code = params.add(texts);
+    }
+    if (code != VARN_OK) {
+      return code;
+    }
+  }
+}
+
+// Returns the length of the value after an "=", by the operations of a list.
 unsigned int valueLength(const SipParamList& list, std::string_view name,
                          const SipStrStream& stream) {
-  if (name == "tag" || name == "branch") {
+  if (hasTagValue(name)) {
     return list.matchTagParamValue(stream, 0);
   }
   const unsigned int length = list.matchValue(stream, 0);
   if (length != 0 || !unread(stream).has(0, '"')) {
     return length;
   }
-  logTrace(kSourceFile, "SipParamList::parseParamList - Quoted Feature tag");
+  logQuotedTag();
   return list.MatchQuotedTagValue(stream, 0);
 }
 
@@ -38,66 +194,74 @@ VARN_EXCEPTION_CODES readValue(const SipParamList& list, std::string_view name, 
   stream.discard(equalLength);
   const unsigned int length = valueLength(list, name, stream);
   if (length == 0) {
-    logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter value");
-    return VARN_INVALID_INPUT;
+    return logBadValue();
   }
   return param == nullptr ? stream.discard(length) : param->setValue(length, stream);
 }
 
-// Returns whether the list has this name. The index answers if it knows all names, else the list.
-bool isOnList(const SipParamList& list, std::string_view name, ParamNameIndex* names) {
-  if (names != nullptr && names->isComplete()) {
-    return names->contains(name);
-  }
-  return list.find(*BorrowedString(name)) != nullptr;
+}  // namespace
+
+template <typename Syntax>
+VARN_EXCEPTION_CODES readBySyntax(const Syntax& syntax, const SipParamList& list, SipParam** head,
+                                  SipStrStream& stream) {
+  FoundParams params(list, head, Syntax::kSourceFile);
+  Unread text = unread(stream);
+  const VARN_EXCEPTION_CODES code = scanParams(syntax, text, params);
+  moveTo(stream, text);
+  return params.store() == VARN_OK ? code : VARN_RESOURCE_FAILURE;
 }
 
-// Stores a name in the node and in the index. Without a node only the index has the name: an index
-// that loses it, out of memory, could no longer find duplicates.
-VARN_EXCEPTION_CODES storeName(std::string_view name, SipParam* param, ParamNameIndex* names) {
-  const VARN_EXCEPTION_CODES code =
-      param == nullptr ? VARN_OK : SipParamAccess::setName(*param, name);
-  if (code != VARN_OK || names == nullptr) {
-    return code;
-  }
-  names->add(name);
-  if (param == nullptr && !names->isComplete()) {
-    AllocationWatch::noteFailure();
-    return VARN_RESOURCE_FAILURE;
+template VARN_EXCEPTION_CODES readBySyntax(const UriParamSyntax& syntax, const SipParamList& list,
+                                           SipParam** head, SipStrStream& stream);
+template VARN_EXCEPTION_CODES readBySyntax(const TelParamSyntax& syntax, const SipParamList& list,
+                                           SipParam** head, SipStrStream& stream);
+template VARN_EXCEPTION_CODES readBySyntax(const HeaderParamSyntax& syntax,
+                                           const SipParamList& list, SipParam** head,
+                                           SipStrStream& stream);
+
+VARN_EXCEPTION_CODES readByOperations(const SipParamList& list, SipParam** head,
+                                      SipStrStream& stream, const char* sourceFile,
+                                      const char* (*refusal)(std::string_view name)) {
+  for (int first = 1; passSeparator(list, stream, first) == VARN_OK; first = 0) {
+    Recorded<SipParam> param(newRecorded<SipParam>(sourceFile, head));
+    if (param == nullptr) {
+      return VARN_RESOURCE_FAILURE;
+    }
+    const VARN_EXCEPTION_CODES code = readParam(list, param.get(), stream);
+    if (code != VARN_OK) {
+      return code;
+    }
+    const char* const message = refusal(view(param->getName()));
+    if (message != nullptr) {
+      logFailure(sourceFile, message);
+      return VARN_INVALID_INPUT;
+    }
+    static_cast<void>(param.release());  // the chain has it
   }
   return VARN_OK;
 }
 
-}  // namespace
+VARN_EXCEPTION_CODES passUriParams(Unread& text) {
+  SkippedParams params;
+  return scanParams(UriParamSyntax(), text, params);
+}
 
 VARN_EXCEPTION_CODES passSeparator(const SipParamList& list, SipStrStream& stream, int first) {
   const unsigned int length = list.matchSep(stream, 0, first);
   return length == 0 ? VARN_INVALID_INPUT : stream.discard(length);
 }
 
-VARN_EXCEPTION_CODES readParam(const SipParamList& list, SipParam* param, SipStrStream& stream,
-                               ParamNameIndex* names) {
+VARN_EXCEPTION_CODES readParam(const SipParamList& list, SipParam* param, SipStrStream& stream) {
   const unsigned int nameLength = list.matchName(stream, 0);
   if (nameLength == 0) {
-    logFailure(kSourceFile, "SipParamList::parseParamList - bad parameter name");
-    return VARN_INVALID_INPUT;
+    return logBadName();
   }
   const std::string_view name = SipStringAccess::rest(stream).substr(0, nameLength);
   SipStringAccess::advance(stream, static_cast<unsigned int>(name.size()));
-  if (isOnList(list, name, names)) {
-    logFailure(kSourceFile, "SipParamList::parseParamList - duplicate parameter name");
-    return VARN_INVALID_INPUT;
+  if (list.find(*BorrowedString(name)) != nullptr) {
+    return logDuplicate();
   }
-  const VARN_EXCEPTION_CODES code = storeName(name, param, names);
+  const VARN_EXCEPTION_CODES code =
+      param == nullptr ? VARN_OK : SipParamAccess::setName(*param, name);
   return code == VARN_OK ? readValue(list, name, param, stream) : code;
-}
-
-VARN_EXCEPTION_CODES passUriParams(SipStrStream& stream) {
-  const SipAddrParamList list;
-  ParamNameIndex names(nullptr);
-  VARN_EXCEPTION_CODES code = VARN_OK;
-  for (int first = 1; code == VARN_OK && passSeparator(list, stream, first) == VARN_OK; first = 0) {
-    code = readParam(list, nullptr, stream, &names);
-  }
-  return code;
 }
