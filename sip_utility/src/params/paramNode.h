@@ -27,7 +27,7 @@ class BlockParam final : public SipParam {
  public:
   using SipParam::SipParam;
 
-  static void* operator new(std::size_t size) = delete;  // only in a block
+  // NOLINTNEXTLINE(misc-new-delete-overloads): nodes are made in place, in a block
   static void operator delete(void* node) { SharedBlock::release(node); }
 };
 
