@@ -304,7 +304,6 @@ TEST_F(SipUtilsTest, ReportsOutOfMemory) {
                   {uri, of("wySipHeader", "SipHeader::setName | name was NULL or empty"), bad, "-"},
                   {uri, bad, "-"},
                   {uri, of("wySipHeader", "SipHeader::setName | assignment failed."), bad, "-"},
-                  {uri, kNotAssigned, bad, "-"},
                   {uri, "sip:h;p"}}),
             sweepAllocations([] { return textOf(ParseViaHeaderToHeader, "UDP h;p"); }));
   const auto type = [](const std::string& host) {

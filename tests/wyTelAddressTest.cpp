@@ -574,7 +574,7 @@ TEST_F(TelAddressTest, ReportsOutOfMemoryAndChangesNothing) {
   // Sweeps an operation on such an address. The address itself is made first: its logs come first.
   // The run without a failure logs nothing.
   const auto check = [&](const Runs& logs, const auto& operation) {
-    Runs runs = {{noStream}, {kNotAssigned}};
+    Runs runs = {{noStream}};
     runs.insert(runs.end(), logs.begin(), logs.end());
     runs.push_back({});
     EXPECT_EQ(runs, sweepAllocations([&] {

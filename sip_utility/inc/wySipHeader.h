@@ -104,13 +104,11 @@ class SIPUTILITY_EXPORT SipHeader {
 
  private:
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parse(const SipString& name, const SipString& value);
+  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES parseValue(std::string_view name, const SipString& value);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES replaceName(const SipString& name);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES takeName(SipStrStream& stream);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES scanName(SipStrStream& stream, std::string_view& token,
                                                   WY_SIP_SIPHEADER_TYPE& type) const;
-  SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeScanned(std::string_view name,
-                                                      WY_SIP_SIPHEADER_TYPE type,
-                                                      std::string_view value);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES replaceValue(const SipString& value);
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES storeCode(VARN_EXCEPTION_CODES code);
   SIPUTILITY_HIDDEN void dropTexts();

@@ -200,6 +200,8 @@ class SIPUTILITY_EXPORT SipParamList {
   VARN_EXCEPTION_CODES parseParam(SipParam* param, SipStrStream& stream) const;
 
  private:
+  friend struct siputility::SipParamAccess;
+
   SIPUTILITY_HIDDEN VARN_EXCEPTION_CODES setFrom(const SipString& name, const SipString& value);
 
   SipParam* head_;

@@ -11,6 +11,7 @@
 #include "base/stringAccess.h"
 #include "grammar/borrowed.h"
 #include "grammar/grammar.h"
+#include "params/paramReader.h"
 
 namespace {
 
@@ -67,36 +68,38 @@ VARN_EXCEPTION_CODES scan(AddressScan& part, SipStrStream& stream, AddressTexts&
   return code;
 }
 
-// [ ":" port ] params [ headers ]
-VARN_EXCEPTION_CODES takeUriRest(SipStrStream& stream, SipPort& port, SipAddrParamList& params) {
-  VARN_EXCEPTION_CODES code = VARN_OK;
-  if (unread(stream).has(0, ':')) {
-    SipStringAccess::advance(stream, 1);
-    code = port.set(stream);
+// [ ":" port ]
+VARN_EXCEPTION_CODES takePort(SipStrStream& stream, SipPort& port) {
+  if (!unread(stream).has(0, ':')) {
+    return VARN_OK;
   }
-  if (code == VARN_OK) {
-    code = params.parseParamList(stream);
-  }
-  if (code == VARN_OK) {  // headers are not stored; faulty ones are left in the stream
-    SipStringAccess::advance(stream, matchOf<grammar::uriHeaders>(stream));
-  }
-  return code;
+  SipStringAccess::advance(stream, 1);
+  return port.set(stream);
 }
 
 // scheme ":" [ userinfo "@" ] host [ ":" port ] params [ headers ], after a display name
 //
-// The texts are stored together, also those before a failure.
+// The texts are stored together, also those before a failure. Headers are not stored; faulty ones
+// are left in the stream.
 VARN_EXCEPTION_CODES takeAddrSpec(SipStrStream& stream, std::string_view displayName,
                                   const Pieces& pieces) {
   AddressTexts texts = {displayName, {}, {}, {}};
-  const VARN_EXCEPTION_CODES code = scan(scanUri, stream, texts);
-  if (storeTexts({{*pieces.displayName, texts.displayName},
-                  {*pieces.scheme, texts.scheme},
-                  {*pieces.user, texts.user},
-                  {*pieces.host, texts.host}}) != VARN_OK) {
-    return VARN_RESOURCE_FAILURE;
+  VARN_EXCEPTION_CODES code = scan(scanUri, stream, texts);
+  if (code == VARN_OK) {
+    code = takePort(stream, *pieces.port);
   }
-  return code == VARN_OK ? takeUriRest(stream, *pieces.port, *pieces.params) : code;
+  const TextsToStore stored = {{*pieces.displayName, texts.displayName},
+                               {*pieces.scheme, texts.scheme},
+                               {*pieces.user, texts.user},
+                               {*pieces.host, texts.host}};
+  if (code != VARN_OK) {
+    return storeTexts(stored) == VARN_OK ? code : VARN_RESOURCE_FAILURE;
+  }
+  code = storeAndRead(stored, *pieces.params, stream);
+  if (code == VARN_OK) {
+    SipStringAccess::advance(stream, matchOf<grammar::uriHeaders>(stream));
+  }
+  return code;
 }
 
 // ">"

@@ -12,6 +12,7 @@
 #include "base/textWriter.h"
 #include "grammar/borrowed.h"
 #include "grammar/grammar.h"
+#include "params/paramReader.h"
 #include "wySipHeaderMatch.h"
 
 namespace {
@@ -128,15 +129,33 @@ VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& va
   std::string_view token;
   WY_SIP_SIPHEADER_TYPE type = WY_SIP_HEADER_TYPE_NONE;
   VARN_EXCEPTION_CODES code = scanName(nameStream, token, type);
-  if (code != VARN_OK || value.length() == 0) {
-    return code != VARN_OK ? code : storeScanned(token, type, {});
+  if (code != VARN_OK) {
+    return code;
+  }
+  params_.setHeaderType(type);
+  code = parseValue(token, value);
+  if (code == VARN_RESOURCE_FAILURE && name_.length() == 0) {
+    params_.setHeaderType(WY_SIP_HEADER_TYPE_NONE);
+    return logNameNotStored();
+  }
+  return code;
+}
+
+// Reads the value of a new header. Stores it with the name.
+VARN_EXCEPTION_CODES SipHeader::parseValue(std::string_view name, const SipString& value) {
+  if (value.length() == 0) {
+    return storeTexts({{name_, name}});
   }
   BorrowedLWSStream stream(view(value));
   const AllocationWatch watch;
   // A tel URI may count past the end, see ValueBrackets::uriLength(). What is there is taken.
-  const unsigned int length = SipHeaderMatchValue(type).match(stream, 0);
+  const unsigned int length = SipHeaderMatchValue(getHeaderType()).match(stream, 0);
   const std::string_view taken = SipStringAccess::rest(stream).substr(0, length);
-  code = storeScanned(token, type, taken);
+  SipStringAccess::advance(stream, static_cast<unsigned int>(taken.size()));
+  const TextsToStore texts = {{name_, name}, {value_, taken}};
+  const bool hasParams = !taken.empty() && !stream.done();
+  const VARN_EXCEPTION_CODES code =
+      hasParams ? storeAndRead(texts, params_, stream) : storeTexts(texts);
   if (code != VARN_OK) {
     return code;
   }
@@ -144,15 +163,11 @@ VARN_EXCEPTION_CODES SipHeader::parse(const SipString& name, const SipString& va
     logFailure(kSourceFile, "SipHeader::SipHeader | value parsing failed");
     return watch.refusal();
   }
-  SipStringAccess::advance(stream, value_.length());
   if (!stream.done()) {
-    code = params_.parseParamList(stream);
-  }
-  if (code == VARN_OK && !stream.done()) {
     logFailure(kSourceFile, "SipHeader::SipHeader | trailing characters in value");
     return watch.refusal();
   }
-  return code;
+  return VARN_OK;
 }
 
 VARN_EXCEPTION_CODES SipHeader::replaceName(const SipString& name) {
@@ -199,16 +214,6 @@ VARN_EXCEPTION_CODES SipHeader::scanName(SipStrStream& stream, std::string_view&
     logFailure(kSourceFile, "SipHeader::setName | cannot switch between auth and non-auth");
     return VARN_INVALID_INPUT;
   }
-  return VARN_OK;
-}
-
-// Stores the name and the value of a new header together.
-VARN_EXCEPTION_CODES SipHeader::storeScanned(std::string_view name, WY_SIP_SIPHEADER_TYPE type,
-                                             std::string_view value) {
-  if (storeTexts({{name_, name}, {value_, value}}) != VARN_OK) {
-    return logNameNotStored();
-  }
-  params_.setHeaderType(type);
   return VARN_OK;
 }
 

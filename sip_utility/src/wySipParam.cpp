@@ -3,7 +3,6 @@
 
 #include <cstring>
 #include <string_view>
-#include <typeinfo>
 
 #include "base/checkedMath.h"
 #include "base/equality.h"
@@ -20,14 +19,6 @@
 namespace {
 
 constexpr const char* kSourceFile = "sip_utility/src/wySipParam";
-
-// Returns whether the list is exactly of a class of the library. The rules of a caller's class may
-// change the list while they are asked. TelAddrParamList has a parse of its own; here it counts as
-// a caller's class.
-bool hasLibraryRules(const SipParamList& list) {
-  const std::type_info* const type = &typeid(list);
-  return type == &typeid(SipAddrParamList) || type == &typeid(SipHdrParamList);
-}
 
 // Matches a text with a rule of the list. The piece is what the rule covers. Only white space may
 // be around it; else logs the message.
@@ -124,15 +115,9 @@ SipParamList::~SipParamList() {
 }
 
 VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
-  const std::type_info* const type = &typeid(*this);
-  if (type == &typeid(SipAddrParamList)) {
-    return readBySyntax(UriParamSyntax(), *this, &head_, stream);
-  }
-  if (type == &typeid(SipHdrParamList)) {
-    const auto& list = static_cast<const SipHdrParamList&>(*this);
-    return readBySyntax(HeaderParamSyntax{list.getHeaderType()}, *this, &head_, stream);
-  }
-  return readByOperations(*this, &head_, stream, kSourceFile, UriParamSyntax::refusal);
+  return hasLibraryRules(*this)
+             ? storeAndRead({}, *this, stream)
+             : readByOperations(*this, stream, kSourceFile, UriParamSyntax::refusal);
 }
 
 const SipParam* SipParamList::firstParam() const { return head_; }
@@ -225,10 +210,11 @@ VARN_EXCEPTION_CODES SipParamList::setFrom(const SipString& name, const SipStrin
   // belong to the parameter that the node replaces.
   SipParam* aside = nullptr;
   const ParamTexts texts = {newName.data(), newName.size(), newValue.data(), newValue.size()};
-  SipParam* param = newParams(&aside, &texts, 1, kSourceFile);
-  if (param == nullptr) {
+  SharedBlock block(roomForParams(&texts, 1));
+  if (addParams(&aside, &texts, 1, block, kSourceFile) != VARN_OK) {
     return logNoMemory();
   }
+  SipParam* const param = aside;
   removeParameter(param->getName());
   param->remove();
   param->insert(&head_);

@@ -1,6 +1,4 @@
 // wySipParamDialects.cpp - the dialects of parameter lists: headers, SIP URIs and tel URIs.
-#include <typeinfo>
-
 #include "base/equality.h"
 #include "grammar/grammar.h"
 #include "params/paramReader.h"
@@ -81,11 +79,9 @@ TelAddrParamList::TelAddrParamList() = default;
 TelAddrParamList::~TelAddrParamList() = default;
 
 VARN_EXCEPTION_CODES TelAddrParamList::parseParamList(SipStrStream& stream) {
-  if (&typeid(*this) == &typeid(TelAddrParamList)) {
-    return readBySyntax(TelParamSyntax(), *this, head(), stream);
-  }
-  return readByOperations(*this, head(), stream, TelParamSyntax::kSourceFile,
-                          TelParamSyntax::refusal);
+  return hasLibraryRules(*this) ? storeAndRead({}, *this, stream)
+                                : readByOperations(*this, stream, TelParamSyntax::kSourceFile,
+                                                   TelParamSyntax::refusal);
 }
 
 unsigned int TelAddrParamList::matchName(const SipStrStream& stream, unsigned int offset) const {

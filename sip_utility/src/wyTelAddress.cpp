@@ -12,6 +12,7 @@
 #include "base/storeTexts.h"
 #include "grammar/borrowed.h"
 #include "grammar/grammar.h"
+#include "params/paramReader.h"
 
 namespace {
 
@@ -312,16 +313,15 @@ VARN_EXCEPTION_CODES TelAddress::parseTelNameAddr(SipStrStream& stream, SipStrin
   if (texts.displayName.empty()) {
     displayName->clear();
   }
-  if (storeTexts({{*displayName, texts.displayName},
-                  {*phoneNumber, texts.number},
-                  {*isub, texts.isub},
-                  {*ext, texts.ext},
-                  {*context, texts.context}}) != VARN_OK) {
-    return VARN_RESOURCE_FAILURE;
+  const TextsToStore stored = {{*displayName, texts.displayName},
+                               {*phoneNumber, texts.number},
+                               {*isub, texts.isub},
+                               {*ext, texts.ext},
+                               {*context, texts.context}};
+  if (code != VARN_OK) {
+    return storeTexts(stored) == VARN_OK ? code : VARN_RESOURCE_FAILURE;
   }
-  if (code == VARN_OK) {
-    code = params->parseParamList(stream);
-  }
+  code = storeAndRead(stored, *params, stream);
   if (code == VARN_OK) {
     text = unread(stream);
     code = scanTelClosing(text, bracketed_ != 0);

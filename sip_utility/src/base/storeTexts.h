@@ -15,15 +15,21 @@ struct TextToStore {
   std::string_view bytes;
 };
 
-// Stores the texts that are not empty. Strings that have never had content share one block. The
-// others are assigned to: a caller's class may let a parse step write to strings in use.
-// Fails: VARN_RESOURCE_FAILURE. Without the block no string has changed.
-inline VARN_EXCEPTION_CODES storeTexts(std::initializer_list<TextToStore> texts) {
+using TextsToStore = std::initializer_list<TextToStore>;
+
+// Returns the room that the texts need in a shared block.
+inline std::size_t roomFor(TextsToStore texts) {
   std::size_t room = 0;
   for (const TextToStore& each : texts) {
     room += SipStringAccess::isFresh(each.string) ? SipStringAccess::roomFor(each.bytes) : 0;
   }
-  SharedBlock block(room);
+  return room;
+}
+
+// Stores the texts that are not empty: those of strings that have never had content in the block.
+// The others are assigned to: a caller's class may let a parse step write to strings in use.
+// Fails: VARN_RESOURCE_FAILURE. Without the block no string has changed.
+inline VARN_EXCEPTION_CODES storeTexts(TextsToStore texts, SharedBlock& block) {
   VARN_EXCEPTION_CODES code = VARN_OK;
   for (const TextToStore& each : texts) {
     if (code == VARN_OK && !each.bytes.empty()) {
@@ -33,6 +39,12 @@ inline VARN_EXCEPTION_CODES storeTexts(std::initializer_list<TextToStore> texts)
     }
   }
   return code;
+}
+
+// As above, with a block of their own.
+inline VARN_EXCEPTION_CODES storeTexts(TextsToStore texts) {
+  SharedBlock block(roomFor(texts));
+  return storeTexts(texts, block);
 }
 
 #endif  // SIPUTILITY_BASE_STORE_TEXTS_H

@@ -34,6 +34,9 @@ class BlockParam final : public SipParam {
 namespace siputility {
 
 struct SipParamAccess {
+  // Returns the head of a list's chain.
+  static SipParam** head(SipParamList& list) { return &list.head_; }
+
   // Returns the pointer of a node to the next one, as a link of the chain.
   static SipParam** link(SipParam& param) { return &param.next_; }
 
@@ -76,26 +79,31 @@ struct SipParamAccess {
 
 using siputility::SipParamAccess;
 
-// Makes recorded nodes of the texts with one allocation, each in turn at the front of the chain
-// with this head. Returns the last one; null if out of memory, and the chain has not changed.
-inline SipParam* newParams(SipParam** head, const ParamTexts* texts, std::size_t count,
-                           Source source) {
+// Returns the room that nodes of these texts need in a shared block.
+inline std::size_t roomForParams(const ParamTexts* texts, std::size_t count) {
   std::size_t room = 0;
   for (std::size_t i = 0; i < count; ++i) {
     room += SharedBlock::roomFor(sizeof(BlockParam), alignof(BlockParam)) +
             SipStringAccess::roomFor(texts[i].name()) + SipStringAccess::roomFor(texts[i].value());
   }
-  SharedBlock block(room);
+  return room;
+}
+
+// Makes recorded nodes of the texts in the block, each in turn at the front of the chain with this
+// head.
+// Fails: VARN_RESOURCE_FAILURE if there was no memory for the block; the chain has not changed.
+inline VARN_EXCEPTION_CODES addParams(SipParam** head, const ParamTexts* texts, std::size_t count,
+                                      SharedBlock& block, Source source) {
   for (std::size_t i = 0; i < count; ++i) {
     void* const place = block.add(sizeof(BlockParam), alignof(BlockParam));
     if (place == nullptr) {
-      return nullptr;
+      return VARN_RESOURCE_FAILURE;
     }
     auto* const param = ::new (place) BlockParam(head);
     recordBlock(source.sourceFile, param, sizeof(SipParam), source.line);
     SipParamAccess::share(*param, texts[i], block);
   }
-  return *head;
+  return VARN_OK;
 }
 
 #endif  // SIPUTILITY_PARAMS_PARAM_NODE_H

@@ -2,6 +2,7 @@
 #include "params/paramReader.h"
 
 #include <string_view>
+#include <typeinfo>
 #include <utility>
 
 #include "base/allocationWatch.h"
@@ -38,11 +39,17 @@ void logQuotedTag() { logTrace(kSourceFile, "SipParamList::parseParamList - Quot
 // "tag" and "branch", in lower case only, have a rule of their own for their value.
 bool hasTagValue(std::string_view name) { return name == "tag" || name == "branch"; }
 
-// The parameters that a scan finds for a list. They become nodes several at a time.
+// The parameters that a scan finds for a list, after texts that are stored with the first of them.
+// They become nodes several at a time.
 class FoundParams {
  public:
-  FoundParams(const SipParamList& list, SipParam** head, const char* sourceFile)
-      : list_(list), head_(head), sourceFile_(sourceFile), names_(*head), count_(0) {}
+  FoundParams(SipParamList& list, const char* sourceFile, TextsToStore texts)
+      : list_(list),
+        head_(SipParamAccess::head(list)),
+        sourceFile_(sourceFile),
+        texts_(texts),
+        names_(*head_),
+        count_(0) {}
 
   // Returns whether the list has a parameter of this name or gets one.
   bool has(std::string_view name) const {
@@ -66,14 +73,19 @@ class FoundParams {
     return VARN_OK;
   }
 
-  // Makes nodes of the parameters that are not nodes yet.
+  // Stores the texts, and makes nodes of the parameters, that are not stored yet.
   VARN_EXCEPTION_CODES store() {
+    const TextsToStore texts = std::exchange(texts_, {});
     const std::size_t count = std::exchange(count_, 0);
-    if (count != 0 && newParams(head_, found_, count, sourceFile_) == nullptr) {
-      SipStringAccess::logNoMemory();
+    SharedBlock block(roomFor(texts) + roomForParams(found_, count));
+    if (storeTexts(texts, block) != VARN_OK) {
       return VARN_RESOURCE_FAILURE;
     }
-    return VARN_OK;
+    const VARN_EXCEPTION_CODES code = addParams(head_, found_, count, block, sourceFile_);
+    if (code != VARN_OK) {
+      SipStringAccess::logNoMemory();
+    }
+    return code;
   }
 
  private:
@@ -82,6 +94,7 @@ class FoundParams {
   const SipParamList& list_;
   SipParam** head_;
   const char* sourceFile_;
+  TextsToStore texts_;
   ParamNameIndex names_;
   std::size_t count_;
   ParamTexts found_[kMostInBlock];  // the first count_ of them
@@ -170,6 +183,17 @@ VARN_EXCEPTION_CODES scanParams(const Syntax& syntax, Unread& text, Params& para
   }
 }
 
+// Stores texts and reads parameters until no separator follows.
+template <typename Syntax>
+VARN_EXCEPTION_CODES readBySyntax(const Syntax& syntax, SipParamList& list, SipStrStream& stream,
+                                  TextsToStore texts) {
+  FoundParams params(list, Syntax::kSourceFile, texts);
+  Unread text = unread(stream);
+  const VARN_EXCEPTION_CODES code = scanParams(syntax, text, params);
+  moveTo(stream, text);
+  return params.store() == VARN_OK ? code : VARN_RESOURCE_FAILURE;
+}
+
 // Returns the length of the value after an "=", by the operations of a list.
 unsigned int valueLength(const SipParamList& list, std::string_view name,
                          const SipStrStream& stream) {
@@ -201,29 +225,33 @@ VARN_EXCEPTION_CODES readValue(const SipParamList& list, std::string_view name, 
 
 }  // namespace
 
-template <typename Syntax>
-VARN_EXCEPTION_CODES readBySyntax(const Syntax& syntax, const SipParamList& list, SipParam** head,
-                                  SipStrStream& stream) {
-  FoundParams params(list, head, Syntax::kSourceFile);
-  Unread text = unread(stream);
-  const VARN_EXCEPTION_CODES code = scanParams(syntax, text, params);
-  moveTo(stream, text);
-  return params.store() == VARN_OK ? code : VARN_RESOURCE_FAILURE;
+bool hasLibraryRules(const SipParamList& list) {
+  const std::type_info* const type = &typeid(list);
+  return type == &typeid(SipAddrParamList) || type == &typeid(SipHdrParamList) ||
+         type == &typeid(TelAddrParamList);
 }
 
-template VARN_EXCEPTION_CODES readBySyntax(const UriParamSyntax& syntax, const SipParamList& list,
-                                           SipParam** head, SipStrStream& stream);
-template VARN_EXCEPTION_CODES readBySyntax(const TelParamSyntax& syntax, const SipParamList& list,
-                                           SipParam** head, SipStrStream& stream);
-template VARN_EXCEPTION_CODES readBySyntax(const HeaderParamSyntax& syntax,
-                                           const SipParamList& list, SipParam** head,
-                                           SipStrStream& stream);
+VARN_EXCEPTION_CODES storeAndRead(TextsToStore texts, SipParamList& list, SipStrStream& stream) {
+  const std::type_info* const type = &typeid(list);
+  if (type == &typeid(SipAddrParamList)) {
+    return readBySyntax(UriParamSyntax(), list, stream, texts);
+  }
+  if (type == &typeid(SipHdrParamList)) {
+    const WY_SIP_SIPHEADER_TYPE header = static_cast<SipHdrParamList&>(list).getHeaderType();
+    return readBySyntax(HeaderParamSyntax{header}, list, stream, texts);
+  }
+  if (type == &typeid(TelAddrParamList)) {
+    return readBySyntax(TelParamSyntax(), list, stream, texts);
+  }
+  const VARN_EXCEPTION_CODES code = storeTexts(texts);
+  return code == VARN_OK ? list.parseParamList(stream) : code;
+}
 
-VARN_EXCEPTION_CODES readByOperations(const SipParamList& list, SipParam** head,
-                                      SipStrStream& stream, const char* sourceFile,
+VARN_EXCEPTION_CODES readByOperations(SipParamList& list, SipStrStream& stream,
+                                      const char* sourceFile,
                                       const char* (*refusal)(std::string_view name)) {
   for (int first = 1; passSeparator(list, stream, first) == VARN_OK; first = 0) {
-    Recorded<SipParam> param(newRecorded<SipParam>(sourceFile, head));
+    Recorded<SipParam> param(newRecorded<SipParam>(sourceFile, SipParamAccess::head(list)));
     if (param == nullptr) {
       return VARN_RESOURCE_FAILURE;
     }

@@ -9,18 +9,26 @@
 
 #include <string_view>
 
+#include "base/storeTexts.h"
 #include "grammar/grammar.h"
 #include "wySipParam.h"
 
-// Each reads parameters until no separator follows, to the front of the chain with the list's head.
-// readByOperations() records its nodes under the source file. It logs the text that refusal()
-// returns for the name of a parameter, null for none, and then fails.
+// Returns whether the list is exactly of a class of the library. The rules of a caller's class may
+// change the list while they are asked.
+bool hasLibraryRules(const SipParamList& list);
+
+// Stores texts and lets the list read its parameters from the stream. A list of the library's gets
+// its first parameters with the same allocation as the texts.
+// Fails: as SipParamList::parseParamList(). Out of memory for the texts no string has changed, and
+// nothing is logged.
+VARN_EXCEPTION_CODES storeAndRead(TextsToStore texts, SipParamList& list, SipStrStream& stream);
+
+// Reads parameters by the operations of the list until no separator follows. The nodes are recorded
+// under the source file. refusal() returns the log text for the name of a parameter that the list
+// refuses, null for none.
 // Fails: as SipParamList::parseParamList().
-template <typename Syntax>
-VARN_EXCEPTION_CODES readBySyntax(const Syntax& syntax, const SipParamList& list, SipParam** head,
-                                  SipStrStream& stream);
-VARN_EXCEPTION_CODES readByOperations(const SipParamList& list, SipParam** head,
-                                      SipStrStream& stream, const char* sourceFile,
+VARN_EXCEPTION_CODES readByOperations(SipParamList& list, SipStrStream& stream,
+                                      const char* sourceFile,
                                       const char* (*refusal)(std::string_view name));
 
 // Skips the parameters that an empty SipAddrParamList would read.
