@@ -187,22 +187,24 @@ int SipMultipartMessageBodyUtility::Validateboundary(char* line) {
     logFailure(kSourceFile, "SipConnection::Validateboundary | invalid dash boundary");
     return 0;
   }
-  const PlatformText boundary = unquotedBoundary(kDashes, m_pCurrentboundary);
+  PlatformText copy;
+  const char* const boundary = unquoted(m_pCurrentboundary, copy);
   if (boundary == nullptr) {
     logFailure(kSourceFile, "SipConnection::Validateboundary | invalid temp dash boundary");
     return 0;
   }
-  const std::size_t length = std::strlen(boundary.get());
-  if (std::strncmp(line, boundary.get(), length) != 0) {
+  char* const text = line + kDashes.size();
+  const std::size_t length = std::strlen(boundary);
+  if (std::strncmp(text, boundary, length) != 0) {
     logFailure(kSourceFile, "SipConnection::Validateboundary | boundary dosent match");
     return 0;
   }
-  const char* const end = line + length + std::strspn(line + length, " ");
+  const char* const end = text + length + std::strspn(text + length, " ");
   if (*end != '\0' && !startsWith(end, kLineEnd)) {
     logFailure(kSourceFile, "SipConnection::Validateboundary | wrong dash boundary");
     return 0;
   }
-  if (Storedashboundary(line + kDashes.size()) == 0) {
+  if (Storedashboundary(text) == 0) {
     logFailure(kSourceFile, "SipConnection::Validateboundary  | Storedashboundary return error");
     return 0;
   }
@@ -230,8 +232,7 @@ bool SipMultipartMessageBodyUtility::measureContent(std::string_view rest, std::
   if (m_pCurrentboundary == nullptr) {
     return false;
   }
-  const DelimiterSearch search(m_pCurrentboundary);
-  const std::size_t length = search.valid() ? search.findIn(rest) : std::string_view::npos;
+  const std::size_t length = findDelimiter(rest, m_pCurrentboundary);
   if (length > INT_MAX) {  // npos, for no delimiter, is greater as well
     return false;
   }

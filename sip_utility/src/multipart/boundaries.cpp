@@ -45,12 +45,12 @@ void deleteBoundary(DashBoundary* node) {
 
 void freeText(std::string_view text) { __free(const_cast<char*>(text.data())); }
 
-PlatformText unquotedBoundary(std::string_view front, const char* boundary) {
-  PlatformText text = joined(front, boundary);
-  if (text != nullptr) {
-    XmlCommon::RemoveQuotes(text.get() + front.size());
+const char* unquoted(const char* boundary, PlatformText& copy) {
+  if (*boundary != '"') {
+    return boundary;
   }
-  return text;
+  copy = copyOf(boundary);
+  return XmlCommon::RemoveQuotes(copy.get());
 }
 
 bool SipMultipartMessageBodyUtility::storeFirstBoundary(const char* boundary) {

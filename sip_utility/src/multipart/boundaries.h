@@ -22,8 +22,8 @@ void deleteBoundary(DashBoundary* node);
 // Frees a text in a platform block; does nothing for a null one.
 void freeText(std::string_view text);
 
-// Returns the front followed by the boundary, the latter without double quotes around it; null if
-// out of memory.
-PlatformText unquotedBoundary(std::string_view front, const char* boundary);
+// Returns a boundary without double quotes around it; null if out of memory. Only a boundary that
+// begins with a quote needs the copy, which must live as long as the result is used.
+const char* unquoted(const char* boundary, PlatformText& copy);
 
 #endif  // SIPUTILITY_MULTIPART_BOUNDARIES_H

@@ -60,14 +60,16 @@ bool MultipartParse::copyContent() {
 // Cuts off what is before the first delimiter that begins a line. A body with a hyphen as its first
 // or second byte has no preamble.
 bool MultipartParse::cutPreamble() {
-  const PlatformText delimiter = unquotedBoundary("\r\n--", owner_.m_pCurrentboundary);
+  if (startsWith(bytesFrom(line_), "-") || (length_ > 1 && line_[1] == '-')) {
+    return true;
+  }
+  PlatformText copy;
+  const char* const boundary = unquoted(owner_.m_pCurrentboundary, copy);
+  const PlatformText delimiter = boundary == nullptr ? nullptr : joined("\r\n--", boundary);
   if (delimiter == nullptr) {
     logTrace(kSourceFile,
              "SipConnection::wySipProcessMultipartMsgBody | Calloc for Boundary failed");
     return false;
-  }
-  if (startsWith(line_, "-") || (length_ > 1 && line_[1] == '-')) {
-    return true;
   }
   const char* const found = std::strstr(line_, delimiter.get());
   preambleLength_ = found == nullptr ? 0 : static_cast<std::size_t>(found - line_);
