@@ -1,6 +1,7 @@
 // sipMultipartmessagebody.cpp - one part of a multipart body, a node of the tree of parts.
 #include "sipMultipartmessagebody.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "base/log.h"
@@ -128,11 +129,14 @@ void SipMultipartMessageBody::SetPreamble(char* text) {
 }
 
 bool SipMultipartMessageBody::AllocSipHeaders(unsigned char count) {
-  auto* const slots = newZeroed<SipHeader*>(count + 1U).release();
+  // The calloc() of glibc takes no block from the thread's cache, so malloc() is faster here.
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): a slot is a pointer
+  auto* const slots = static_cast<SipHeader**>(__malloc((count + 1U) * sizeof(SipHeader*)));
   if (slots == nullptr) {
     logSevere(kSourceFile, "SipMultipartMessageBody::AllocSipHeaders | failed");
     return false;
   }
+  std::fill_n(slots, count + 1U, nullptr);
   headers = slots;
   freeHeaderSlots = count;
   return true;

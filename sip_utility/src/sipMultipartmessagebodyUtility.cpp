@@ -308,12 +308,13 @@ int SipMultipartMessageBodyUtility::ValidateCloseDelimiter(char*& cursor) {
 int SipMultipartMessageBodyUtility::passCloseDelimiter(char*& cursor, std::string_view rest) {
   const char* const end = rest.data() + rest.size();
   rest.remove_prefix(std::min(kDashes.size(), rest.size()));
-  if (m_pCurrentboundary == nullptr || !startsWith(rest, m_pCurrentboundary)) {
+  const std::string_view boundary = m_pCurrentboundary == nullptr ? "" : m_pCurrentboundary;
+  if (m_pCurrentboundary == nullptr || !startsWith(rest, boundary)) {
     logFailure(kSourceFile,
                "SipMultipartMessageBody::ValidateCloseDelimiter | wrong dash boundary");
     return kWrongBoundary;
   }
-  rest.remove_prefix(std::strlen(m_pCurrentboundary));
+  rest.remove_prefix(boundary.size());
   if (!startsWith(rest, kDashes)) {
     logFailure(kSourceFile, "SipConnection::ValidateCloseDelimiter | not a close delimiter");
     return kNotClosed;
@@ -406,7 +407,7 @@ bool SipMultipartMessageBodyUtility::storeHeader(char* line) {
 // Makes the boundary of a nested multipart the current one, if the header announces one. A
 // multipart without a boundary fails the block, and its Content-Type is not stored.
 bool SipMultipartMessageBodyUtility::enterNested(SipHeader* header) {
-  if (!equalIgnoringCase(header->getName(), "Content-Type") || !isMultipart(*header)) {
+  if (!isMultipart(*header) || !equalIgnoringCase(header->getName(), "Content-Type")) {
     return true;
   }
   const SipString* const boundary = findBoundary(*header);

@@ -120,7 +120,9 @@ char* RemoveSpaces(char* text) {
   if (text == nullptr) {
     return nullptr;
   }
-  text += std::strspn(text, " ");
+  while (*text == ' ') {
+    ++text;
+  }
   for (std::size_t length = std::strlen(text); length != 0 && text[length - 1] == ' '; --length) {
     text[length - 1] = '\0';
   }

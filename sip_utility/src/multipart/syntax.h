@@ -2,6 +2,7 @@
 #ifndef SIPUTILITY_MULTIPART_SYNTAX_H
 #define SIPUTILITY_MULTIPART_SYNTAX_H
 
+#include <cstring>
 #include <string_view>
 
 inline constexpr std::string_view kLineEnd = "\r\n";
@@ -15,7 +16,7 @@ inline constexpr int kClosed = 3;
 inline constexpr int kNotClosed = 4;
 
 inline bool startsWith(std::string_view text, std::string_view start) {
-  return text.substr(0, start.size()) == start;
+  return text.size() >= start.size() && std::memcmp(text.data(), start.data(), start.size()) == 0;
 }
 
 #endif  // SIPUTILITY_MULTIPART_SYNTAX_H
