@@ -3,23 +3,11 @@
 
 #include "imsvarn.h"
 
-namespace {
-
-void writeLine(const LogLine& line) {
-  wyLogModuleEventSimple(line.level, line.module, line.sourceFile, line.line, line.format, line.a1,
-                         line.a2, 0);
-}
-
-}  // namespace
-
 void logLine(const LogLine& line) {
-  if (!LogListener::isAnywhere()) {
-    writeLine(line);
-    return;
-  }
   const HandlerCall call;
   call.forward(line);
-  writeLine(line);
+  wyLogModuleEventSimple(line.level, line.module, line.sourceFile, line.line, line.format, line.a1,
+                         line.a2, 0);
 }
 
 void logFailure(const char* sourceFile, const char* format, uintptr_t a1, uintptr_t a2, int line) {

@@ -99,12 +99,16 @@ class HandlerCall {
   LogListener* listener_;
 };
 
-// Writes one line to the module log.
-void logLine(const LogLine& line);
+// Writes one line to the module log, and to the listener of the thread if it has one.
+[[gnu::cold]] void logLine(const LogLine& line);
 
 inline void logEvent(LogLevel level, LogModule module, const char* sourceFile, int line,
                      const char* format, uintptr_t a1 = 0, uintptr_t a2 = 0) {
-  logLine({level, module, sourceFile, line, format, a1, a2});
+  if (LogListener::isAnywhere()) {
+    logLine({level, module, sourceFile, line, format, a1, a2});
+  } else {
+    wyLogModuleEventSimple(level, module, sourceFile, line, format, a1, a2, 0);
+  }
 }
 
 // Logs a failure of the library. The attribute also marks the branches that lead to it as unlikely.
