@@ -33,7 +33,8 @@ endif()
 add_library(siputility_library_flags INTERFACE)
 target_link_libraries(siputility_library_flags INTERFACE siputility_build_flags)
 # A library calls its own functions directly, not through the dynamic linker, and may inline them.
-target_compile_options(siputility_library_flags INTERFACE -fno-exceptions
+# It calls those of other libraries through their addresses, without a stub.
+target_compile_options(siputility_library_flags INTERFACE -fno-exceptions -fno-plt
                                                           -fno-semantic-interposition)
 target_link_options(siputility_library_flags INTERFACE LINKER:-Bsymbolic-functions)
 if(NOT SIPUTILITY_SANITIZE)
