@@ -44,3 +44,35 @@ elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   target_compile_options(siputility_library_flags INTERFACE
                          -fsanitize=unsigned-integer-overflow)
 endif()
+
+# A profile of ./dev profile: g++ arranges the code for what usually runs. It counts no values: for
+# the sizes of copies that are usual it would write loops, which are slow for long ones. A release of
+# g++ reads only its own counts. A function that never ran, or has changed since, is compiled as
+# without a profile.
+set(counts counts-${CMAKE_CXX_COMPILER_ID}-${CMAKE_CXX_COMPILER_VERSION})
+get_filename_component(profile "${SIPUTILITY_PROFILE}/${counts}" ABSOLUTE BASE_DIR
+                       ${PROJECT_SOURCE_DIR})
+file(REAL_PATH ${PROJECT_BINARY_DIR} build)
+if(SIPUTILITY_PROFILE STREQUAL "generate")
+  target_compile_options(
+    siputility_library_flags
+    INTERFACE -fprofile-generate=${build}/${counts}
+              -fprofile-prefix-path=${build} -fno-profile-values)
+  target_link_options(siputility_library_flags INTERFACE -fprofile-generate)
+elseif(SIPUTILITY_PROFILE AND EXISTS ${profile})
+  target_compile_options(
+    siputility_library_flags
+    INTERFACE -fprofile-use=${profile}
+              -fprofile-prefix-path=${build}
+              -fno-profile-values
+              -fprofile-partial-training
+              -Wno-missing-profile
+              -Wno-coverage-mismatch)
+  # An array that would be too long asks for all memory, and so fails.
+  target_link_options(siputility_library_flags INTERFACE -Wno-alloc-size-larger-than)
+  set(profile_note ", with a profile")  # for the benchmarks
+  # A new profile compiles the sources again.
+  file(TIMESTAMP ${profile} SIPUTILITY_PROFILE_TIME)
+  target_compile_definitions(siputility_library_flags
+                             INTERFACE SIPUTILITY_PROFILE_TIME="${SIPUTILITY_PROFILE_TIME}")
+endif()

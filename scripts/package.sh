@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Usage: package.sh
-# Makes the Debian packages in build/package, checks them with lintian, unpacks them into a folder
-# and tries siputil and examples/consumer there.
+# Makes a profile and with it the Debian packages in build/package, checks them with lintian, unpacks
+# them into a folder and tries siputil and examples/consumer there.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
 scripts/need.sh g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp utf8.h pcap/pcap.h dpkg-shlibdeps \
   lintian pkg-config
+scripts/profile.sh
 build=$PWD/build/package
 export DEB_BUILD_MAINT_OPTIONS=hardening=+all
 CXXFLAGS="$(dpkg-buildflags --get CPPFLAGS) $(dpkg-buildflags --get CXXFLAGS) -g0"
@@ -16,7 +17,8 @@ export CXXFLAGS LDFLAGS SOURCE_DATE_EPOCH
 umask 022
 set -x
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DSIPUTILITY_BUILD_TESTS=OFF \
-  -DCMAKE_INSTALL_PREFIX=/usr -DSIPUTILITY_ZSH_COMPLETIONS=share/zsh/vendor-completions
+  -DSIPUTILITY_PROFILE=build/profile -DCMAKE_INSTALL_PREFIX=/usr \
+  -DSIPUTILITY_ZSH_COMPLETIONS=share/zsh/vendor-completions
 cmake --build "$build"
 rm -rf "$build"/*.deb "$build/root"
 cpack --config "$build/CPackConfig.cmake" -B "$build"
