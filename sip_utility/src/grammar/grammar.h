@@ -51,6 +51,13 @@ struct Unread {
   unsigned int endOfRun(unsigned int offset, CharClass charClass) const {
     const char* const end = bytes + length;
     const char* at = bytes + offset;
+    for (; end - at >= 4; at += 4) {  // four at a time: most of the time of a parse is spent here
+      for (unsigned int i = 0; i < 4; ++i) {
+        if (!isIn(charClass, at[i])) {
+          return static_cast<unsigned int>(at - bytes) + i;
+        }
+      }
+    }
     while (at != end && isIn(charClass, *at)) {
       ++at;
     }
