@@ -57,12 +57,12 @@ class SIPUTILITY_EXPORT SipString {
   SipString& operator=(const SipString& other);
 
   /// Returns the number of content bytes, without the terminator.
-  unsigned int length() const;
+  SIPUTILITY_EXPORT unsigned int length() const { return length_; }
 
   /// Returns the content; never null. For an empty string it returns a static empty text, also if
   /// the string has a buffer. The pointer lives until the string next changes. After reserve() the
   /// content is not terminated until the next append.
-  const char* c_str() const;
+  SIPUTILITY_EXPORT const char* c_str() const { return length_ == 0 ? "" : buffer_; }
 
   /// Returns true for every string, whether it has a buffer or not.
   bool valid() const;

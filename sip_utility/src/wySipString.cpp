@@ -42,6 +42,10 @@ unsigned int cstrLength(const char* cstr) {
   return cstr == nullptr ? 0 : checkedLength(std::strlen(cstr));
 }
 
+// These two are inline. The library exports them for callers that were built before they were.
+[[gnu::used]] unsigned int (SipString::*const kLength)() const = &SipString::length;
+[[gnu::used]] const char* (SipString::*const kCstr)() const = &SipString::c_str;
+
 }  // namespace
 
 SipString::SipString() : buffer_(nullptr), length_(0), capacity_(0) {}
@@ -64,10 +68,6 @@ SipString& SipString::operator=(const SipString& other) {
   }
   return *this;
 }
-
-unsigned int SipString::length() const { return length_; }
-
-const char* SipString::c_str() const { return length_ == 0 ? "" : buffer_; }
 
 // Always true, and meant to be: it only shows that the object exists.
 bool SipString::valid() const { return true; }

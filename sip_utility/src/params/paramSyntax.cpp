@@ -3,28 +3,16 @@
 
 #include <algorithm>
 
-namespace {
-
-// Returns whether hexadecimal digits, or none, stand before a ":", as in every IPv6 address.
-bool mayBeIpv6(Unread text, unsigned int offset) {
-  return text.has(offset + text.run(offset, kHexDigit), ':');
-}
-
-// Returns whether the host rule could log: only digits before a "." are tried as an IPv4 address.
-bool mayBeIpv4(Unread text, unsigned int offset) {
-  return text.has(offset + text.run(offset, kDigit), '.');
-}
-
-}  // namespace
-
+// A token covers all that a host covers that begins with a letter or a digit. Such a value can only
+// be longer as an IPv6 address: then a ":" follows the token. The host rule is asked for the line
+// that it logs about digits and a "." that are no IPv4 address.
 unsigned int headerParamValue(Unread text, unsigned int offset) {
-  if (text.has(offset, kAlnum) && !mayBeIpv6(text, offset)) {
-    // A token covers all that a host begins with a letter or a digit. The host rule is asked only
-    // for its log line.
-    if (mayBeIpv4(text, offset)) {
+  const unsigned int token = matchOf<grammar::token>(text, offset);
+  if (text.has(offset, kAlnum) && !text.has(offset + token, ':')) {
+    if (text.has(offset + text.run(offset, kDigit), '.')) {
       matchOf<grammar::host>(text, offset);
     }
-    return matchOf<grammar::token>(text, offset);
+    return token;
   }
   unsigned int length = matchOf<grammar::quotedString>(text, offset);
   if (length == 0) {
@@ -33,5 +21,5 @@ unsigned int headerParamValue(Unread text, unsigned int offset) {
   if (length == 0) {
     length = matchOf<grammar::host>(text, offset);
   }
-  return std::max(length, matchOf<grammar::token>(text, offset));
+  return std::max(length, token);
 }
