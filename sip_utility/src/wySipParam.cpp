@@ -74,6 +74,7 @@ void SipParam::remove() {
   if (!assertHolds(prevLink_ != nullptr, kSourceFile)) {
     return;
   }
+  // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): not null, see assertHolds() above
   *prevLink_ = next_;
   if (next_ != nullptr) {
     next_->prevLink_ = prevLink_;
