@@ -21,7 +21,7 @@ constexpr const char* kSourceFile = "sip_utility/src/wySipHeader";
 
 constexpr unsigned int kColonLength = 2;  // ": "
 
-constexpr const char* kAuthenticationHeaders[] = {
+constexpr std::string_view kAuthenticationHeaders[] = {
     "WWW-Authenticate",
     "Proxy-Authenticate",
     "Proxy-Authorization",
@@ -53,7 +53,7 @@ const SipString& SipHeader::getValue() const { return value_; }
 WY_SIP_SIPHEADER_TYPE SipHeader::getHeaderType() const { return params_.getHeaderType(); }
 
 WY_SIP_SIPHEADER_TYPE SipHeader::lookUpHeaderType(const SipString& name) const {
-  for (const char* header : kAuthenticationHeaders) {
+  for (const std::string_view header : kAuthenticationHeaders) {
     if (equalIgnoringCase(name, header)) {
       return WY_SIP_HEADER_TYPE_AUTH;
     }

@@ -17,11 +17,11 @@ struct TextToStore {
 
 using TextsToStore = std::initializer_list<TextToStore>;
 
-// Returns the room that the texts need in a shared block.
+// Returns the room that the texts need in a shared block, at most.
 inline std::size_t roomFor(TextsToStore texts) {
   std::size_t room = 0;
   for (const TextToStore& each : texts) {
-    room += SipStringAccess::isFresh(each.string) ? SipStringAccess::roomFor(each.bytes) : 0;
+    room += SipStringAccess::roomFor(each.bytes);
   }
   return room;
 }
