@@ -17,13 +17,22 @@ using siputility::equal;
 using siputility::equalIgnoringCase;
 using siputility::view;
 
-// Returns whether a sorts before b. Bytes compare as unsigned, ASCII letters without regard to
-// case. A text sorts before every longer text that begins with it.
+// Returns a negative number if a sorts before b, a positive one if b sorts before a, else 0. Bytes
+// compare as unsigned, ASCII letters without regard to case. A text sorts before every longer text
+// that begins with it.
+inline int orderIgnoringCase(const SipString& a, const SipString& b) {
+  const unsigned int common = std::min(a.length(), b.length());
+  const char* const left = a.c_str();
+  const char* const right = b.c_str();
+  for (unsigned int i = 0; i < common; ++i) {
+    if (left[i] != right[i] && foldCase(left[i]) != foldCase(right[i])) {
+      return foldCase(left[i]) - foldCase(right[i]);
+    }
+  }
+  return a.length() == b.length() ? 0 : (a.length() < b.length() ? -1 : 1);
+}
 inline bool lessIgnoringCase(const SipString& a, const SipString& b) {
-  const std::string_view left = view(a);
-  const std::string_view right = view(b);
-  return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
-                                      [](char x, char y) { return foldCase(x) < foldCase(y); });
+  return orderIgnoringCase(a, b) < 0;
 }
 
 #endif  // SIPUTILITY_BASE_EQUALITY_H

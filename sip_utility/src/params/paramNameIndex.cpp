@@ -32,8 +32,9 @@ unsigned int bitAt(std::string_view name, std::uint64_t bit) {
 // Returns the first bit in which two names differ.
 // Requires: names that differ in more than letter case.
 std::uint64_t firstDifference(std::string_view a, std::string_view b) {
-  std::uint64_t index = 0;
-  while (symbolAt(a, index) == symbolAt(b, index)) {
+  const std::size_t common = std::min(a.size(), b.size());
+  std::size_t index = 0;
+  while (index < common && (a[index] == b[index] || foldCase(a[index]) == foldCase(b[index]))) {
     ++index;
   }
   std::uint64_t bit = index * kBitsOfSymbol;
@@ -67,17 +68,12 @@ bool ParamNameIndex::growTree() {
   if (count_ < capacity_) {
     return true;
   }
-  const bool first = entries_ == nullptr;
-  if (first) {
-    count_ = 0;  // the names are still in the array, which is full
-  }
+  const std::int32_t inArray = entries_ == nullptr ? std::exchange(count_, 0) : 0;
   if (!makeRoom()) {
     return false;
   }
-  if (first) {
-    for (const Name& each : array_) {
-      insert(each.text());
-    }
+  for (std::int32_t i = 0; i < inArray; ++i) {
+    insert(array_[i].text());
   }
   return true;
 }

@@ -1,9 +1,10 @@
 // paramNameIndex.h - finds duplicate parameter names while a list is parsed.
 //
 // An index exists for the length of one parse. It refers to the names in place: in the text or in a
-// node. The first names are in an array and are compared one by one. When it is full, all names
-// move to a crit-bit tree over their bytes, ASCII letter case folded. A look-up in the tree costs
-// time in proportion to the length of the name, so no choice of names makes a parse slow.
+// node. The first names are in an array and are compared one by one. When it is full or a name
+// is long, all names move to a crit-bit tree over their bytes, ASCII letter case folded. A look-up
+// in the tree costs time in proportion to the length of the name, so no choice of names makes a
+// parse slow.
 //
 // A branch tests one bit of the name. The names under it agree in all bits before that one:
 //
@@ -49,7 +50,8 @@ class ParamNameIndex {
 
   // Adds a name. Its bytes must outlive the index.
   void add(std::string_view name) {
-    if (entries_ == nullptr && count_ < kMaxInArray && complete_) {
+    if (entries_ == nullptr && count_ < kMaxInArray && name.size() <= kMaxNameInArray &&
+        complete_) {
       array_[count_++] = {name.data(), name.size()};
     } else {
       addToTree(name);
@@ -69,7 +71,8 @@ class ParamNameIndex {
     std::int32_t child[2];
   };
 
-  static constexpr std::int32_t kMaxInArray = 16;  // for fewer names a tree costs more
+  static constexpr std::int32_t kMaxInArray = 16;  // for fewer and short names a tree costs more
+  static constexpr std::size_t kMaxNameInArray = 64;
 
   bool isInArray(std::string_view name) const {
     for (std::int32_t i = 0; i < count_; ++i) {

@@ -51,10 +51,8 @@ void ParamWalk::sort(const SipParam* chain, std::size_t count) {
 }
 
 bool ParamWalk::isBefore(const Place& a, const Place& b) {
-  const SipString& left = a.param->getName();
-  const SipString& right = b.param->getName();
-  return lessIgnoringCase(left, right) ||
-         (!lessIgnoringCase(right, left) && a.position < b.position);
+  const int order = orderIgnoringCase(a.param->getName(), b.param->getName());
+  return order < 0 || (order == 0 && a.position < b.position);
 }
 
 bool ParamWalk::hasSameName(const Place& a, const Place& b) {
