@@ -54,6 +54,9 @@ get_filename_component(profile "${SIPUTILITY_PROFILE}/${counts}" ABSOLUTE BASE_D
                        ${PROJECT_SOURCE_DIR})
 file(REAL_PATH ${PROJECT_BINARY_DIR} build)
 if(SIPUTILITY_PROFILE STREQUAL "generate")
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    message(FATAL_ERROR "SIPUTILITY_PROFILE=generate needs g++")
+  endif()
   target_compile_options(
     siputility_library_flags
     INTERFACE -fprofile-generate=${build}/${counts}
@@ -72,6 +75,7 @@ elseif(SIPUTILITY_PROFILE AND EXISTS ${profile})
   target_link_options(siputility_library_flags INTERFACE -Wno-alloc-size-larger-than)
   set(profile_note ", with a profile")  # for the benchmarks
   # A new profile compiles the sources again.
+  set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${profile})
   file(TIMESTAMP ${profile} SIPUTILITY_PROFILE_TIME)
   target_compile_definitions(siputility_library_flags
                              INTERFACE SIPUTILITY_PROFILE_TIME="${SIPUTILITY_PROFILE_TIME}")

@@ -1,5 +1,6 @@
 // train.cpp - the run that a profile counts: what a signalling stack does with its messages, with
-// the texts of the tests and of the fuzz targets. The texts of the benchmarks are not among them.
+// the texts of the tests and of the fuzz targets. It does not read the texts of the
+// benchmarks, which have some header fields in common with those.
 //
 // It runs in the folder of the sources.
 #include <algorithm>

@@ -128,7 +128,7 @@ struct OpenAddress : SipAddress {
   using SipAddress::SipAddress;
 };
 
-TEST_F(SipAddressTest, ReportsEachOutputThatIsMissing) {
+TEST_F(SipAddressTest, ReportsEachOutputThatIsMissingAndTakesOneForAll) {
   OpenAddress address("*");
   SipString text;
   SipPort port;
@@ -144,6 +144,10 @@ TEST_F(SipAddressTest, ReportsEachOutputThatIsMissing) {
   }
   EXPECT_EQ(Lines(11, kSource), takeAssertions());  // two for each null, one for the name
   EXPECT_EQ(Lines(5, fails("parseAddrSpec | Input Parameter NULL")), takeLog());
+  SipStrStream stream("B <sip:a@c.test;lr>");
+  SipString one;
+  EXPECT_EQ(VARN_OK, address.parseNameAddr(stream, &one, &one, &one, &one, &port, &list));
+  EXPECT_EQ("c.test", view(one));
 }
 
 enum Setter { kDisplayName, kScheme, kUser, kHost, kUri, kPort, kFlag, kRemoved };

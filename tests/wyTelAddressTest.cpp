@@ -138,6 +138,15 @@ TEST_F(TelAddressTest, ReadsAStreamIntoEachOfItsOutputsOrIntoNone) {
                             toStdString(texts[4]));
   EXPECT_EQ(Lines(6, kSource), takeAssertions());
   EXPECT_EQ(Lines(6, fails("parseTelNameAddr | Input Parameter NULL")), takeLog());
+  // One string for several outputs has the last text. What begins no address leaves it alone.
+  SipString& one = texts[0];
+  const auto code = [&](const char* text) {
+    SipStrStream stream(text);
+    return address.parseTelNameAddr(stream, &one, &one, &one, &one, &one, &list);
+  };
+  EXPECT_EQ(VARN_OK, code("B <tel:+1;phone-context=c>"));
+  EXPECT_EQ(VARN_INVALID_INPUT, code(";"));
+  EXPECT_EQ("c", view(one));
 }
 
 enum Setter { kName, kNumber, kIsub, kExt, kContext, kRemoved, kParam };

@@ -36,7 +36,8 @@ class SIPUTILITY_EXPORT SipParam {
   /// Requires: the node is on no chain.
   void insert(SipParam** head);
 
-  /// Removes the node from its chain. A node that is on no chain is a failed assertion.
+  /// Removes the node from its chain. A node that is on no chain is a failed assertion. It shares
+  /// memory with other nodes of the list, so list and node are used by one thread at a time.
   void remove();
 
   /// Replaces the name.

@@ -12,7 +12,6 @@
 // Internals of the library, no part of its interface.
 namespace siputility {
 class BorrowedLWSStream;
-class BorrowedStream;
 struct SipStringAccess;
 }  // namespace siputility
 
@@ -195,7 +194,6 @@ class SIPUTILITY_EXPORT SipStrStream {
  private:
   friend struct siputility::SipStringAccess;
   friend class SipLWSStrStream;
-  friend class siputility::BorrowedStream;
 
   SIPUTILITY_HIDDEN SipStrStream();
 

@@ -13,7 +13,6 @@
 #include "grammar/borrowed.h"
 #include "params/paramNode.h"
 #include "params/paramReader.h"
-#include "params/paramSyntax.h"
 #include "params/paramWalk.h"
 
 namespace {
@@ -116,9 +115,8 @@ SipParamList::~SipParamList() {
 }
 
 VARN_EXCEPTION_CODES SipParamList::parseParamList(SipStrStream& stream) {
-  return hasLibraryRules(*this)
-             ? storeAndRead({}, *this, stream)
-             : readByOperations(*this, stream, kSourceFile, UriParamSyntax::refusal);
+  return hasLibraryRules(*this) ? storeAndRead({}, *this, stream)
+                                : readByOperations(*this, stream, kSourceFile, nullptr);
 }
 
 const SipParam* SipParamList::firstParam() const { return head_; }

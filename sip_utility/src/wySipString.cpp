@@ -73,8 +73,16 @@ SipString& SipString::operator=(const SipString& other) {
 bool SipString::valid() const { return true; }
 
 VARN_EXCEPTION_CODES SipString::reserve(unsigned int length) {
-  // A string in a shared block has no capacity, whatever its length.
-  return capacity_ >= length ? VARN_OK : appendGrowing(nullptr, 0, std::max(length, length_));
+  if (capacity_ >= length) {
+    return VARN_OK;
+  }
+  if (capacity_ != 0 || buffer_ == nullptr) {
+    return appendGrowing(nullptr, 0, length);
+  }
+  // A string in a shared block stays terminated: it may have room for the length already.
+  const VARN_EXCEPTION_CODES code = appendGrowing(nullptr, 0, std::max(length, length_));
+  buffer_[length_] = '\0';
+  return code;
 }
 
 VARN_EXCEPTION_CODES SipString::append(const char* text, unsigned int length) {
@@ -181,8 +189,8 @@ void SipString::replace(const char* text, unsigned int length) {
   if (assign(text, length) != VARN_OK) {
     SipStringAccess::logNoMemory();
     releaseBuffer();
-    // The capacity stays, on purpose: a later append that fits it succeeds and stores nothing. In a
-    // shared block the length was the capacity.
+    // The capacity stays, on purpose: a later append that fits it succeeds and stores nothing. That
+    // of a string in a shared block is its present length.
     buffer_ = nullptr;
     capacity_ = std::max(capacity_, length_);
     length_ = 0;

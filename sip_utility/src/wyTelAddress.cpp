@@ -305,14 +305,14 @@ VARN_EXCEPTION_CODES TelAddress::parseTelNameAddr(SipStrStream& stream, SipStrin
     return VARN_INVALID_INPUT;
   }
   Unread text = unread(stream);
+  if (text.has(0, "tel:") || text.has(0, '<')) {
+    displayName->clear();
+  }
   TelTexts texts;
   VARN_EXCEPTION_CODES code = scanTelUri(text, texts);
   moveTo(stream, text);
   bracketed_ = texts.bracketed ? 1 : bracketed_;
   type_ = texts.type == WY_SIP_TELURI_TYPE_NONE ? type_ : texts.type;
-  if (texts.displayName.empty()) {
-    displayName->clear();
-  }
   const TextsToStore stored = {{*displayName, texts.displayName},
                                {*phoneNumber, texts.number},
                                {*isub, texts.isub},

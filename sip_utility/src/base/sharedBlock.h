@@ -5,14 +5,14 @@
 //
 //     count | distance, item | distance, item | ...
 //
-// Under AddressSanitizer each item begins at a multiple of 8, and the bytes around it are poisoned.
+// Under AddressSanitizer each item begins at a multiple of 8 and has its size before it. The bytes
+// around the items are poisoned, and so is an item that is released.
 //
 // The items of a block are used by one thread at a time.
 #ifndef SIPUTILITY_BASE_SHARED_BLOCK_H
 #define SIPUTILITY_BASE_SHARED_BLOCK_H
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <new>
 
@@ -36,22 +36,20 @@ class SharedBlock {
  public:
   // Returns how much of a block an item takes, at most.
   static constexpr std::size_t roomFor(std::size_t size, std::size_t alignment = 1) {
-    return sizeof(Distance) + size + (alignment < kGrain ? kGrain : alignment) - 1;
+    return sizeof(Head) + size + (alignment < kGrain ? kGrain : alignment) - 1;
   }
 
   // Makes a block for items that take this room in all; no room needs no memory. The block belongs
-  // to its items; without one it goes with this object.
-  explicit SharedBlock(std::size_t room) : start_(nullptr), end_(nullptr), count_(0) {
+  // to its items and, while it lives, to this object.
+  explicit SharedBlock(std::size_t room) : start_(nullptr), end_(nullptr) {
     if (room != 0) {
       allocate(room);
     }
   }
 
   ~SharedBlock() {
-    if (count_ != 0) {
-      write(start_, count_);
-    } else {
-      ::operator delete(start_);
+    if (start_ != nullptr) {
+      leave(start_);
     }
   }
 
@@ -59,82 +57,97 @@ class SharedBlock {
   SharedBlock& operator=(const SharedBlock&) = delete;
 
   // Returns the place of the next item; null if there was no memory for the block.
-  // Requires: room for the item. It must not be released before this object is gone.
+  // Requires: room for the item.
   void* add(std::size_t size, std::size_t alignment = 1) {
     if (start_ == nullptr) {
       return nullptr;
     }
     const std::size_t mask = (alignment < kGrain ? kGrain : alignment) - 1;
     const auto used = static_cast<std::size_t>(end_ - start_);
-    const std::size_t distance = (used + sizeof(Distance) + mask) & ~mask;
+    const std::size_t distance = (used + sizeof(Head) + mask) & ~mask;
     char* const item = start_ + distance;
-    unpoison(item - sizeof(Distance), sizeof(Distance) + size);
-    write(item - sizeof(Distance), static_cast<Distance>(distance));
-    poison(item - sizeof(Distance), sizeof(Distance));
+    writeHead(item, distance, size);
+    write(start_, read<std::size_t>(start_) + 1);
     end_ = item + size;
-    ++count_;
     return item;
   }
 
   // Ends the use of an item.
   static void release(void* item) {
-    char* const distance = static_cast<char*>(item) - sizeof(Distance);
-    unpoison(distance, sizeof(Distance));
-    char* const start = static_cast<char*>(item) - read<Distance>(distance);
-    poison(distance, sizeof(Distance));
-    const Count left = read<Count>(start) - 1;
+    char* const bytes = static_cast<char*>(item);
+    leave(bytes - distanceOf(bytes));
+  }
+
+ private:
+#ifdef SIPUTILITY_POISONS_GAPS
+  struct Head {
+    std::size_t distance;
+    std::size_t size;
+  };
+  static constexpr std::size_t kGrain = 8;  // what one byte of the sanitizer's shadow stands for
+
+  static void poison(const void* bytes, std::size_t size) {
+    __asan_poison_memory_region(bytes, size);
+  }
+  static void writeHead(char* item, std::size_t distance, std::size_t size) {
+    char* const head = item - sizeof(Head);
+    __asan_unpoison_memory_region(head, sizeof(Head) + size);
+    write(head, Head{distance, size});
+    poison(head, sizeof(Head));
+  }
+  // Also poisons the item, which is released.
+  static std::size_t distanceOf(char* item) {
+    char* const bytes = item - sizeof(Head);
+    __asan_unpoison_memory_region(bytes, sizeof(Head));
+    const Head head = read<Head>(bytes);
+    poison(bytes, sizeof(Head) + head.size);
+    return head.distance;
+  }
+#else
+  using Head = std::size_t;  // the distance
+  static constexpr std::size_t kGrain = 1;
+
+  static void poison(const void* /*bytes*/, std::size_t /*size*/) {}
+  static void writeHead(char* item, std::size_t distance, std::size_t /*size*/) {
+    write(item - sizeof(Head), distance);
+  }
+  static std::size_t distanceOf(const char* item) { return read<Head>(item - sizeof(Head)); }
+#endif
+
+  void allocate(std::size_t room) {
+    start_ = static_cast<char*>(::operator new(sizeof(std::size_t) + room, std::nothrow));
+    if (start_ == nullptr) {
+      AllocationWatch::noteFailure();
+      return;
+    }
+    write(start_, std::size_t{1});  // this object
+    end_ = start_ + sizeof(std::size_t);
+    poison(end_, room);
+  }
+
+  // Counts one user less of a block.
+  static void leave(char* start) {
+    const std::size_t left = read<std::size_t>(start) - 1;
     write(start, left);
     if (left == 0) {
       ::operator delete(start);
     }
   }
 
- private:
-#ifdef SIPUTILITY_POISONS_GAPS
-  using Count = std::uint64_t;
-  using Distance = std::uint64_t;
-  static constexpr std::size_t kGrain = 8;  // what one byte of the sanitizer's shadow stands for
-
-  static void poison(const void* bytes, std::size_t size) {
-    __asan_poison_memory_region(bytes, size);
+  // Items of one byte's alignment leave what is before them unaligned.
+  template <typename Value>
+  static Value read(const char* bytes) {
+    Value value = {};
+    std::memcpy(&value, bytes, sizeof value);
+    return value;
   }
-  static void unpoison(const void* bytes, std::size_t size) {
-    __asan_unpoison_memory_region(bytes, size);
-  }
-#else
-  using Count = std::uint32_t;
-  using Distance = std::uint32_t;
-  static constexpr std::size_t kGrain = 1;
-
-  static void poison(const void* /*bytes*/, std::size_t /*size*/) {}
-  static void unpoison(const void* /*bytes*/, std::size_t /*size*/) {}
-#endif
-
-  void allocate(std::size_t room) {
-    start_ = static_cast<char*>(::operator new(sizeof(Count) + room, std::nothrow));
-    if (start_ == nullptr) {
-      AllocationWatch::noteFailure();
-      return;
-    }
-    end_ = start_ + sizeof(Count);
-    poison(end_, room);
-  }
-
-  // Items of one byte's alignment leave counts and distances unaligned.
-  template <typename Number>
-  static Number read(const char* bytes) {
-    Number number = 0;
-    std::memcpy(&number, bytes, sizeof number);
-    return number;
-  }
-  template <typename Number>
-  static void write(char* bytes, Number number) {
-    std::memcpy(bytes, &number, sizeof number);
+  template <typename Value>
+  static void write(char* bytes, Value value) {
+    std::memcpy(bytes, &value, sizeof value);
   }
 
   char* start_;
   char* end_;  // of the last item
-  Count count_;
 };
 
 }  // namespace siputility

@@ -37,7 +37,8 @@ struct SipStringAccess {
 
   // Each replaces the content of a string with bytes from outside it. replace() does what the
   // assignment operator does, its log line included.
-  // Fails: VARN_RESOURCE_FAILURE; the string is then empty.
+  // Fails: VARN_RESOURCE_FAILURE. The string is then empty; after assign() one in a shared block
+  // has not changed.
   static VARN_EXCEPTION_CODES assign(SipString& text, std::string_view bytes) {
     return text.assign(bytes.data(), static_cast<unsigned int>(bytes.size()));
   }
@@ -91,7 +92,6 @@ struct SipStringAccess {
 
  private:
   friend class BorrowedString;
-  friend class BorrowedStream;
   friend class BorrowedLWSStream;
 
   // Makes an empty string without a buffer show bytes of another owner, without a copy. A lent

@@ -26,13 +26,6 @@ class BorrowedString {
   SipString text_;
 };
 
-// A cursor that starts at the first byte.
-class BorrowedStream : public SipStrStream {
- public:
-  explicit BorrowedStream(std::string_view bytes) { SipStringAccess::lend(*this, bytes); }
-  ~BorrowedStream() override { SipStringAccess::takeBack(*this); }
-};
-
 // A cursor over text with linear white space around it; it starts after the leading one.
 class BorrowedLWSStream : public SipLWSStrStream {
  public:
@@ -46,7 +39,6 @@ class BorrowedLWSStream : public SipLWSStrStream {
 }  // namespace siputility
 
 using siputility::BorrowedLWSStream;
-using siputility::BorrowedStream;
 using siputility::BorrowedString;
 
 #endif  // SIPUTILITY_GRAMMAR_BORROWED_H

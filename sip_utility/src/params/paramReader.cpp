@@ -86,6 +86,7 @@ class FoundParams {
       SipStringAccess::logNoMemory();
     }
     return code;
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the block belongs to its items
   }
 
  private:
@@ -259,7 +260,7 @@ VARN_EXCEPTION_CODES readByOperations(SipParamList& list, SipStrStream& stream,
     if (code != VARN_OK) {
       return code;
     }
-    const char* const message = refusal(view(param->getName()));
+    const char* const message = refusal == nullptr ? nullptr : refusal(view(param->getName()));
     if (message != nullptr) {
       logFailure(sourceFile, message);
       return VARN_INVALID_INPUT;

@@ -25,7 +25,7 @@ VARN_EXCEPTION_CODES storeAndRead(TextsToStore texts, SipParamList& list, SipStr
 
 // Reads parameters by the operations of the list until no separator follows. The nodes are recorded
 // under the source file. refusal() returns the log text for the name of a parameter that the list
-// refuses, null for none.
+// refuses, null for none; a list that refuses no name passes null for it.
 // Fails: as SipParamList::parseParamList().
 VARN_EXCEPTION_CODES readByOperations(SipParamList& list, SipStrStream& stream,
                                       const char* sourceFile,
