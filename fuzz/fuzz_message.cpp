@@ -1,6 +1,8 @@
 // fuzz_message.cpp - the tool's splitter of texts with SIP messages; its fields go to SipHeader.
+// The same text as a log.
 #include "fields.h"
 #include "law.h"
+#include "log.h"
 #include "message.h"
 #include "text.h"
 #include "wySipHeader.h"
@@ -20,7 +22,7 @@ std::string written(const Message& message) {
   for (const Field& field : message.fields) {
     text.append(field.name).append(": ").append(field.value).append("\r\n");
   }
-  return text.append("\r\n").append(message.body);
+  return text.append("\r\n").append(message.content());
 }
 
 void checkField(const Field& field) {
@@ -52,7 +54,8 @@ void checkMessage(const Message& message, std::string_view text) {
     literal = literal && kind == nullptr;  // may have a compact name
     readable = readable && field.name.find_first_of(" \t") != 0;
     const bool length = sound && kind != nullptr && kind->compact == 'l';
-    require(!length || std::stoull(field.value) == message.body.size(), "its length", text, bare);
+    require(!length || std::stoull(field.value) == message.content().size(), "its length", text,
+            bare);
   }
   require(!literal || bare == squeezed(header), "nothing is lost", text, bare);
   if (readable) {
@@ -60,6 +63,24 @@ void checkMessage(const Message& message, std::string_view text) {
     const std::optional<Message> read = MessageReader(again).next();
     require(read->faults.empty() && written(*read) == again, "reads the same", text, again);
   }
+}
+
+// Returns the messages of a log that comes in pieces of this size, each after its line.
+std::string found(std::string_view text, std::size_t size) {
+  std::string messages;
+  Log log([&](std::string_view message) {
+    const std::size_t lines =
+        1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    const std::size_t first = log.lineAt(0);
+    require(first > 0 && first <= log.lineAt(message.size() - 1), "lines count up", text, message);
+    require(log.lineAt(message.size() - 1) <= lines, "a line of the text", text, message);
+    messages.append(std::to_string(first)).append(":").append(message);
+  });
+  for (std::size_t at = 0; at < text.size(); at += size) {
+    log.add(text.substr(at, size));
+  }
+  log.finish();
+  return messages;
 }
 
 }  // namespace
@@ -75,5 +96,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     checkMessage(*message, text.substr(from, reader.position() - from));
   }
   require(squeezed(text.substr(from)).empty(), "to the end", text, text.substr(from));
+  require(found(text, size + 1) == found(text, 1), "the same in pieces", text, "");
   return 0;
 }

@@ -118,7 +118,7 @@ BodyTree::BodyTree(std::string_view body, const std::string& contentType) : acce
   }
 }
 
-MessageBody::MessageBody(const Message& message) : bytes(message.body) {
+MessageBody::MessageBody(const Message& message) : bytes(message.content()) {
   std::string type;
   bool gzip = false;
   for (const Field& field : message.fields) {

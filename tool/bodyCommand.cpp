@@ -28,8 +28,8 @@ std::vector<Part> selected(const BodyOptions& options, const std::vector<Part>& 
 
 int run(const BodyOptions& options) {
   std::string body;
-  if (!readFile(options.file, body)) {
-    return complain(options.file + " cannot be read", kWrongUsage);
+  if (const std::string fault = readFile(options.file, body); !fault.empty()) {
+    return complain(options.file + ": " + fault, kWrongUsage);
   }
   Diagnostics diagnostics;
   const BodyTree tree(body, options.type);
@@ -73,8 +73,8 @@ int runConversion(CommandLine& line, std::optional<std::string> (*convert)(std::
   addFile(line.parser, file);
   line.parse();
   std::string bytes;
-  if (!readFile(file, bytes)) {
-    return complain(file + " cannot be read", kWrongUsage);
+  if (const std::string fault = readFile(file, bytes); !fault.empty()) {
+    return complain(file + ": " + fault, kWrongUsage);
   }
   const Diagnostics diagnostics;
   const std::optional<std::string> converted = convert(std::move(bytes));

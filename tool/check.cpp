@@ -15,8 +15,10 @@
 #include "diagnostics.h"
 #include "dump.h"
 #include "input.h"
+#include "log.h"
 #include "message.h"
 #include "progress.h"
+#include "textInput.h"
 
 namespace {
 
@@ -31,6 +33,7 @@ constexpr std::size_t kMaxText = std::size_t{1} << 28;  // bytes of a text; of a
 
 struct CheckOptions {
   std::vector<std::string> paths;
+  bool find = false;
   bool json = false;
 };
 
@@ -83,12 +86,9 @@ class Checker {
     ++counts_.files;
   }
 
-  // Checks the text of the file, or a message of a capture, whose lines are counted from 1. Reports
-  // how far it is.
-  void check(std::string_view text, const Reached& reached) {
-    text_ = text;
-    lineOffset_ = 0;
-    line_ = 1;
+  // Checks the text of the file, or a message of a log or a capture. Reports how far it is.
+  void check(std::string_view text, const LineAt& lineAt, const Reached& reached) {
+    lineAt_ = lineAt;
     MessageReader reader(text);
     while (const std::optional<Message> message = reader.next()) {
       check(*message);
@@ -123,8 +123,8 @@ class Checker {
     }
     const MessageBody body(message);
     if (!body.faults.empty()) {
-      refuse(body.faults, static_cast<std::size_t>(message.body.data() - text_.data()),
-             std::nullopt, "body, " + std::to_string(message.body.size()) + " bytes");
+      refuse(body.faults, message.bodyOffset, std::nullopt,
+             "body, " + std::to_string(message.contentSize()) + " bytes");
     }
   }
 
@@ -140,7 +140,7 @@ class Checker {
     if (group != groups_.end()) {
       ++group->second.count;
     } else {
-      Example first = {file_, lineAt(offset), field, text.substr(0, kMaxExampleText)};
+      Example first = {file_, lineAt_(offset), field, text.substr(0, kMaxExampleText)};
       if (first.field) {
         first.field->resize(std::min(first.field->size(), kMaxExampleText));
       }
@@ -148,25 +148,16 @@ class Checker {
     }
   }
 
-  // Returns the number of the line at an offset; the offsets of a text come in their order.
-  std::size_t lineAt(std::size_t offset) {
-    const std::string_view passed = text_.substr(lineOffset_, offset - lineOffset_);
-    line_ += static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
-    lineOffset_ = offset;
-    return line_;
-  }
-
   std::string file_;
-  std::string_view text_;
-  std::size_t lineOffset_ = 0;
-  std::size_t line_ = 1;
+  LineAt lineAt_;
   Counts counts_;
   std::map<Reason, Group> groups_;
 };
 
-// Appends the files and directories in a directory to the pending paths, the first name last; false
-// when it cannot be read. Without symbolic links, so that no walk comes back to where it was.
-bool list(const fs::path& directory, std::vector<fs::path>& pending) {
+// Appends the files and directories in a directory to the pending paths, the first name last.
+// Returns what is wrong when it cannot be read. Without symbolic links, so that no walk comes back
+// to where it was.
+std::error_code list(const fs::path& directory, std::vector<fs::path>& pending) {
   std::error_code error;
   const auto known = static_cast<std::ptrdiff_t>(pending.size());
   fs::directory_iterator entry(directory, error);
@@ -178,14 +169,15 @@ bool list(const fs::path& directory, std::vector<fs::path>& pending) {
     entry.increment(error);
   }
   std::sort(pending.begin() + known, pending.end(), std::greater<>());
-  return !error;
+  return error;
 }
 
 // Visits each file at or below the paths in the order of their names; reports the directories that
 // cannot be read.
-void walk(const std::vector<std::string>& paths,
-          const std::function<void(const std::string& file)>& visit,
-          const std::function<void(const std::string& directory)>& unreadable) {
+void walk(
+    const std::vector<std::string>& paths,
+    const std::function<void(const std::string& file)>& visit,
+    const std::function<void(const std::string& directory, const std::string& fault)>& unreadable) {
   std::vector<fs::path> pending(paths.rbegin(), paths.rend());
   while (!pending.empty()) {
     const fs::path path = pending.back();
@@ -193,8 +185,8 @@ void walk(const std::vector<std::string>& paths,
     std::error_code error;
     if (!fs::is_directory(path, error)) {
       visit(path.string());
-    } else if (!list(path, pending)) {
-      unreadable(path.string());
+    } else if ((error = list(path, pending))) {
+      unreadable(path.string(), error.message());
     }
   }
 }
@@ -207,7 +199,7 @@ std::size_t sizeOf(const std::vector<std::string>& paths) {
     const std::uintmax_t size = fs::file_size(file, error);
     sum += error ? 0 : static_cast<std::size_t>(size);
   };
-  walk(paths, add, [](const std::string&) {});
+  walk(paths, add, [](const std::string&, const std::string&) {});
   return sum;
 }
 
@@ -252,7 +244,10 @@ void printGroups(const Checker& checker) {
 std::string checkCapture(Input& input, Checker& checker, const Reached& reached) {
   CaptureCounts counts;
   const auto check = [&](const Passage& /*passage*/, std::string_view message) {
-    checker.check(message, [&input, &reached](std::size_t) { reached(input.position()); });
+    LineCounter lines(message);
+    checker.check(
+        message, [&lines](std::size_t offset) { return lines.at(offset); },
+        [&input, &reached](std::size_t) { reached(input.position()); });
   };
   try {
     return readCapture(input, "", check, counts);
@@ -263,45 +258,65 @@ std::string checkCapture(Input& input, Checker& checker, const Reached& reached)
 
 std::string checkText(Input& input, Checker& checker, const Reached& reached) {
   std::string text;
-  if (!input.readAll(text, kMaxText)) {
-    return "is too large";
+  for (TextInput reader(input); reader.read(text);) {
+    if (text.size() > kMaxText) {
+      return "is too large";
+    }
   }
-  if (!input.readable()) {
-    return "cannot be read";
-  }
-  checker.check(text, reached);
-  return "";
+  LineCounter lines(text);
+  checker.check(
+      text, [&lines](std::size_t offset) { return lines.at(offset); }, reached);
+  return input.error();
 }
 
-// Checks the files at or below the paths; returns the status for those that cannot be read.
-int checkAll(const std::vector<std::string>& paths, Checker& checker) {
+std::string checkLog(Input& input, Checker& checker, const Reached& reached) {
+  Log log([&](std::string_view message) {
+    checker.check(
+        message, [&log](std::size_t offset) { return log.lineAt(offset); },
+        [&input, &reached](std::size_t) { reached(input.position()); });
+  });
+  std::string piece;
+  for (TextInput reader(input); reader.read(piece); piece.clear()) {
+    log.add(piece);
+  }
+  log.finish();
+  return input.error();
+}
+
+// Checks the files at or below the paths; returns the status for those that cannot be read or have
+// no message.
+int checkAll(const CheckOptions& options, Checker& checker) {
   int status = kAccepted;
-  Progress progress(sizeOf(paths));
+  Progress progress(sizeOf(options.paths));
   std::size_t done = 0;
-  const auto complainOf = [&status](const std::string& path) {
-    status = complain(path + " cannot be read", kWrongUsage);
+  const auto complainOf = [&status](const std::string& path, const std::string& fault) {
+    status = complain(path + ": " + fault, kWrongUsage);
   };
   const auto check = [&](const std::string& file) {
     Input input(file);
     if (!input.readable()) {
-      return complainOf(file);
+      return complainOf(file, input.error());
     }
     checker.begin(file);
+    const unsigned long before = checker.counts().messages;
     const auto reached = [&](std::size_t position) { progress.at(done + position); };
-    const auto read = isCapture(input.head()) ? checkCapture : checkText;
+    const auto readText = options.find ? checkLog : checkText;
+    const auto read = isCapture(input.head()) ? checkCapture : readText;
     if (const std::string fault = read(input, checker, reached); !fault.empty()) {
-      status = complain(file + ": " + fault, kWrongUsage);
+      complainOf(file, fault);
+    } else if (checker.counts().messages == before) {
+      status = std::max(status, complain("no SIP message in " + file, kRefused));
     }
     done += input.position();
     progress.at(done);
   };
-  walk(paths, check, complainOf);
+  walk(options.paths, check, complainOf);
   return status;
 }
 
 int run(const CheckOptions& options) {
   Checker checker;
-  const int status = checkAll(options.paths, checker);
+  const int status = checkAll(options, checker);
   if (options.json) {
     printJson(checker);
   } else {
@@ -325,6 +340,7 @@ int runCheck(CommandLine& line) {
       ->allow_extra_args(false);
   parser.allow_extras();
   addFormatOptions(parser, options.json);
+  parser.add_flag("--find", options.find, "Of texts, read the messages between other lines");
   line.parse();
   takeRest(parser, options.paths, SIZE_MAX);
   return run(options);

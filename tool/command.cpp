@@ -116,9 +116,10 @@ int forEachText(const Options& options,
   return status;
 }
 
-bool readFile(const std::string& name, std::string& text) {
+std::string readFile(const std::string& name, std::string& text) {
   Input input(name);
-  return input.readAll(text) && input.readable();
+  input.readAll(text);
+  return input.error();
 }
 
 // The help is printed while the variables of the options live.

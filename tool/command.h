@@ -55,8 +55,8 @@ void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::s
 int forEachText(const Options& options,
                 const std::function<int(const std::string& text, unsigned long line)>& run);
 
-// Reads a file, or standard input for `-`; false when it cannot be read.
-bool readFile(const std::string& name, std::string& text);
+// Reads a file, or standard input for `-`. Returns why it cannot be read; "" if it can.
+std::string readFile(const std::string& name, std::string& text);
 
 // Prints on standard error what is wrong; returns the status.
 int complain(const std::string& what, int status);

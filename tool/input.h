@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -15,9 +14,15 @@ class Input {
 
   // Opens a file, or standard input for `-`.
   explicit Input(const std::string& name);
+  ~Input();
+  Input(const Input&) = delete;
+  Input& operator=(const Input&) = delete;
 
-  // Returns whether every read succeeded; a directory, for example, cannot be read.
-  bool readable() const { return readable_; }
+  // Returns whether it could be opened and every read succeeded; a directory cannot be read.
+  bool readable() const { return error_ == 0; }
+
+  // Returns the system's words for why it cannot be read; "" if it can.
+  std::string error() const;
 
   // Returns the first bytes of the input, up to 12. read() returns them as well.
   std::string_view head() const { return head_; }
@@ -38,9 +43,8 @@ class Input {
  private:
   std::size_t readFile(char* buffer, std::size_t length);
 
-  std::ifstream file_;
-  std::istream& in_;
-  bool readable_;
+  int file_;
+  int error_;  // of the first failure; 0 for none
   std::string head_;
   std::size_t size_;
   std::size_t position_;

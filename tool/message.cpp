@@ -72,6 +72,18 @@ void addField(Message& message, std::string_view line, std::size_t offset) {
   }
 }
 
+bool isBareLineFeed(std::string_view text, std::size_t at) {
+  return text[at] == '\n' && (at == 0 || text[at - 1] != '\r');
+}
+
+std::size_t countBareLineFeeds(std::string_view text, std::size_t begin, std::size_t end) {
+  std::size_t count = 0;
+  for (std::size_t at = begin; (at = text.find('\n', at)) < end; ++at) {
+    count += isBareLineFeed(text, at) ? 1U : 0U;
+  }
+  return count;
+}
+
 }  // namespace
 
 bool isStartLine(std::string_view line) {
@@ -100,9 +112,38 @@ std::optional<std::size_t> statedLength(std::string_view header) {
   return message ? contentLength(*message) : std::nullopt;
 }
 
+std::string Message::content() const {
+  std::string bytes;
+  bytes.reserve(contentSize());
+  for (std::size_t at = 0; at < body.size(); ++at) {
+    bytes.append(restored && isBareLineFeed(body, at) ? "\r" : "").append(1, body[at]);
+  }
+  return bytes;
+}
+
+std::size_t Message::contentSize() const {
+  return body.size() + (restored ? countBareLineFeeds(body, 0, body.size()) : 0);
+}
+
+LineCounter::LineCounter(std::string_view text) : text_(text), offset_(0), line_(1) {}
+
+std::size_t LineCounter::at(std::size_t offset) {
+  const std::string_view passed = text_.substr(offset_, offset - offset_);
+  line_ += static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
+  offset_ = offset;
+  return line_;
+}
+
+MessageReader::MessageReader(std::string_view text)
+    : text_(text),
+      position_(0),
+      counted_(0),
+      bareLineFeeds_(countBareLineFeeds(text, 0, text.size())) {}
+
 std::optional<Message> MessageReader::next() {
   position_ = std::min(text_.find_first_not_of("\r\n", position_), text_.size());
   const std::size_t start = position_;
+  carriageReturns_ = false;
   const std::optional<std::string_view> line = nextLine();
   if (!line) {
     return std::nullopt;
@@ -114,6 +155,7 @@ std::optional<Message> MessageReader::next() {
     message.faults.emplace_back("neither a request line nor a status line: " + message.startLine);
   }
   readFields(message);
+  message.restored = !carriageReturns_;
   readBody(message);
   return message;
 }
@@ -123,12 +165,10 @@ std::optional<std::string_view> MessageReader::nextLine() {
   if (position_ == text_.size()) {
     return std::nullopt;
   }
-  const std::size_t end = std::min(text_.find('\n', position_), text_.size());
-  std::string_view line = text_.substr(position_, end - position_);
-  position_ = std::min(end + 1, text_.size());
-  if (!line.empty() && line.back() == '\r') {
-    line.remove_suffix(1);
-  }
+  const std::string_view line = lineFrom(position_);
+  position_ += line.size();
+  carriageReturns_ = carriageReturns_ || text_.substr(position_, 1) == "\r";
+  position_ = std::min(text_.find('\n', position_), text_.size() - 1) + 1;
   return line;
 }
 
@@ -164,19 +204,69 @@ void MessageReader::readFields(Message& message) {
 // A length that cannot be right must not swallow the next message: the body then ends before the
 // next start line.
 void MessageReader::readBody(Message& message) {
-  const std::size_t left = text_.size() - position_;
   const std::size_t faults = message.faults.size();
-  std::size_t length = contentLength(message).value_or(left);
-  if (length > left || message.faults.size() != faults) {
-    const std::size_t there = lengthToStartLine();
-    if (length > there && message.faults.size() == faults) {
-      message.faults.emplace_back("the body has " + std::to_string(there) + " of " +
-                                  std::to_string(length) + " bytes");
-    }
-    length = there;
+  const std::optional<std::size_t> stated = contentLength(message);
+  std::optional<std::size_t> length;
+  if (stated) {
+    length = bodyLength(message, *stated);
+  } else if (message.faults.size() == faults) {
+    length = text_.size() - position_;
   }
-  message.body = text_.substr(position_, length);
+  message.bodyOffset = position_;
+  message.body = text_.substr(position_, length ? *length : lengthToStartLine());
   position_ += message.body.size();
+  const std::size_t sent = message.contentSize();
+  if (stated && sent != *stated) {
+    message.faults.emplace_back("the body has " + std::to_string(sent) + " of " +
+                                std::to_string(*stated) + " bytes");
+  }
+}
+
+// Returns how long a body is in the text; nothing if there is less.
+std::optional<std::size_t> MessageReader::bodyLength(Message& message, std::size_t stated) {
+  const std::size_t left = text_.size() - position_;
+  const std::size_t bare = message.restored ? bareLineFeedsLeft() : 0;
+  if (stated > left + bare) {
+    return std::nullopt;
+  }
+  const std::size_t plain = position_ + stated;
+  std::size_t end = bare == 0 ? plain : position_;
+  std::size_t count = bare == 0 ? stated : 0;
+  for (; count < stated; ++end) {
+    count += isBareLineFeed(text_, end) ? 2U : 1U;
+  }
+  if (bare != 0 && (count != stated || !isMessageEnd(end)) && isMessageEnd(plain)) {
+    message.restored = false;
+    end = plain;
+  }
+  return beforeStartLine(end) - position_;
+}
+
+// Returns whether the next message begins at a position, or the text ends, apart from line ends.
+bool MessageReader::isMessageEnd(std::size_t position) const {
+  const std::size_t begin = text_.find_first_not_of("\r\n", position);
+  const bool insideLine = begin == position && text_[begin - 1] != '\n';
+  return position <= text_.size() &&
+         (begin == std::string_view::npos || (!insideLine && isStartLine(lineFrom(begin))));
+}
+
+// Returns the position, or the start of the line if it is inside a start line of the body.
+std::size_t MessageReader::beforeStartLine(std::size_t position) const {
+  const std::size_t line = text_.rfind('\n', position - 1) + 1;
+  return line >= position_ && line < position && beginsMessage(lineFrom(line)) ? line : position;
+}
+
+// Returns the line that begins at a position, without its end.
+std::string_view MessageReader::lineFrom(std::size_t position) const {
+  std::string_view line = text_.substr(position, text_.find('\n', position) - position);
+  line.remove_suffix(!line.empty() && line.back() == '\r' ? 1 : 0);
+  return line;
+}
+
+std::size_t MessageReader::bareLineFeedsLeft() {
+  bareLineFeeds_ -= countBareLineFeeds(text_, counted_, position_);
+  counted_ = position_;
+  return bareLineFeeds_;
 }
 
 // Returns how many bytes are before the next start line, or before the end.

@@ -2,6 +2,7 @@
 #ifndef TOOL_MESSAGE_H
 #define TOOL_MESSAGE_H
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,8 +19,33 @@ struct Message {
   std::string startLine;
   std::vector<Field> fields;
   std::string_view body;
+  bool restored = false;            // the lines ended in CRLF before the text was saved
   std::vector<std::string> faults;  // what is wrong with the message, apart from its fields
   std::size_t offset = 0;           // of its start line in the text
+  std::size_t bodyOffset = 0;       // of its body in the text
+
+  // Returns the body as it was sent: with CRLF for each bare LF of a restored message.
+  std::string content() const;
+
+  // Returns the length of the content.
+  std::size_t contentSize() const;
+};
+
+// Returns the number of the line at an offset in a text; the offsets come in their order.
+using LineAt = std::function<std::size_t(std::size_t offset)>;
+
+// Numbers the lines of a text, from 1.
+class LineCounter {
+ public:
+  explicit LineCounter(std::string_view text);
+
+  // Offsets come in their order.
+  std::size_t at(std::size_t offset);
+
+ private:
+  std::string_view text_;
+  std::size_t offset_;
+  std::size_t line_;
 };
 
 // Returns whether a line without its end is a status line or a request line.
@@ -35,10 +61,12 @@ bool beginsMessage(std::string_view line);
 std::optional<std::size_t> statedLength(std::string_view header);
 
 // Takes messages off the front of a text, which must outlive them. Lines end in CRLF or LF; a
-// body has the length that its Content-Length says; without one it extends to the end.
+// body has the length that its Content-Length says; without one it extends to the end. Where the
+// lines of the header end in a bare LF, one in the body counts as CRLF, unless only a body without
+// that ends where the next message begins or at the end.
 class MessageReader {
  public:
-  explicit MessageReader(std::string_view text) : text_(text), position_(0) {}
+  explicit MessageReader(std::string_view text);
 
   // Returns the next message; nothing when only line ends are left.
   std::optional<Message> next();
@@ -51,10 +79,18 @@ class MessageReader {
   std::optional<std::string> nextHeaderLine();
   void readFields(Message& message);
   void readBody(Message& message);
+  std::optional<std::size_t> bodyLength(Message& message, std::size_t stated);
+  bool isMessageEnd(std::size_t position) const;
+  std::size_t beforeStartLine(std::size_t position) const;
+  std::string_view lineFrom(std::size_t position) const;
+  std::size_t bareLineFeedsLeft();
   std::size_t lengthToStartLine();
 
   std::string_view text_;
   std::size_t position_;
+  std::size_t counted_;           // up to where bareLineFeeds_ is known
+  std::size_t bareLineFeeds_;     // from there on
+  bool carriageReturns_ = false;  // in the lines read since it was cleared
 };
 
 #endif  // TOOL_MESSAGE_H

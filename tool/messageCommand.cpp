@@ -9,10 +9,11 @@
 #include "diagnostics.h"
 #include "dump.h"
 #include "fields.h"
-#include "findMessages.h"
 #include "input.h"
+#include "log.h"
 #include "message.h"
 #include "progress.h"
+#include "textInput.h"
 #include "via.h"
 
 namespace {
@@ -50,24 +51,30 @@ class MessagePrinter {
   MessagePrinter(const MessageOptions& options, Counts& counts)
       : options_(options), counts_(counts) {}
 
-  // Only a captured message has a passage.
-  void print(const Message& message, const Passage* passage) {
+  void begin(const std::string& file) { file_ = file; }
+
+  unsigned long messages() const { return counts_.messages; }
+
+  // Only a captured message has a passage. The lines of another one have the numbers that lineAt
+  // returns for offsets.
+  void print(const Message& message, const Passage* passage, const LineAt& lineAt) {
     ++counts_.messages;
     counts_.refused += message.faults.size();
+    lineAt_ = lineAt;
+    line_ = passage == nullptr ? lineAt(message.offset) : 0;
     if (options_.json) {
       printJson(message, passage);
     } else {
-      std::cout << (counts_.messages > 1 ? "\n" : "")
-                << (passage == nullptr ? "" : passageText(*passage) + '\n');
+      std::cout << (counts_.messages > 1 ? "\n" : "") << heading(passage);
       printTree(message);
     }
   }
 
   // Prints the messages of a text that has only messages.
-  void printAll(std::string_view text, const Passage* passage = nullptr) {
+  void printAll(std::string_view text, const Passage* passage, const LineAt& lineAt) {
     MessageReader reader(text);
     while (const std::optional<Message> message = reader.next()) {
-      print(*message, passage);
+      print(*message, passage, lineAt);
     }
   }
 
@@ -87,6 +94,23 @@ class MessagePrinter {
     std::string sentBy;  // of a Via; "" where it cannot be reduced
   };
 
+  // Returns a line that names the file, if that is not clear, and the line, or when and between
+  // whom a captured message passed; "" for none.
+  std::string heading(const Passage* passage) const {
+    const bool named = options_.files.size() > 1;
+    if (passage != nullptr) {
+      return (named ? printable(file_) + ": " : "") + passageText(*passage) + '\n';
+    }
+    return named || options_.find ? printable(file_) + ':' + std::to_string(line_) + '\n' : "";
+  }
+
+  // Returns `FILE:LINE: ` for a line of a text; "" in a captured message.
+  std::string place(std::size_t line) const {
+    return line == 0 ? "" : printable(file_) + ':' + std::to_string(line) + ": ";
+  }
+
+  std::string placeAt(std::size_t offset) const { return place(line_ == 0 ? 0 : lineAt_(offset)); }
+
   void count(const ReadField& read) {
     ++counts_.fields;
     counts_.refused += read.code == VARN_OK ? 0 : 1;
@@ -96,8 +120,10 @@ class MessagePrinter {
   }
 
   void printJson(const Message& message, const Passage* passage) {
-    nlohmann::ordered_json object;
-    if (passage != nullptr) {
+    nlohmann::ordered_json object = {{"file", file_}};
+    if (passage == nullptr) {
+      object["line"] = line_;
+    } else {
       const std::string time = timeText(passage->time);
       object["time"] = time.empty() ? nullptr : nlohmann::ordered_json(time);
       object["source"] = endpointJson(passage->source);
@@ -114,7 +140,7 @@ class MessagePrinter {
       }
     }
     const MessageBody body(message);
-    counts_.refused += body.faults.size();
+    counts_.refused += body.faults.empty() ? 0U : 1U;
     addContent(object["body"], body.bytes);
     if (body.tree != nullptr) {
       object["body"]["parts"] = toJson(body.tree->parts());
@@ -155,10 +181,8 @@ class MessagePrinter {
         printField(field, read, width);
       }
     }
-    if (options_.only.empty()) {
-      printBody(message);
-    }
-    printFaults(message.faults);
+    printBody(message);
+    printFaults(message.faults, place(line_));
   }
 
   void printField(const Field& field, const ReadField& read, std::size_t width) {
@@ -173,8 +197,9 @@ class MessagePrinter {
       std::cout << indent << "? is it '" << meant << "'?\n";
     }
     if (refused) {
+      std::string where = placeAt(field.offset);
       for (const std::string& reason : read.diagnostics.reasons(read.code)) {
-        std::cout << indent << "! " << printable(reason) << '\n';
+        std::cout << indent << "! " << std::exchange(where, "") << printable(reason) << '\n';
       }
       return;
     }
@@ -195,7 +220,10 @@ class MessagePrinter {
       return;
     }
     const MessageBody body(message);
-    counts_.refused += body.faults.size();
+    counts_.refused += body.faults.empty() ? 0U : 1U;
+    if (!options_.only.empty()) {
+      return;
+    }
     if (body.tree == nullptr) {
       std::cout << indented(contentLines(body.title, body.bytes), kIndent);
     } else {
@@ -205,17 +233,20 @@ class MessagePrinter {
         std::cout << indented(partLines(part), 2 * kIndent);
       }
     }
-    printFaults(body.faults);
+    printFaults(body.faults, placeAt(message.bodyOffset));
   }
 
-  static void printFaults(const std::vector<std::string>& faults) {
+  static void printFaults(const std::vector<std::string>& faults, const std::string& place) {
     for (const std::string& fault : faults) {
-      std::cout << "  ! " << printable(fault) << '\n';
+      std::cout << "  ! " << place << printable(fault) << '\n';
     }
   }
 
   const MessageOptions& options_;
   Counts& counts_;
+  std::string file_;
+  std::size_t line_ = 0;  // of the start line; 0 in a capture
+  LineAt lineAt_;
 };
 
 void printNotes(const std::string& name, const CaptureCounts& counts) {
@@ -238,7 +269,7 @@ int runCapture(const MessageOptions& options, const std::string& name, Input& in
   Progress progress(input.size());
   CaptureCounts counts;
   const auto print = [&](const Passage& passage, std::string_view message) {
-    printer.printAll(message, &passage);
+    printer.printAll(message, &passage, nullptr);
     progress.at(input.position());
   };
   const std::string error = readCapture(input, options.filter, print, counts);
@@ -253,23 +284,27 @@ int runCapture(const MessageOptions& options, const std::string& name, Input& in
 // Shows the messages between the lines of a log.
 void runLog(Input& input, MessagePrinter& printer) {
   Progress progress(input.size());
-  MessageFinder finder(MessageFinder::Source::kLog,
-                       [&printer](std::string_view message) { printer.printAll(message); });
-  std::string piece(Input::kPieceSize, 0);
-  while (const std::size_t length = input.read(piece.data(), piece.size())) {
-    finder.add(std::string_view{piece}.substr(0, length));
+  TextInput text(input);
+  Log log([&](std::string_view message) {
+    printer.printAll(message, nullptr, [&log](std::size_t offset) { return log.lineAt(offset); });
+  });
+  std::string piece;
+  for (; text.read(piece); piece.clear()) {
+    log.add(piece);
     progress.at(input.position());
   }
-  finder.finish();
+  log.finish();
 }
 
 void runText(Input& input, MessagePrinter& printer) {
   std::string text;
-  input.readAll(text);
+  for (TextInput reader(input); reader.read(text);) {
+  }
   Progress progress(text.size());
+  LineCounter lines(text);
   MessageReader reader(text);
   while (const std::optional<Message> message = reader.next()) {
-    printer.print(*message, nullptr);
+    printer.print(*message, nullptr, [&lines](std::size_t offset) { return lines.at(offset); });
     progress.at(reader.position());
   }
 }
@@ -277,6 +312,8 @@ void runText(Input& input, MessagePrinter& printer) {
 int runFile(const MessageOptions& options, const std::string& name, MessagePrinter& printer) {
   Input input(name);
   int status = kAccepted;
+  const unsigned long before = printer.messages();
+  printer.begin(name);
   if (input.readable() && isCapture(input.head())) {
     status = runCapture(options, name, input, printer);
   } else if (input.readable() && !options.filter.empty()) {
@@ -287,7 +324,9 @@ int runFile(const MessageOptions& options, const std::string& name, MessagePrint
     runText(input, printer);
   }
   if (!input.readable()) {
-    status = complain(name + " cannot be read", kWrongUsage);
+    status = complain(name + ": " + input.error(), kWrongUsage);
+  } else if (status == kAccepted && printer.messages() == before) {
+    status = complain("no SIP message in " + name, kRefused);
   }
   return status;
 }

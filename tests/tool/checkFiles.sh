@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Usage: checkFiles.sh SIPUTIL MAKECAPTURE
 # Runs `siputil check` on directories: their order, links that lead back, special files, missing
-# files, a name with terminal controls, a capture, a file too large to be a text.
+# files, a name with terminal controls, a capture, a file too large to be a text, texts in other
+# encodings, files without a message.
 set -euo pipefail
 
 siputil=$1 makeCapture=$2
@@ -35,7 +36,7 @@ diff -u - <(check sound; check empty; check nowhere sound/2 bad; check $'steer\e
 status 0
 0 files, 0 messages, 0 header fields, 0 refused
 status 0
-siputil: nowhere cannot be read
+siputil: nowhere: No such file or directory
 3  SipAddress::parseURI missing '>'
    SipHeader::SipHeader | value parsing failed
    first: bad/a:2: To: <sip:a
@@ -49,6 +50,32 @@ status 2
 1 files, 1 messages, 1 header fields, 1 refused
 status 1
 END
+
+mkdir other
+for code in UTF-16 UTF-16LE UTF-16BE; do iconv -t "$code" message >"other/$code"; done
+printf '\xEF\xBB\xBF%s\n\n' "$(cat bad/a)" >other/bom
+touch other/nothing
+printf 'no\nmessage\n' >other/text
+diff -u - <(check --find other; "$siputil" message --only none sound/2 other/nothing 2>&1) <<'END'
+siputil: no SIP message in other/nothing
+siputil: no SIP message in other/text
+1  SipAddress::parseURI missing '>'
+   SipHeader::SipHeader | value parsing failed
+   first: other/bom:2: To: <sip:a
+
+6 files, 4 messages, 4 header fields, 1 refused
+status 1
+sound/2:1
+ACK sip:a SIP/2.0
+siputil: no SIP message in other/nothing
+END
+
+# Both commands count the same, whatever is shown.
+printf 'ACK sip:a SIP/2.0\nl: 9\nc: multipart/mixed;boundary=b\nno colon\n\n--b\nx' >bad/body
+refused() { "$siputil" "$@" bad/a bad/body | tail -n 1 | sed 's/.*fields, //'; }
+[ "$(refused check)" = '4 refused' ]
+[ "$(refused message)" = '4 refused' ]
+[ "$(refused message --only To)" = '4 refused' ]
 
 mkdir mixed
 printf 'udp 192.0.2.1 1 192.0.2.2 2 ACK sip:a SIP/2.0\\r\\nTo: <sip:a\\r\\n\\r\\n\n' | "$makeCapture" >mixed/1.pcap

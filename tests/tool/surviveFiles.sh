@@ -2,7 +2,7 @@
 # Usage: surviveFiles.sh SIPUTIL MUTATE COUNT SAMPLE...
 # Runs `siputil message` on COUNT damaged messages, many at once. The exit status must be that of
 # refused texts. Nearly every file must have its message: damage leaves nothing of a few. Then runs
-# it on all of them as one log.
+# it on all of them as one log, with the lines as they are, with a prefix and in one line each.
 set -euo pipefail
 
 siputil=$1 mutate=$2 count=$3
@@ -23,8 +23,14 @@ find . -type f -print0 | xargs -0 -n 1000 bash -c '
 results=$(wc -l <../results)
 echo "$count files, $results messages"
 [ "$results" -gt $((count * 9 / 10)) ]
-status=0
-find . -type f -exec cat {} + | "$siputil" message --json --find >../found 2>../errors || status=$?
-found=$(wc -l <../found)
-echo "status $status, $found messages found"
-[ "$status" -eq 1 ] && [ "$found" -gt $((count / 2)) ]
+in_one_line() { LC_ALL=C sed -z 's/\\/\\\\/g; s/"/\\"/g; s/\r/\\r/g; s/\n/\\n/g; s/.*/{"a":"&"}\n/' "$@"; }
+with_prefix() { sed 's/^/12:00:00 sip[1]: /' "$@"; }
+export -f in_one_line with_prefix
+for layout in cat with_prefix in_one_line; do
+  status=0
+  find . -type f -print0 | xargs -0 bash -c "$layout \"\$@\"" - |
+    "$siputil" message --json --find >../found 2>../errors || status=$?
+  found=$(wc -l <../found)
+  echo "$layout: status $status, $found messages found"
+  [ "$status" -eq 1 ] && [ "$found" -gt $((count / 2)) ]
+done
