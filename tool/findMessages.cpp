@@ -1,4 +1,4 @@
-// findMessages.cpp - finds SIP messages among other bytes: in logs and in TCP streams.
+// findMessages.cpp - finds the SIP messages in a TCP stream.
 #include "findMessages.h"
 
 #include <algorithm>
@@ -19,9 +19,8 @@ std::string_view withoutLineEnd(std::string_view line) {
 
 }  // namespace
 
-MessageFinder::MessageFinder(Source source, std::function<void(std::string_view)> found)
-    : source_(source),
-      found_(std::move(found)),
+MessageFinder::MessageFinder(std::function<void(std::string_view)> found)
+    : found_(std::move(found)),
       state_(State::kSeeking),
       begin_(0),
       line_(0),
@@ -126,13 +125,11 @@ bool MessageFinder::readHeader() {
 }
 
 bool MessageFinder::readBody() {
-  // In a log the byte after the body is read as well.
-  const std::size_t needed = end_ + (source_ == Source::kLog ? 1 : 0);
-  if (rest().size() < needed && !ended_) {
+  if (rest().size() < end_ && !ended_) {
     return false;
   }
   if (rest().size() >= end_) {
-    deliver(source_ == Source::kLog ? lengthInLog() : end_);
+    deliver(end_);
   } else {
     state_ = State::kToStartLine;
   }
@@ -165,24 +162,6 @@ std::optional<std::string_view> MessageFinder::nextLine() {
   line_ = end + 1;
   searched_ = line_;
   return withoutLineEnd(rest().substr(start, line_ - start));
-}
-
-// Returns the length of a message of which all is there.
-std::size_t MessageFinder::lengthInLog() const {
-  const std::string_view text = rest();
-  if (end_ == body_ || end_ == text.size() || text[end_ - 1] == '\n' ||
-      kLineEnds.find(text[end_]) != std::string_view::npos) {
-    return end_;
-  }
-  std::size_t line = body_;
-  while (line < end_) {
-    const std::size_t end = std::min(text.find('\n', line), text.size());
-    if (beginsMessage(withoutLineEnd(text.substr(line, end - line)))) {
-      return line;
-    }
-    line = end + 1;
-  }
-  return end_;
 }
 
 void MessageFinder::deliver(std::size_t length) {

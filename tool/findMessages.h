@@ -1,4 +1,4 @@
-// findMessages.h - finds SIP messages among other bytes: in logs and in TCP streams.
+// findMessages.h - finds the SIP messages in a TCP stream.
 #ifndef TOOL_FIND_MESSAGES_H
 #define TOOL_FIND_MESSAGES_H
 
@@ -17,11 +17,7 @@ class MessageFinder {
  public:
   static constexpr std::size_t kLongest = std::size_t{1} << 20;
 
-  // In a stream lengths are right. In a log, line ends may have been changed: if a length ends
-  // inside a line, the message ends before the first start line in the body.
-  enum class Source { kStream, kLog };
-
-  MessageFinder(Source source, std::function<void(std::string_view message)> found);
+  explicit MessageFinder(std::function<void(std::string_view message)> found);
 
   void add(std::string_view bytes);
 
@@ -44,12 +40,10 @@ class MessageFinder {
   bool readBody();
   bool readToStartLine();
   std::optional<std::string_view> nextLine();
-  std::size_t lengthInLog() const;
   void deliver(std::size_t length);
   void drop(std::size_t length);
   std::string_view rest() const { return std::string_view{held_}.substr(begin_); }
 
-  Source source_;
   std::function<void(std::string_view)> found_;
   State state_;
   std::string held_;

@@ -18,8 +18,7 @@ std::uint32_t firstByte(const Packet& segment) { return segment.sequence + (segm
 TcpStream::TcpStream(const Packet& segment, const FoundMessage& found, TcpCounts& counts)
     : passage_{{}, segment.source, segment.destination, "TCP"},
       counts_(counts),
-      finder_(MessageFinder::Source::kStream,
-              [this, &found](std::string_view message) { found(passage_, message); }),
+      finder_([this, &found](std::string_view message) { found(passage_, message); }),
       first_(firstByte(segment)),
       next_(first_),
       ended_(false),
