@@ -50,22 +50,31 @@ Capture openCapture(Input& input, std::string& error) {
   return capture;
 }
 
-void setFilter(pcap_t* capture, const std::string& filter) {
-  bpf_program program = {};
-  if (pcap_compile(capture, &program, filter.c_str(), 1, PCAP_NETMASK_UNKNOWN) != 0) {
-    throw CaptureUsageError("--filter: " + std::string(pcap_geterr(capture)));
+// A pcap filter; without a program, all frames pass. libpcap itself would not count the frames that
+// do not pass.
+class Filter {
+ public:
+  Filter(pcap_t* capture, const std::string& filter) : program_{} {
+    if (!filter.empty() &&
+        pcap_compile(capture, &program_, filter.c_str(), 1, PCAP_NETMASK_UNKNOWN) != 0) {
+      throw CaptureUsageError("--filter: " + std::string(pcap_geterr(capture)));
+    }
   }
-  const int status = pcap_setfilter(capture, &program);
-  pcap_freecode(&program);
-  if (status != 0) {
-    throw CaptureUsageError("--filter: " + std::string(pcap_geterr(capture)));
+  ~Filter() { pcap_freecode(&program_); }
+  Filter(const Filter&) = delete;
+  Filter& operator=(const Filter&) = delete;
+
+  bool passes(const pcap_pkthdr& header, const unsigned char* frame) const {
+    return program_.bf_insns == nullptr || pcap_offline_filter(&program_, &header, frame) != 0;
   }
-}
+
+ private:
+  bpf_program program_;
+};
 
 // A datagram has one message; bytes after its body are not part of it (RFC 3261 18.3). Line ends
 // alone keep a binding alive.
-void readDatagram(const timeval& time, const Packet& packet, const FoundMessage& found,
-                  CaptureCounts& counts) {
+void readDatagram(const Packet& packet, const FoundMessage& found, CaptureCounts& counts) {
   std::string_view text = packet.payload;
   text.remove_prefix(std::min(text.find_first_not_of("\r\n"), text.size()));
   std::string_view line = text.substr(0, text.find('\n'));
@@ -73,7 +82,7 @@ void readDatagram(const timeval& time, const Packet& packet, const FoundMessage&
   if (isStartLine(line)) {
     MessageReader reader(text);
     static_cast<void>(reader.next());
-    found({time, packet.source, packet.destination, "UDP"}, text.substr(0, reader.position()));
+    found(packet.passage, text.substr(0, reader.position()));
   } else if (!text.empty() || packet.payload.empty()) {
     ++counts.notSip;
   }
@@ -88,31 +97,29 @@ std::string readCapture(Input& input, const std::string& filter, const FoundMess
   if (capture == nullptr) {
     return error;
   }
-  if (!filter.empty()) {
-    setFilter(capture.get(), filter);
-  }
-  const int linkType = pcap_datalink(capture.get());
-  if (!isLinkTypeKnown(linkType)) {
-    return "frames of link type " + std::to_string(linkType) + " are not understood";
-  }
+  const Filter passing(capture.get(), filter);
   TcpStreams streams(found);
+  LayerWalk layers([&](const Packet& packet) {
+    packet.segment ? streams.add(packet) : readDatagram(packet, found, counts);
+  });
   pcap_pkthdr* header = nullptr;
   const unsigned char* frame = nullptr;
   int status = 0;
-  while ((status = pcap_next_ex(capture.get(), &header, &frame)) == 1) {
-    const Packet packet =
-        readPacket(linkType, {reinterpret_cast<const char*>(frame), header->caplen});
-    counts.fragments += packet.kind == Packet::Kind::kFragment ? 1 : 0;
-    if (packet.kind == Packet::Kind::kUdp) {
-      readDatagram(header->ts, packet, found, counts);
-    } else if (packet.kind == Packet::Kind::kTcp) {
-      streams.add(header->ts, packet);
+  for (std::uint64_t i = 1; (status = pcap_next_ex(capture.get(), &header, &frame)) == 1; ++i) {
+    if (passing.passes(*header, frame)) {
+      const std::size_t missing = header->len - std::min(header->caplen, header->len);
+      counts.cut += missing != 0 ? 1 : 0;
+      layers.read(pcap_datalink(capture.get()),
+                  {reinterpret_cast<const char*>(frame), header->caplen},
+                  {header->ts, i, {}, {}, "", missing});
     }
   }
   if (status == PCAP_ERROR) {
     error = pcap_geterr(capture.get());
   }
+  layers.finish();
   streams.finish();
+  counts.leftOut = layers.leftOut();
   counts.tcp = streams.counts();
   return error;
 }

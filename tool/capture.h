@@ -4,17 +4,22 @@
 
 #include <stdexcept>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "input.h"
+#include "layers.h"
 #include "tcpStreams.h"
 
 // What in a capture is not shown as a message.
 struct CaptureCounts {
-  unsigned long fragments = 0;
+  LeftOut leftOut;
+  unsigned long cut = 0;     // frames that the snap length cut
   unsigned long notSip = 0;  // datagrams that do not begin with a start line
   TcpCounts tcp;
 };
+
+// Returns the counts that are not 0, a line each: `2 gaps in TCP streams`.
+std::vector<std::string> captureNotes(const CaptureCounts& counts);
 
 // Not a pcap filter, or a program that was built without libpcap.
 struct CaptureUsageError : std::runtime_error {

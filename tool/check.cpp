@@ -29,8 +29,6 @@ constexpr std::size_t kMaxReasons = 1000;
 constexpr std::size_t kMaxReasonLines = 8;
 constexpr std::size_t kMaxExampleText = 100;
 
-constexpr std::size_t kMaxText = std::size_t{1} << 28;  // bytes of a text; of a capture, any
-
 struct CheckOptions {
   std::vector<std::string> paths;
   bool find = false;
@@ -42,7 +40,9 @@ using Reason = std::vector<std::string>;
 
 struct Example {
   std::string file;
-  std::size_t line;
+  std::size_t line;                // in a text
+  std::optional<Passage> passage;  // of a captured message, as its Call-ID
+  std::string callId;
   std::optional<std::string> field;  // none for a message apart from its fields
   std::string text;
 };
@@ -75,6 +75,16 @@ std::string withoutNumbers(std::string_view text) {
   return result;
 }
 
+// Returns the start of the Call-ID; "" for none.
+std::string callIdOf(const Message& message) {
+  for (const Field& field : message.fields) {
+    if (sameIgnoringCase(trimmed(field.name), "Call-ID")) {
+      return field.value.substr(0, kMaxExampleText);
+    }
+  }
+  return "";
+}
+
 // Called with how many bytes of a file are done.
 using Reached = std::function<void(std::size_t position)>;
 
@@ -86,16 +96,24 @@ class Checker {
     ++counts_.files;
   }
 
-  // Checks the text of the file, or a message of a log or a capture. Reports how far it is.
-  void check(std::string_view text, const LineAt& lineAt, const Reached& reached) {
+  // Checks the text of the file, a message of a log or a captured one, which has a passage and no
+  // lines. Reports how far it is.
+  void check(std::string_view text, const Passage* passage, const LineAt& lineAt,
+             const Reached& reached) {
+    passage_ = passage;
     lineAt_ = lineAt;
     MessageReader reader(text);
-    while (const std::optional<Message> message = reader.next()) {
+    while (std::optional<Message> message = reader.next()) {
+      if (passage != nullptr && passage->missing != 0) {
+        message->faults.insert(message->faults.begin(), cutText(*passage));
+      }
+      callId_ = callIdOf(*message);
       check(*message);
       reached(reader.position());
     }
   }
 
+  const std::string& file() const { return file_; }
   const Counts& counts() const { return counts_; }
 
   // Returns the groups, largest first.
@@ -140,7 +158,11 @@ class Checker {
     if (group != groups_.end()) {
       ++group->second.count;
     } else {
-      Example first = {file_, lineAt_(offset), field, text.substr(0, kMaxExampleText)};
+      const std::size_t line = passage_ == nullptr ? lineAt_(offset) : 0;
+      Example first = {file_, line, {}, callId_, field, text.substr(0, kMaxExampleText)};
+      if (passage_ != nullptr) {
+        first.passage = *passage_;
+      }
       if (first.field) {
         first.field->resize(std::min(first.field->size(), kMaxExampleText));
       }
@@ -149,7 +171,9 @@ class Checker {
   }
 
   std::string file_;
+  const Passage* passage_ = nullptr;
   LineAt lineAt_;
+  std::string callId_;
   Counts counts_;
   std::map<Reason, Group> groups_;
 };
@@ -212,12 +236,30 @@ void printJson(const Checker& checker) {
                                    {"reasons", nlohmann::ordered_json::array()}};
   for (const auto& [reason, group] : checker.groups()) {
     const Example& first = group.first;
-    nlohmann::ordered_json example = {{"file", first.file}, {"line", first.line}};
+    nlohmann::ordered_json example = {{"file", first.file}};
+    if (first.passage) {
+      const std::string time = timeText(first.passage->time);
+      example["frame"] = first.passage->frame;
+      example["time"] = time.empty() ? nullptr : nlohmann::ordered_json(time);
+      example["callId"] = first.callId;
+    } else {
+      example["line"] = first.line;
+    }
     example["field"] = first.field ? nlohmann::ordered_json(*first.field) : nullptr;
     example["text"] = first.text;
     object["reasons"].push_back({{"reason", reason}, {"count", group.count}, {"first", example}});
   }
   std::cout << jsonLine(object) << '\n';
+}
+
+// Returns the line, or `frame 7, 2024-02-29T23:59:59.000001Z, Call-ID a`.
+std::string placeText(const Example& example) {
+  if (!example.passage) {
+    return std::to_string(example.line);
+  }
+  const std::string time = timeText(example.passage->time);
+  return "frame " + std::to_string(example.passage->frame) + (time.empty() ? "" : ", " + time) +
+         (example.callId.empty() ? "" : ", Call-ID " + printable(example.callId));
 }
 
 void printGroups(const Checker& checker) {
@@ -231,7 +273,7 @@ void printGroups(const Checker& checker) {
       std::cout << (&line == &reason.front() ? "  " : indent) << printable(line) << '\n';
     }
     const Example& first = group.first;
-    std::cout << indent << "first: " << printable(first.file) << ':' << first.line << ": "
+    std::cout << indent << "first: " << printable(first.file) << ':' << placeText(first) << ": "
               << (first.field ? printable(*first.field) + ": " : "") << printable(first.text)
               << "\n\n";
   }
@@ -240,17 +282,22 @@ void printGroups(const Checker& checker) {
             << " header fields, " << counts.refused << " refused\n";
 }
 
-// Each checks a file and reports how far it is. Returns what is wrong with it, or "".
+// Each checks a file and reports how far it is. Returns what is wrong with it, or "". Of a capture
+// without messages, what is left out is printed.
 std::string checkCapture(Input& input, Checker& checker, const Reached& reached) {
   CaptureCounts counts;
-  const auto check = [&](const Passage& /*passage*/, std::string_view message) {
-    LineCounter lines(message);
-    checker.check(
-        message, [&lines](std::size_t offset) { return lines.at(offset); },
-        [&input, &reached](std::size_t) { reached(input.position()); });
+  const auto check = [&](const Passage& passage, std::string_view message) {
+    checker.check(message, &passage, nullptr, [&](std::size_t) { reached(input.position()); });
   };
   try {
-    return readCapture(input, "", check, counts);
+    const unsigned long before = checker.counts().messages;
+    std::string error = readCapture(input, "", check, counts);
+    for (const std::string& note : captureNotes(counts)) {
+      if (checker.counts().messages == before) {
+        complain(checker.file() + ": " + note, kAccepted);
+      }
+    }
+    return error;
   } catch (const CaptureUsageError& error) {
     return error.what();  // built without libpcap
   }
@@ -258,21 +305,19 @@ std::string checkCapture(Input& input, Checker& checker, const Reached& reached)
 
 std::string checkText(Input& input, Checker& checker, const Reached& reached) {
   std::string text;
-  for (TextInput reader(input); reader.read(text);) {
-    if (text.size() > kMaxText) {
-      return "is too large";
-    }
+  if (!readText(input, kMaxText, text)) {
+    return "is too large";
   }
   LineCounter lines(text);
   checker.check(
-      text, [&lines](std::size_t offset) { return lines.at(offset); }, reached);
+      text, nullptr, [&lines](std::size_t offset) { return lines.at(offset); }, reached);
   return input.error();
 }
 
 std::string checkLog(Input& input, Checker& checker, const Reached& reached) {
   Log log([&](std::string_view message) {
     checker.check(
-        message, [&log](std::size_t offset) { return log.lineAt(offset); },
+        message, nullptr, [&log](std::size_t offset) { return log.lineAt(offset); },
         [&input, &reached](std::size_t) { reached(input.position()); });
   });
   std::string piece;
@@ -297,12 +342,17 @@ int checkAll(const CheckOptions& options, Checker& checker) {
     if (!input.readable()) {
       return complainOf(file, input.error());
     }
+    input.expand();
     checker.begin(file);
     const unsigned long before = checker.counts().messages;
     const auto reached = [&](std::size_t position) { progress.at(done + position); };
     const auto readText = options.find ? checkLog : checkText;
     const auto read = isCapture(input.head()) ? checkCapture : readText;
-    if (const std::string fault = read(input, checker, reached); !fault.empty()) {
+    std::string fault = read(input, checker, reached);
+    if (fault.empty()) {
+      fault = input.fault();
+    }
+    if (!fault.empty()) {
       complainOf(file, fault);
     } else if (checker.counts().messages == before) {
       status = std::max(status, complain("no SIP message in " + file, kRefused));

@@ -4,8 +4,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "gzipReader.h"
 
 class Input {
  public:
@@ -24,23 +27,32 @@ class Input {
   // Returns the system's words for why it cannot be read; "" if it can.
   std::string error() const;
 
+  // Makes gzip data what it holds; for a call before the first read(). Does nothing to other data.
+  void expand();
+
+  // Returns whether it is gzip data that expand() made what it holds.
+  bool expanded() const { return gzip_ != nullptr; }
+
+  // Returns what is wrong with the gzip data that was read, or "".
+  const char* fault() const;
+
   // Returns the first bytes of the input, up to 12. read() returns them as well.
   std::string_view head() const { return head_; }
 
   // Returns how many bytes there are; 0 when that is not known.
   std::size_t size() const { return size_; }
 
-  // Returns how many bytes were read.
-  std::size_t position() const { return position_; }
+  // Returns how many bytes of the file were read.
+  std::size_t position() const { return fileRead_; }
 
   // Reads and returns how many bytes; 0 at the end.
   std::size_t read(char* buffer, std::size_t length);
 
-  // Appends the rest to a text. Returns false, and stops reading, when the text would be longer
-  // than most bytes.
-  bool readAll(std::string& text, std::size_t most = SIZE_MAX);
+  // Appends the rest to a text.
+  void readAll(std::string& text);
 
  private:
+  std::size_t readExpanded(char* buffer, std::size_t length);
   std::size_t readFile(char* buffer, std::size_t length);
 
   int file_;
@@ -48,6 +60,8 @@ class Input {
   std::string head_;
   std::size_t size_;
   std::size_t position_;
+  std::size_t fileRead_;
+  std::unique_ptr<GzipReader> gzip_;
 };
 
 #endif  // TOOL_INPUT_H

@@ -73,7 +73,10 @@ class MessagePrinter {
   // Prints the messages of a text that has only messages.
   void printAll(std::string_view text, const Passage* passage, const LineAt& lineAt) {
     MessageReader reader(text);
-    while (const std::optional<Message> message = reader.next()) {
+    while (std::optional<Message> message = reader.next()) {
+      if (passage != nullptr && passage->missing != 0) {
+        message->faults.insert(message->faults.begin(), cutText(*passage));
+      }
       print(*message, passage, lineAt);
     }
   }
@@ -125,6 +128,7 @@ class MessagePrinter {
       object["line"] = line_;
     } else {
       const std::string time = timeText(passage->time);
+      object["frame"] = passage->frame;
       object["time"] = time.empty() ? nullptr : nlohmann::ordered_json(time);
       object["source"] = endpointJson(passage->source);
       object["destination"] = endpointJson(passage->destination);
@@ -249,21 +253,6 @@ class MessagePrinter {
   LineAt lineAt_;
 };
 
-void printNotes(const std::string& name, const CaptureCounts& counts) {
-  const std::pair<std::size_t, const char*> notes[] = {
-      {counts.fragments, "IP fragments left out"},
-      {counts.notSip, "datagrams that are not SIP passed over"},
-      {counts.tcp.passedOver, "bytes outside messages in TCP streams passed over"},
-      {counts.tcp.gaps, "gaps in TCP streams"},
-      {counts.tcp.closed, "TCP streams closed early, too many at once"},
-  };
-  for (const auto& [count, what] : notes) {
-    if (count != 0) {
-      complain(name + ": " + std::to_string(count) + ' ' + what, kAccepted);
-    }
-  }
-}
-
 int runCapture(const MessageOptions& options, const std::string& name, Input& input,
                MessagePrinter& printer) {
   Progress progress(input.size());
@@ -273,7 +262,9 @@ int runCapture(const MessageOptions& options, const std::string& name, Input& in
     progress.at(input.position());
   };
   const std::string error = readCapture(input, options.filter, print, counts);
-  printNotes(name, counts);
+  for (const std::string& note : captureNotes(counts)) {
+    complain(name + ": " + note, kAccepted);
+  }
   if (error.empty()) {
     return kAccepted;
   }
@@ -296,9 +287,11 @@ void runLog(Input& input, MessagePrinter& printer) {
   log.finish();
 }
 
-void runText(Input& input, MessagePrinter& printer) {
+// A small gzip file may hold a text too large for the memory.
+int runText(const std::string& name, Input& input, MessagePrinter& printer) {
   std::string text;
-  for (TextInput reader(input); reader.read(text);) {
+  if (!readText(input, input.expanded() ? kMaxText : SIZE_MAX, text)) {
+    return complain(name + ": is too large", kRefused);
   }
   Progress progress(text.size());
   LineCounter lines(text);
@@ -307,6 +300,7 @@ void runText(Input& input, MessagePrinter& printer) {
     printer.print(*message, nullptr, [&lines](std::size_t offset) { return lines.at(offset); });
     progress.at(reader.position());
   }
+  return kAccepted;
 }
 
 int runFile(const MessageOptions& options, const std::string& name, MessagePrinter& printer) {
@@ -314,6 +308,7 @@ int runFile(const MessageOptions& options, const std::string& name, MessagePrint
   int status = kAccepted;
   const unsigned long before = printer.messages();
   printer.begin(name);
+  input.expand();
   if (input.readable() && isCapture(input.head())) {
     status = runCapture(options, name, input, printer);
   } else if (input.readable() && !options.filter.empty()) {
@@ -321,10 +316,12 @@ int runFile(const MessageOptions& options, const std::string& name, MessagePrint
   } else if (input.readable() && options.find) {
     runLog(input, printer);
   } else if (input.readable()) {
-    runText(input, printer);
+    status = runText(name, input, printer);
   }
   if (!input.readable()) {
     status = complain(name + ": " + input.error(), kWrongUsage);
+  } else if (*input.fault() != 0) {
+    status = std::max(status, complain(name + ": " + input.fault(), kRefused));
   } else if (status == kAccepted && printer.messages() == before) {
     status = complain("no SIP message in " + name, kRefused);
   }

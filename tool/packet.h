@@ -1,4 +1,4 @@
-// packet.h - what a captured frame holds: a UDP datagram or a TCP segment, over IPv4 or IPv6.
+// packet.h - what captured frames hold: datagrams and TCP segments, when and between whom.
 #ifndef TOOL_PACKET_H
 #define TOOL_PACKET_H
 
@@ -23,24 +23,29 @@ std::string addressText(const Endpoint& endpoint);
 // When a message passed, and between whom.
 struct Passage {
   timeval time;
+  std::uint64_t frame;  // its number in the capture, the first is 1
   Endpoint source;
   Endpoint destination;
-  const char* transport;  // "UDP" or "TCP"
+  const char* transport;  // "UDP", "TCP" or "SCTP"
+  std::size_t missing;    // how many bytes of the packet the snap length cut off
 };
 
 // Returns the time in UTC, `2024-02-29T23:59:59.000001Z`; "" for an impossible one.
 std::string timeText(const timeval& time);
 
-// Returns `TIME 192.0.2.1:5060 -> 192.0.2.2:5060 UDP`, addresses of IPv6 in brackets, "?" for "".
+// Returns `TIME 192.0.2.1:5060 -> 192.0.2.2:5060 UDP frame 1`, addresses of IPv6 in brackets, "?"
+// for an impossible time.
 std::string passageText(const Passage& passage);
 
+// Returns what is wrong with a message because the snap length cut its packet; "" for nothing.
+std::string cutText(const Passage& passage);
+
+// A UDP datagram, an SCTP message or a TCP segment.
 struct Packet {
-  enum class Kind { kOther, kFragment, kUdp, kTcp };
-  Kind kind = Kind::kOther;
-  Endpoint source = {};  // this one and what follows: of kUdp and kTcp
-  Endpoint destination = {};
-  std::string_view payload;    // into the frame; short where the capture cut the frame
-  std::uint32_t sequence = 0;  // this one and what follows: of kTcp
+  Passage passage;
+  std::string_view payload;    // short where the capture cut the frame
+  bool segment = false;        // of TCP
+  std::uint32_t sequence = 0;  // this one and what follows: of a segment
   bool syn = false;
   bool fin = false;
   bool reset = false;
@@ -48,12 +53,5 @@ struct Packet {
 
 // Returns whether a file of which these are the first 12 bytes is a pcap or pcapng file.
 bool isCapture(std::string_view head);
-
-// Returns whether frames of this link type, one of libpcap's DLT_ values, are understood:
-// Ethernet, Linux cooked v1 and v2, raw IP, loopback.
-bool isLinkTypeKnown(int linkType);
-
-// Splits a frame, whatever its bytes are.
-Packet readPacket(int linkType, std::string_view frame);
 
 #endif  // TOOL_PACKET_H

@@ -16,15 +16,16 @@ std::uint32_t firstByte(const Packet& segment) { return segment.sequence + (segm
 }  // namespace
 
 TcpStream::TcpStream(const Packet& segment, const FoundMessage& found, TcpCounts& counts)
-    : passage_{{}, segment.source, segment.destination, "TCP"},
+    : passage_(segment.passage),
       counts_(counts),
       finder_([this, &found](std::string_view message) { found(passage_, message); }),
       first_(firstByte(segment)),
       next_(first_),
+      missing_(0),
       ended_(false),
       waitingSize_(0) {}
 
-void TcpStream::add(const timeval& time, const Packet& segment) {
+void TcpStream::add(const Packet& segment) {
   const std::uint32_t first = firstByte(segment);
   // The difference of sequence numbers, modulo 2^32, as a signed one (RFC 9293 3.4).
   std::int64_t ahead = static_cast<std::int32_t>(first - static_cast<std::uint32_t>(next_));
@@ -36,7 +37,8 @@ void TcpStream::add(const timeval& time, const Packet& segment) {
     begin(first);
     ahead = 0;
   }
-  passage_.time = time;
+  passage_ = segment.passage;
+  missing_ += std::exchange(passage_.missing, 0);
   place(next_ + ahead, segment.payload);
   while (waitingSize_ > kMaxWaiting) {
     skipGap();
@@ -51,7 +53,7 @@ void TcpStream::finish() {
   while (!waiting_.empty()) {
     skipGap();
   }
-  finder_.finish();
+  reportRest();
 }
 
 void TcpStream::begin(std::uint32_t sequence) {
@@ -97,13 +99,20 @@ void TcpStream::deliverWaiting() {
 
 void TcpStream::skipGap() {
   ++counts_.gaps;
-  finder_.finish();
+  reportRest();
   next_ = waiting_.begin()->first;
   deliverWaiting();
 }
 
-void TcpStreams::add(const timeval& time, const Packet& segment) {
-  const Ends ends(segment.source, segment.destination);
+// Reports a message that is not complete, with the bytes that may be missing from it.
+void TcpStream::reportRest() {
+  passage_.missing = std::exchange(missing_, 0);
+  finder_.finish();
+  passage_.missing = 0;
+}
+
+void TcpStreams::add(const Packet& segment) {
+  const Ends ends(segment.passage.source, segment.passage.destination);
   const auto known = index_.find(ends);
   if (known != index_.end()) {
     entries_.splice(entries_.begin(), entries_, known->second);
@@ -115,7 +124,7 @@ void TcpStreams::add(const timeval& time, const Packet& segment) {
   }
   TcpStream& stream = entries_.front().stream;
   const std::size_t before = known == index_.end() ? 0 : stream.held();
-  stream.add(time, segment);
+  stream.add(segment);
   held_ = held_ - before + stream.held();
   while (entries_.size() > kMaxStreams || held_ > kMaxHeld) {
     counts_.closed += entries_.back().stream.held() == 0 ? 0U : 1U;

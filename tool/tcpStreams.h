@@ -13,7 +13,8 @@
 #include "findMessages.h"
 #include "packet.h"
 
-// Called with each message and the time of the segment that completed it.
+// Called with each message; a TCP message has the time and the frame of the segment that completed
+// it.
 using FoundMessage = std::function<void(const Passage& passage, std::string_view message)>;
 
 // What was lost or left out.
@@ -37,7 +38,7 @@ class TcpStream {
   TcpStream(const TcpStream&) = delete;
   TcpStream& operator=(const TcpStream&) = delete;
 
-  void add(const timeval& time, const Packet& segment);
+  void add(const Packet& segment);
 
   // Reports what is left, gaps or not.
   void finish();
@@ -52,12 +53,14 @@ class TcpStream {
   void deliver(std::int64_t position, std::string_view bytes);
   void deliverWaiting();
   void skipGap();
+  void reportRest();
 
   Passage passage_;
   TcpCounts& counts_;
   MessageFinder finder_;
   std::uint32_t first_;  // sequence number of the first byte
   std::int64_t next_;    // position of the next byte: a sequence number that does not wrap
+  std::size_t missing_;  // bytes that the snap length cut off since the last gap
   bool ended_;           // by a FIN or RST; a SYN restarts it
   std::map<std::int64_t, std::string> waiting_;
   std::size_t waitingSize_;
@@ -72,7 +75,7 @@ class TcpStreams {
 
   explicit TcpStreams(FoundMessage found) : found_(std::move(found)), held_(0) {}
 
-  void add(const timeval& time, const Packet& segment);
+  void add(const Packet& segment);
 
   // Closes all streams, the one longest without a segment first.
   void finish();

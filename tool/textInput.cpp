@@ -79,3 +79,12 @@ void TextInput::append(std::uint16_t unit, std::string& text) {
     put(isTrail(unit) ? kReplacement : unit);
   }
 }
+
+bool readText(Input& input, std::size_t most, std::string& text) {
+  for (TextInput reader(input); reader.read(text);) {
+    if (text.size() > most) {
+      return false;
+    }
+  }
+  return true;
+}

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Usage: checkFiles.sh SIPUTIL MAKECAPTURE
 # Runs `siputil check` on directories: their order, links that lead back, special files, missing
-# files, a name with terminal controls, a capture, a file too large to be a text, texts in other
-# encodings, files without a message.
+# files, a name with terminal controls, captures, gzip data, files too large to be a text, texts in
+# other encodings, files without a message.
 set -euo pipefail
 
 siputil=$1 makeCapture=$2
@@ -79,15 +79,24 @@ refused() { "$siputil" "$@" bad/a bad/body | tail -n 1 | sed 's/.*fields, //'; }
 
 mkdir mixed
 printf 'udp 192.0.2.1 1 192.0.2.2 2 ACK sip:a SIP/2.0\\r\\nTo: <sip:a\\r\\n\\r\\n\n' | "$makeCapture" >mixed/1.pcap
-cp message mixed/2
+{ head -c 40 mixed/1.pcap | gzip; tail -c +41 mixed/1.pcap | gzip; } >mixed/1.pcap.gz
+head -c -9 mixed/1.pcap.gz >mixed/1.pcap.gz.part
+head -c 24 mixed/1.pcap >mixed/1.pcap.start
+gzip -c message >mixed/2
+truncate -s 257M text
+gzip -1 text
+mv text.gz mixed
 truncate -s 257M mixed/core
 diff -u - <(check mixed) <<'END'
+siputil: mixed/1.pcap.gz.part: the gzip data is damaged or ends early
+siputil: no SIP message in mixed/1.pcap.start
 siputil: mixed/core: is too large
-1  SipAddress::parseURI missing '>'
+siputil: mixed/text.gz: is too large
+3  SipAddress::parseURI missing '>'
    SipHeader::SipHeader | value parsing failed
-   first: mixed/1.pcap:2: To: <sip:a
+   first: mixed/1.pcap:frame 1, 2024-02-29T23:59:59.999999Z: To: <sip:a
 
-3 files, 2 messages, 2 header fields, 1 refused
+7 files, 4 messages, 4 header fields, 3 refused
 status 2
 END
 
