@@ -29,3 +29,7 @@ else()
 endif()
 set(ZLIB_INCLUDE_DIR ${SIPUTILITY_SYSROOT}/usr/include CACHE PATH "")
 set(ZLIB_LIBRARY ${SIPUTILITY_SYSROOT}/usr/lib/${folder}/libz.a CACHE FILEPATH "")
+set(PCAP_INCLUDE_DIR ${SIPUTILITY_SYSROOT}/usr/include CACHE PATH "")
+# withoutDbus.ld replaces the library that libpcap calls only to capture from D-Bus.
+set(PCAP_LIBRARY ${SIPUTILITY_SYSROOT}/usr/lib/${folder}/libpcap.a ${SIPUTILITY_SYSROOT}/withoutDbus.ld
+    CACHE STRING "")

@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
 # Usage: cross.sh arm64|armhf|s390x|i386 [CTEST_ARGUMENT...]
 # Builds the library, the tool and the tests for another processor with Debian's cross compiler.
-# Runs the tests under qemu-user, those for i386 without it. zlib comes from that processor's Debian
-# packages, GoogleTest from its Debian sources. The tool is built without libpcap, which would need
-# a dozen more packages.
+# Runs the tests under qemu-user, those for i386 without it. zlib and libpcap come from that
+# processor's Debian packages, GoogleTest from its Debian sources.
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
@@ -32,13 +31,17 @@ if [ ! -d "$sysroot" ]; then
   apt=(apt-get -o "APT::Architectures::=$processor" -o "Dir::State::Lists=$folder/lists"
     -o "Dir::Cache=$folder/cache" -o APT::Sandbox::User=root)
   "${apt[@]}" update || true
-  (cd "$folder" && "${apt[@]}" download "zlib1g-dev:$processor")
-  dpkg -x "$folder"/*.deb "$sysroot.new"
+  (cd "$folder" && "${apt[@]}" download "zlib1g-dev:$processor" "libpcap0.8-dev:$processor")
+  for package in "$folder"/*.deb; do
+    dpkg -x "$package" "$sysroot.new"
+  done
+  "${tools[0]%g++}nm" "$sysroot.new"/usr/lib/*/libpcap.a 2>/dev/null |
+    sed -n 's/^ *U \(dbus_.*\)/PROVIDE(\1 = 0);/p' >"$sysroot.new/withoutDbus.ld"
   mv "$sysroot.new" "$sysroot"
 fi
 set -x
 cmake -G Ninja -S . -B "build/$processor" -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/cross.cmake" \
   -DSIPUTILITY_CROSS="$processor" -DSIPUTILITY_SYSROOT="$sysroot" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DSIPUTILITY_WERROR=ON -DSIPUTILITY_CAPTURES=OFF
+  -DSIPUTILITY_WERROR=ON
 cmake --build "build/$processor"
 ctest --test-dir "build/$processor" --output-on-failure -j "$(nproc)" "$@"
