@@ -22,7 +22,7 @@ scripts/need.sh "${tools[@]}" cmake ninja CLI/CLI.hpp nlohmann/json.hpp utf8.h g
   python3-jsonschema
 
 sysroot=$PWD/build/sysroot-$processor
-if [ ! -d "$sysroot" ]; then
+if [ ! -f "$sysroot/withoutDbus.ld" ]; then
   # apt works in a folder of its own, so that the machine's list of architectures does not change. A
   # package list that cannot be fetched does not stop the script: the download below decides.
   folder=$(mktemp -d)
@@ -37,6 +37,7 @@ if [ ! -d "$sysroot" ]; then
   done
   "${tools[0]%g++}nm" "$sysroot.new"/usr/lib/*/libpcap.a 2>/dev/null |
     sed -n 's/^ *U \(dbus_.*\)/PROVIDE(\1 = 0);/p' >"$sysroot.new/withoutDbus.ld"
+  rm -rf "$sysroot"
   mv "$sysroot.new" "$sysroot"
 fi
 set -x
