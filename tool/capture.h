@@ -4,7 +4,6 @@
 
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include "input.h"
 #include "layers.h"
@@ -18,8 +17,8 @@ struct CaptureCounts {
   TcpCounts tcp;
 };
 
-// Returns the counts that are not 0, a line each: `2 gaps in TCP streams`.
-std::vector<std::string> captureNotes(const CaptureCounts& counts);
+// Prints the counts that are not 0 on standard error, a line each: `2 gaps in TCP streams`.
+void printNotes(const std::string& name, const CaptureCounts& counts);
 
 // Not a pcap filter, or a program that was built without libpcap.
 struct CaptureUsageError : std::runtime_error {

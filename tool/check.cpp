@@ -292,10 +292,8 @@ std::string checkCapture(Input& input, Checker& checker, const Reached& reached)
   try {
     const unsigned long before = checker.counts().messages;
     std::string error = readCapture(input, "", check, counts);
-    for (const std::string& note : captureNotes(counts)) {
-      if (checker.counts().messages == before) {
-        complain(checker.file() + ": " + note, kAccepted);
-      }
+    if (checker.counts().messages == before) {
+      printNotes(checker.file(), counts);
     }
     return error;
   } catch (const CaptureUsageError& error) {

@@ -262,9 +262,7 @@ int runCapture(const MessageOptions& options, const std::string& name, Input& in
     progress.at(input.position());
   };
   const std::string error = readCapture(input, options.filter, print, counts);
-  for (const std::string& note : captureNotes(counts)) {
-    complain(name + ": " + note, kAccepted);
-  }
+  printNotes(name, counts);
   if (error.empty()) {
     return kAccepted;
   }
