@@ -1,25 +1,18 @@
 // address.cpp - siputil address: splits SIP addresses into pieces, edits them and writes them back.
-#include <charconv>
 
+#include "text.h"
 #include "textCommand.h"
 
 namespace {
 
-// Reads a text as a port number; false when it is none.
-bool readPort(std::string_view text, unsigned short& port) {
-  const char* end = text.data() + text.size();
-  const std::from_chars_result result = std::from_chars(text.data(), end, port);
-  return result.ec == std::errc() && result.ptr == end;
-}
-
 std::string checkEdit(const Edit& edit) {
   unsigned short port = 0;
-  return edit.name != "port" || readPort(edit.value, port) ? "" : "a number from 0 to 65535";
+  return edit.name != "port" || readNumber(edit.value, port) ? "" : "a number from 0 to 65535";
 }
 
 VARN_EXCEPTION_CODES setPort(SipAddress& address, const SipString& value) {
   unsigned short port = 0;
-  readPort(view(value), port);
+  readNumber(view(value), port);
   address.setPort(port);
   return address.GetLastErrorCode();
 }
@@ -37,10 +30,20 @@ const Setter<SipAddress> kSetters[] = {
 
 struct AddressReading : Reading {
   AddressReading(const Options& options, const std::string& text) : address(toSipString(text)) {
+    if (address.GetLastErrorCode() != VARN_OK) {
+      place = placeInAddress(text);
+    } else {
+      notKept = notKeptOfAddress(text);
+      addNotKept(*this, notKept);
+    }
     code = applyAll(address, options.edits, kSetters);
   }
 
-  nlohmann::ordered_json json() override { return toJson(address, code); }
+  nlohmann::ordered_json json() override {
+    nlohmann::ordered_json object = toJson(address, code);
+    object["notKept"] = notKept;
+    return object;
+  }
 
   Pieces line() override { return with(pieces(address), "text", address.toString()); }
 
@@ -51,6 +54,7 @@ struct AddressReading : Reading {
   }
 
   SipAddress address;
+  std::vector<std::string> notKept;
 };
 
 }  // namespace

@@ -15,6 +15,9 @@ namespace {
 
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kDumpWidth = 16;
+constexpr unsigned int kMaxDepth = 8;                        // of parts that are read one by one
+constexpr std::size_t kMaxEpilogues = std::size_t{1} << 26;  // bytes that theirs have together
+constexpr std::string_view kMultipart = "multipart";
 
 unsigned char* data(std::string& bytes) { return reinterpret_cast<unsigned char*>(bytes.data()); }
 
@@ -76,7 +79,7 @@ const SipMultipartMessageBody* following(const SipMultipartMessageBody* node) {
 }
 
 bool isMultipartType(std::string_view contentType) {
-  return contentType.find("multipart") < contentType.find(';');
+  return contentType.find(kMultipart) < contentType.find(';');
 }
 
 template <typename Function>
@@ -86,36 +89,209 @@ void forEachHeader(const SipMultipartMessageBody& node, Function function) {
   }
 }
 
+bool parse(SipMultipartMessageBodyUtility& utility, std::string_view body,
+           const std::string& contentType) {
+  std::string copy(body);
+  return body.size() <= UINT32_MAX &&
+         utility.wySipGetMultiPartMessageBody(data(copy), static_cast<unsigned int>(body.size()),
+                                              contentType.c_str()) != nullptr;
+}
+
+// Returns the text with a word in place of another one of the same length.
+std::string replaced(std::string_view text, std::string_view word, std::string_view other) {
+  std::string result(text);
+  for (std::size_t at = result.find(word); at != std::string::npos; at = result.find(word, at)) {
+    result.replace(at, word.size(), other);
+  }
+  return result;
+}
+
+// Returns "multipart" in letters of other case, which a body does not have: the library then takes
+// it for any other type. "" if the body has them all, or has no "multipart".
+std::string hiddenWord(std::string_view body) {
+  if (body.find(kMultipart) == std::string_view::npos) {
+    return "";
+  }
+  for (std::size_t i = 0; i < kMultipart.size(); ++i) {
+    std::string word(kMultipart);
+    word[i] = static_cast<char>(word[i] ^ 0x20);
+    if (body.find(word) == std::string_view::npos) {
+      return word;
+    }
+  }
+  return "";
+}
+
+// A parameter that is set comes first, so they are set from the last one on.
+void showWord(SipHeader& header, std::string_view hidden) {
+  std::vector<std::pair<std::string, std::string>> params;
+  for (const SipParam& param : siputility::paramsOf(header)) {
+    params.emplace_back(replaced(view(param.getName()), hidden, kMultipart),
+                        replaced(view(param.getValue()), hidden, kMultipart));
+  }
+  if (view(header.toString()).find(hidden) == std::string_view::npos) {
+    return;
+  }
+  header.setValue(toSipString(replaced(view(header.getValue()), hidden, kMultipart)));
+  for (auto param = params.rbegin(); param != params.rend(); ++param) {
+    header.setParameter(toSipString(param->first), toSipString(param->second));
+  }
+}
+
+// Restores the word in what a parse has made.
+void showWord(SipMultipartMessageBodyUtility& utility, std::string_view hidden) {
+  const auto show = [hidden](char* text, std::size_t length) {
+    const std::string shown = replaced({text, length}, hidden, kMultipart);
+    std::copy(shown.begin(), shown.end(), text);
+  };
+  for (const SipMultipartMessageBody* node = utility.m_pMultipartMsgHead; node != nullptr;
+       node = following(node)) {
+    show(reinterpret_cast<char*>(node->body), node->bodyLength);
+    for (char* text : {node->preamble, node->epilogue}) {
+      show(text, text == nullptr ? 0 : std::strlen(text));
+    }
+    forEachHeader(*node, [hidden](SipHeader& header) { showWord(header, hidden); });
+  }
+}
+
+// Returns the Content-Type of a part that is multipart itself, as the library takes it; else "".
+std::string multipartTypeOf(const SipMultipartMessageBody& node) {
+  std::string type;
+  forEachHeader(node, [&type](SipHeader& header) {
+    const std::string_view name = view(header.getName());
+    const std::string_view value = view(header.getValue());
+    if (type.empty() && (sameIgnoringCase(name, "Content-Type") || sameIgnoringCase(name, "c")) &&
+        sameIgnoringCase(value.substr(0, kMultipart.size()), kMultipart)) {
+      type =
+          std::string(kMultipart).append(view(header.getHeaderValue()).substr(kMultipart.size()));
+    }
+  });
+  return type;
+}
+
 void subtract(std::size_t& from, std::size_t size) { from -= std::min(from, size); }
 
-}  // namespace
-
-BodyTree::BodyTree(std::string_view body, const std::string& contentType) : accepted_(false) {
-  std::string copy(body);
-  accepted_ = body.size() <= UINT32_MAX && utility_.wySipGetMultiPartMessageBody(
-                                               data(copy), static_cast<unsigned int>(body.size()),
-                                               contentType.c_str()) != nullptr;
-  std::size_t elsewhere = body.size();  // what is in no content, as far as the nodes say
-  for (const SipMultipartMessageBody* node = utility_.m_pMultipartMsgHead; node != nullptr;
+// Returns the parts of one parse of a body of this size.
+std::vector<Part> partsOf(const SipMultipartMessageBodyUtility& utility, std::size_t size) {
+  std::vector<Part> parts;
+  std::size_t elsewhere = size;  // what is in no content, as far as the nodes say
+  for (const SipMultipartMessageBody* node = utility.m_pMultipartMsgHead; node != nullptr;
        node = following(node)) {
-    const std::size_t i = parts_.size();
-    const bool nested = i != 0 && parts_[i - 1].node == node->parent;
+    const std::size_t i = parts.size();
+    const bool nested = i != 0 && parts[i - 1].node == node->parent;
     Part part = {i + 1, 0, 0, node, {reinterpret_cast<const char*>(node->body), node->bodyLength},
                  false};
     if (i != 0) {
-      part.parent = nested ? i : parts_[i - 1].parent;
-      part.depth = parts_[i - 1].depth + (nested ? 1 : 0);
+      part.parent = nested ? i : parts[i - 1].parent;
+      part.depth = parts[i - 1].depth + (nested ? 1 : 0);
     }
     subtract(elsewhere, part.content.size());
     subtract(elsewhere, node->preamble == nullptr ? 0 : std::strlen(node->preamble));
-    parts_.push_back(part);
+    parts.push_back(part);
   }
-  if (!parts_.empty() && parts_.back().node->epilogue != nullptr) {  // the others include it
-    subtract(elsewhere, std::strlen(parts_.back().node->epilogue));
+  if (!parts.empty() && parts.back().node->epilogue != nullptr) {  // the others include it
+    subtract(elsewhere, std::strlen(parts.back().node->epilogue));
   }
-  for (Part& part : parts_) {
+  for (Part& part : parts) {
     part.mayBeLonger = elsewhere > UINT16_MAX;
   }
+  return parts;
+}
+
+}  // namespace
+
+BodyTree::BodyTree(std::string_view body, const std::string& contentType) {
+  Utility& whole = makeUtility();
+  accepted_ = parse(whole, body, contentType);
+  if (!accepted_) {
+    takenApart_ = readApart(body, contentType);
+    accepted_ = takenApart_;
+  }
+  if (!takenApart_) {
+    parts_.clear();
+    add(partsOf(whole, body.size()), nullptr);
+  }
+}
+
+BodyTree::Utility& BodyTree::makeUtility() {
+  return *utilities_.emplace_back(std::make_unique<Utility>());
+}
+
+// Adds the parts of one parse, which know only each other.
+void BodyTree::add(const std::vector<Part>& parts, const Part* outer) {
+  const std::size_t known = parts_.size();
+  for (Part part : parts) {
+    part.number += known;
+    part.parent = part.parent != 0 ? part.parent + known : outer != nullptr ? outer->number : 0;
+    part.depth += outer != nullptr ? outer->depth + 1 : 0;
+    parts_.push_back(part);
+  }
+}
+
+// Reads a body level by level. A part comes before those in it, so the next one is the last pending
+// one.
+bool BodyTree::readApart(std::string_view body, const std::string& contentType) {
+  const Diagnostics ignored;
+  std::vector<Part> pending;
+  bool valid = readLevel(body, contentType, nullptr, pending);
+  while (valid && !pending.empty()) {
+    Part part = pending.back();
+    pending.pop_back();
+    part.number = parts_.size() + 1;
+    parts_.push_back(part);
+    valid = readContent(part, pending);
+  }
+  return valid;
+}
+
+// Reads the content of a part that is multipart itself. False for one that is not valid.
+bool BodyTree::readContent(const Part& part, std::vector<Part>& pending) {
+  const std::string type = multipartTypeOf(*part.node);
+  if (type.empty()) {
+    return true;
+  }
+  if (part.mayBeLonger || part.depth + 1 == kMaxDepth) {
+    return false;
+  }
+  Utility& inner = makeUtility();
+  if (!parse(inner, part.content, type)) {
+    return readLevel(part.content, type, &part, pending);
+  }
+  const std::vector<Part> parts = partsOf(inner, part.content.size());
+  add(parts, &part);
+  return hasRoomFor(parts);
+}
+
+// Reads the parts of a body without looking into them.
+bool BodyTree::readLevel(std::string_view body, const std::string& contentType, const Part* outer,
+                         std::vector<Part>& pending) {
+  const std::string hidden = hiddenWord(body);
+  if (hidden.empty()) {
+    return false;
+  }
+  const std::size_t slash = std::min(contentType.find('/'), contentType.size());
+  const std::string type =
+      contentType.substr(0, slash) + replaced(contentType.substr(slash), kMultipart, hidden);
+  Utility& utility = makeUtility();
+  if (!parse(utility, replaced(body, kMultipart, hidden), type)) {
+    return false;
+  }
+  std::vector<Part> parts = partsOf(utility, body.size());
+  for (Part& part : parts) {
+    part.parent = outer != nullptr ? outer->number : 0;
+    part.depth = outer != nullptr ? outer->depth + 1 : 0;
+  }
+  showWord(utility, hidden);
+  pending.insert(pending.end(), parts.rbegin(), parts.rend());
+  return hasRoomFor(parts);
+}
+
+// Counts the epilogues of one parse. Each is a copy of all after its part.
+bool BodyTree::hasRoomFor(const std::vector<Part>& parts) {
+  for (const Part& part : parts) {
+    epilogues_ += part.node->epilogue == nullptr ? 0 : std::strlen(part.node->epilogue);
+  }
+  return epilogues_ <= kMaxEpilogues;
 }
 
 MessageBody::MessageBody(const Message& message) : bytes(message.content()) {
@@ -131,7 +307,7 @@ MessageBody::MessageBody(const Message& message) : bytes(message.content()) {
   if (gzip) {
     std::optional<std::string> inflatedBytes = inflated(bytes);
     if (!inflatedBytes) {
-      faults = diagnostics.reasons(VARN_INVALID_INPUT);
+      faults = {diagnostics.reason(VARN_INVALID_INPUT)};
       return;
     }
     title = "body, " + std::to_string(bytes.size()) + " bytes of gzip";
@@ -139,7 +315,11 @@ MessageBody::MessageBody(const Message& message) : bytes(message.content()) {
   }
   if (isMultipartType(type) && !bytes.empty()) {
     tree = std::make_unique<BodyTree>(bytes, type);
-    faults = tree->accepted() ? faults : diagnostics.reasons(VARN_INVALID_INPUT);
+    if (!tree->accepted()) {
+      faults = {diagnostics.reason(VARN_INVALID_INPUT)};
+    } else if (tree->takenApart()) {
+      limit = kNestedMultipart;
+    }
   }
 }
 

@@ -26,20 +26,39 @@ struct Part {
 // What follows the length of a content that may be longer.
 constexpr const char* kOrLonger = ", or 65,536 or more";
 
-// The parts of a body under a Content-Type value.
+// Why a body that the library refuses as one is valid.
+constexpr const char* kNestedMultipart = "a multipart before another part (RFC 2046, 5.1)";
+
+// The parts of a body under a Content-Type value. The library takes a multipart only as the last
+// part of another one; where it refuses one, each content is given to it alone.
 class BodyTree {
  public:
   BodyTree(std::string_view body, const std::string& contentType);
 
-  // Returns whether the body was accepted; the parts before a fault are kept.
+  // Returns whether the body is valid; the parts before a fault are kept.
   bool accepted() const { return accepted_; }
+
+  // Returns whether the library refused the body as one.
+  bool takenApart() const { return takenApart_; }
 
   const std::vector<Part>& parts() const { return parts_; }
 
  private:
-  SipMultipartMessageBodyUtility utility_;
+  using Utility = SipMultipartMessageBodyUtility;
+
+  Utility& makeUtility();
+  void add(const std::vector<Part>& parts, const Part* outer);
+  bool hasRoomFor(const std::vector<Part>& parts);
+  bool readApart(std::string_view body, const std::string& contentType);
+  bool readContent(const Part& part, std::vector<Part>& pending);
+  bool readLevel(std::string_view body, const std::string& contentType, const Part* outer,
+                 std::vector<Part>& pending);
+
+  std::vector<std::unique_ptr<Utility>> utilities_;
   std::vector<Part> parts_;
-  bool accepted_;
+  std::size_t epilogues_ = 0;
+  bool takenApart_ = false;
+  bool accepted_ = true;
 };
 
 // The body of a message, expanded and split as its Content-Encoding and Content-Type say.
@@ -50,6 +69,7 @@ struct MessageBody {
   std::string title = "body";
   std::unique_ptr<BodyTree> tree;   // of a multipart body
   std::vector<std::string> faults;  // why the library refused it
+  std::string limit;                // how it is valid all the same; "" where that is no question
 };
 
 // Each returns what the library makes of the bytes; nothing when it refuses them.

@@ -6,6 +6,7 @@
 #include "body.h"
 #include "command.h"
 #include "dump.h"
+#include "validSip.h"
 
 namespace {
 
@@ -47,8 +48,10 @@ int run(const BodyOptions& options) {
   }
   if (options.verbose) {
     diagnostics.printAll("");
+  } else if (tree.takenApart()) {
+    complain(std::string(kNotTakenApart) + kNestedMultipart, kAccepted);
   } else if (!tree.accepted()) {
-    diagnostics.printReasons("", VARN_INVALID_INPUT);
+    complain(diagnostics.reason(VARN_INVALID_INPUT), kRefused);
   }
   if (options.part != 0 && parts.empty()) {
     return complain("there is no part " + std::to_string(options.part), kRefused);
@@ -85,8 +88,7 @@ int runConversion(CommandLine& line, std::optional<std::string> (*convert)(std::
   if (!diagnostics.hasFailure()) {
     return complain(refusal, kRefused);
   }
-  diagnostics.printReasons("", 0);
-  return kRefused;
+  return complain(diagnostics.reason(0), kRefused);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <map>
 #include <optional>
+#include <tuple>
 
 #include "body.h"
 #include "capture.h"
@@ -18,7 +19,9 @@
 #include "log.h"
 #include "message.h"
 #include "progress.h"
+#include "remarks.h"
 #include "textInput.h"
+#include "validSip.h"
 
 namespace {
 
@@ -26,7 +29,6 @@ namespace fs = std::filesystem;
 
 // Bounds of what is kept, whatever is checked.
 constexpr std::size_t kMaxReasons = 1000;
-constexpr std::size_t kMaxReasonLines = 8;
 constexpr std::size_t kMaxExampleText = 100;
 
 struct CheckOptions {
@@ -35,8 +37,23 @@ struct CheckOptions {
   bool json = false;
 };
 
-// The lines that say why something was refused.
-using Reason = std::vector<std::string>;
+// What is said of a message: that it is faulty, that something is remarkable, that the library does
+// not take it apart.
+enum class Kind { kRefused, kRemark, kLimit };
+
+struct Reason {
+  Kind kind;
+  std::string words;
+
+  bool operator<(const Reason& other) const {
+    return std::tie(kind, words) < std::tie(other.kind, other.words);
+  }
+};
+
+const char* nameOf(Kind kind) {
+  constexpr const char* kNames[] = {"refused", "remark", "limit"};
+  return kNames[static_cast<std::size_t>(kind)];
+}
 
 struct Example {
   std::string file;
@@ -45,6 +62,13 @@ struct Example {
   std::string callId;
   std::optional<std::string> field;  // none for a message apart from its fields
   std::string text;
+};
+
+// Where something was found.
+struct Find {
+  std::size_t offset;
+  const Field* field;  // null for a message apart from its fields
+  std::string_view text;
 };
 
 struct Group {
@@ -56,7 +80,9 @@ struct Counts {
   unsigned long files = 0;
   unsigned long messages = 0;
   unsigned long fields = 0;
-  unsigned long refused = 0;
+  unsigned long of[3] = {};  // each kind
+
+  unsigned long operator[](Kind kind) const { return of[static_cast<std::size_t>(kind)]; }
 };
 
 bool isAlphanumeric(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; }
@@ -116,11 +142,13 @@ class Checker {
   const std::string& file() const { return file_; }
   const Counts& counts() const { return counts_; }
 
-  // Returns the groups, largest first.
+  // Returns the groups of each kind, the largest first.
   std::vector<std::pair<Reason, Group>> groups() const {
     std::vector<std::pair<Reason, Group>> sorted(groups_.begin(), groups_.end());
-    std::stable_sort(sorted.begin(), sorted.end(),
-                     [](const auto& a, const auto& b) { return a.second.count > b.second.count; });
+    std::stable_sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) {
+      return std::make_pair(a.first.kind, b.second.count) <
+             std::make_pair(b.first.kind, a.second.count);
+    });
     return sorted;
   }
 
@@ -128,46 +156,74 @@ class Checker {
   void check(const Message& message) {
     ++counts_.messages;
     for (const std::string& fault : message.faults) {
-      refuse({fault.substr(0, fault.find(": "))}, message.offset, std::nullopt, fault);
+      add(Kind::kRefused, withoutNumbers(fault.substr(0, fault.find(": "))),
+          {message.offset, nullptr, fault});
     }
+    const std::vector<Remark> remarks = remarksOn(message);
+    addRemarks(message, nullptr, remarks);
     for (const Field& field : message.fields) {
       ++counts_.fields;
-      const Diagnostics diagnostics;
-      const SipHeader header(toSipString(field.name), toSipString(field.value));
-      if (header.GetLastErrorCode() != VARN_OK) {
-        refuse(diagnostics.reasons(header.GetLastErrorCode()), field.offset, field.name,
-               field.value);
-      }
+      check(field);
+      addRemarks(message, &field, remarks);
     }
     const MessageBody body(message);
-    if (!body.faults.empty()) {
-      refuse(body.faults, message.bodyOffset, std::nullopt,
-             "body, " + std::to_string(message.contentSize()) + " bytes");
+    const std::string bytes = "body, " + std::to_string(message.contentSize()) + " bytes";
+    for (const std::string& fault : body.faults) {
+      add(Kind::kRefused, withoutNumbers(fault), {message.bodyOffset, nullptr, bytes});
+    }
+    if (!body.limit.empty()) {
+      add(Kind::kLimit, kNotTakenApart + body.limit, {message.bodyOffset, nullptr, bytes});
     }
   }
 
-  void refuse(Reason reason, std::size_t offset, const std::optional<std::string>& field,
-              const std::string& text) {
-    ++counts_.refused;
-    reason.resize(std::min(reason.size(), kMaxReasonLines));
-    std::transform(reason.begin(), reason.end(), reason.begin(), withoutNumbers);
-    if (groups_.size() >= kMaxReasons && groups_.count(reason) == 0) {
-      reason = {"other reasons"};
+  void check(const Field& field) {
+    const Diagnostics diagnostics;
+    const SipHeader header(toSipString(field.name), toSipString(field.value));
+    if (header.GetLastErrorCode() == VARN_OK) {
+      return;
     }
-    const auto group = groups_.find(reason);
-    if (group != groups_.end()) {
-      ++group->second.count;
+    const std::string limit = limitOf(field.name, field.value);
+    const Kind kind = limit.empty() ? Kind::kRefused : Kind::kLimit;
+    add(kind,
+        limit.empty() ? withoutNumbers(diagnostics.reason(header.GetLastErrorCode()))
+                      : kNotTakenApart + limit,
+        {field.offset, &field, field.value});
+  }
+
+  // Adds the remarks on a field, or on the complete message.
+  void addRemarks(const Message& message, const Field* field, const std::vector<Remark>& remarks) {
+    for (const Remark& remark : remarks) {
+      if (remark.field == field) {
+        const std::size_t offset = field == nullptr ? message.offset : field->offset;
+        add(remark.fault ? Kind::kRefused : Kind::kRemark,
+            lineOf({remark.words, "", remark.section, nullptr, false}),
+            {offset, field, field == nullptr ? message.startLine : field->value});
+      }
+    }
+  }
+
+  void add(Kind kind, const std::string& words, const Find& find) {
+    ++counts_.of[static_cast<std::size_t>(kind)];
+    Reason reason = {kind, words};
+    const auto known = groups_.find(reason);
+    if (known != groups_.end()) {
+      ++known->second.count;
+      return;
+    }
+    if (groups_.size() >= kMaxReasons) {
+      reason.words = "other reasons";
+    }
+    Example first = {
+        file_, 0, {}, callId_, std::nullopt, std::string(find.text.substr(0, kMaxExampleText))};
+    if (passage_ == nullptr) {
+      first.line = lineAt_(find.offset);
     } else {
-      const std::size_t line = passage_ == nullptr ? lineAt_(offset) : 0;
-      Example first = {file_, line, {}, callId_, field, text.substr(0, kMaxExampleText)};
-      if (passage_ != nullptr) {
-        first.passage = *passage_;
-      }
-      if (first.field) {
-        first.field->resize(std::min(first.field->size(), kMaxExampleText));
-      }
-      groups_.emplace(std::move(reason), Group{1, std::move(first)});
+      first.passage = *passage_;
     }
+    if (find.field != nullptr) {
+      first.field = find.field->name.substr(0, kMaxExampleText);
+    }
+    ++groups_.emplace(std::move(reason), Group{0, std::move(first)}).first->second.count;
   }
 
   std::string file_;
@@ -232,7 +288,9 @@ void printJson(const Checker& checker) {
   nlohmann::ordered_json object = {{"files", counts.files},
                                    {"messages", counts.messages},
                                    {"fields", counts.fields},
-                                   {"refused", counts.refused},
+                                   {"refused", counts[Kind::kRefused]},
+                                   {"remarks", counts[Kind::kRemark]},
+                                   {"limits", counts[Kind::kLimit]},
                                    {"reasons", nlohmann::ordered_json::array()}};
   for (const auto& [reason, group] : checker.groups()) {
     const Example& first = group.first;
@@ -247,7 +305,10 @@ void printJson(const Checker& checker) {
     }
     example["field"] = first.field ? nlohmann::ordered_json(*first.field) : nullptr;
     example["text"] = first.text;
-    object["reasons"].push_back({{"reason", reason}, {"count", group.count}, {"first", example}});
+    object["reasons"].push_back({{"kind", nameOf(reason.kind)},
+                                 {"reason", reason.words},
+                                 {"count", group.count},
+                                 {"first", example}});
   }
   std::cout << jsonLine(object) << '\n';
 }
@@ -264,14 +325,16 @@ std::string placeText(const Example& example) {
 
 void printGroups(const Checker& checker) {
   const auto groups = checker.groups();
-  const std::size_t width = groups.empty() ? 0 : std::to_string(groups.front().second.count).size();
+  std::size_t width = 0;
+  for (const auto& each : groups) {
+    width = std::max(width, std::to_string(each.second.count).size());
+  }
   const std::string indent(width + 2, ' ');
   for (const auto& [reason, group] : groups) {
     const std::string count = std::to_string(group.count);
-    std::cout << std::string(width - count.size(), ' ') << emphasised(count);
-    for (const std::string& line : reason) {
-      std::cout << (&line == &reason.front() ? "  " : indent) << printable(line) << '\n';
-    }
+    std::cout << std::string(width - count.size(), ' ') << emphasised(count)
+              << (reason.kind == Kind::kRemark ? "  remark: " : "  ") << printable(reason.words)
+              << '\n';
     const Example& first = group.first;
     std::cout << indent << "first: " << printable(first.file) << ':' << placeText(first) << ": "
               << (first.field ? printable(*first.field) + ": " : "") << printable(first.text)
@@ -279,7 +342,12 @@ void printGroups(const Checker& checker) {
   }
   const Counts& counts = checker.counts();
   std::cout << counts.files << " files, " << counts.messages << " messages, " << counts.fields
-            << " header fields, " << counts.refused << " refused\n";
+            << " header fields, " << counts[Kind::kRefused] << " refused"
+            << remarkCount(counts[Kind::kRemark]);
+  if (counts[Kind::kLimit] != 0) {
+    std::cout << ", " << counts[Kind::kLimit] << " valid but not taken apart";
+  }
+  std::cout << '\n';
 }
 
 // Each checks a file and reports how far it is. Returns what is wrong with it, or "". Of a capture
@@ -370,7 +438,7 @@ int run(const CheckOptions& options) {
   } else {
     printGroups(checker);
   }
-  return std::max(status, checker.counts().refused == 0 ? kAccepted : kRefused);
+  return std::max(status, checker.counts()[Kind::kRefused] == 0 ? kAccepted : kRefused);
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "place.h"
+
 // Collects the module log during its lifetime. While an inner object lives, it alone collects.
 class Diagnostics {
  public:
@@ -20,13 +22,12 @@ class Diagnostics {
   // Returns whether a failure was logged.
   bool hasFailure() const;
 
-  // Returns why a text was refused with this code: the failures that were logged, or a line that
-  // says there are none.
-  std::vector<std::string> reasons(unsigned int code) const;
+  // Returns why a text was refused with this code: plain words, and in brackets the line of the
+  // library that they are about, if there is one. A place in the text makes them more precise.
+  std::string reason(unsigned int code, const Place* place = nullptr) const;
 
-  // Prints the reasons or all lines on standard error, the place before each.
-  void printReasons(const std::string& place, unsigned int code) const;
-  void printAll(const std::string& place) const;
+  // Prints all lines on standard error, the prefix before each.
+  void printAll(const std::string& prefix) const;
 
  private:
   struct Line {
@@ -37,6 +38,7 @@ class Diagnostics {
   };
 
   void install();
+  std::size_t lastCause(std::size_t before, bool traces) const;
 
   std::vector<Line> lines_;
   Diagnostics* outer_;

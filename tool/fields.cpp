@@ -2,6 +2,7 @@
 #include "fields.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "text.h"
 
@@ -9,6 +10,7 @@ namespace {
 
 constexpr std::size_t kMaxSteps = 2;  // from a misspelt name to the one it may mean
 
+constexpr std::size_t kLongestName = 24;
 constexpr bool kList = true;
 constexpr bool kAddress = true;
 
@@ -68,6 +70,7 @@ const FieldKind kFields[] = {
     {"P-Associated-URI", 0, kList, kAddress},
     {"P-Called-Party-ID", 0, false, kAddress},
     {"P-Charge-Info", 0, false, kAddress},
+    {"P-Charging-Vector", 0, false, false},
     {"P-Early-Media", 0, kList, false},
     {"P-Media-Authorization", 0, kList, false},
     {"P-Preferred-Identity", 0, kList, kAddress},
@@ -135,6 +138,26 @@ const FieldKind kFields[] = {
     {"Warning", 0, kList, false},
 };
 
+// The fields by the length of a name; those of length 1 by their compact form.
+class LengthIndex {
+ public:
+  LengthIndex() : fields_(kLongestName + 1) {
+    for (const FieldKind& field : kFields) {
+      fields_[field.name.size()].push_back(&field);
+      if (field.compact != 0) {
+        fields_[1].push_back(&field);
+      }
+    }
+  }
+
+  const std::vector<const FieldKind*>& ofLength(std::size_t length) const {
+    return fields_[length > kLongestName ? 0 : length];
+  }
+
+ private:
+  std::vector<std::vector<const FieldKind*>> fields_;
+};
+
 // Whether a walk over a value is between angle brackets, between quotes, or neither.
 class Nesting {
  public:
@@ -164,14 +187,20 @@ class Nesting {
 }  // namespace
 
 const FieldKind* findField(std::string_view name) {
-  for (const FieldKind& field : kFields) {
-    if (sameIgnoringCase(name, field.name) ||
-        (field.compact != 0 && sameIgnoringCase(name, {&field.compact, 1}))) {
-      return &field;
+  static const LengthIndex index;
+  for (const FieldKind* field : index.ofLength(name.size())) {
+    const std::string_view known =
+        name.size() == 1 ? std::string_view{&field->compact, 1} : field->name;
+    if (sameIgnoringCase(name, known)) {
+      return field;
     }
   }
   return nullptr;
 }
+
+std::size_t fieldCount() { return std::size(kFields); }
+
+std::size_t numberOf(const FieldKind& field) { return static_cast<std::size_t>(&field - kFields); }
 
 std::string_view likelyField(std::string_view name) {
   const std::string_view prefix = name.substr(0, 2);

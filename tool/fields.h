@@ -17,6 +17,10 @@ struct FieldKind {
 // an unknown one.
 const FieldKind* findField(std::string_view name);
 
+// Returns how many fields are known, and the number of one of them, from 0.
+std::size_t fieldCount();
+std::size_t numberOf(const FieldKind& field);
+
 // Returns the known field that an unknown name is likely to mean; "" for none, for a short name and
 // for one that begins with "X-" or "P-".
 std::string_view likelyField(std::string_view name);

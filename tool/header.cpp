@@ -1,6 +1,7 @@
 // header.cpp - siputil header: splits header fields into pieces, edits them and writes them back.
 #include "fields.h"
 #include "textCommand.h"
+#include "validSip.h"
 
 namespace {
 
@@ -26,15 +27,24 @@ struct HeaderReading : Reading {
       reason = "a header field is NAME: VALUE, but there is no colon";
       return;
     }
+    if (header.GetLastErrorCode() != VARN_OK) {
+      limit = limitOf(nameOf(text), valueOf(text));
+      place = placeInHeader(text);
+    }
     code = applyAll(header, options.edits, kSetters);
     const std::string name(trimmed(nameOf(text)));
     const std::string_view meant = likelyField(name);
     if (!meant.empty()) {
-      note = "note: '" + name + "' is no known field, is it '" + std::string(meant) + "'?";
+      notes.push_back("note: '" + name + "' is no known field, is it '" + std::string(meant) +
+                      "'?");
     }
   }
 
-  nlohmann::ordered_json json() override { return toJson(header, code); }
+  nlohmann::ordered_json json() override {
+    nlohmann::ordered_json object = toJson(header, code);
+    object["limit"] = limit.empty() ? nullptr : nlohmann::ordered_json(limit);
+    return object;
+  }
 
   Pieces line() override { return with(pieces(header), "text", header.toString()); }
 

@@ -2,29 +2,15 @@
 #include "message.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "fields.h"
 #include "text.h"
-#include "wySipMatch.h"
 
 namespace {
 
 constexpr std::string_view kVersion = "SIP/2.0";
 
-bool isToken(std::string_view text) {
-  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
-    return WySipIsToken(static_cast<unsigned char>(c)) != 0;
-  });
-}
-
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
-
-bool readNumber(std::string_view digits, std::size_t& number) {
-  const char* end = digits.data() + digits.size();
-  const std::from_chars_result result = std::from_chars(digits.data(), end, number);
-  return !digits.empty() && result.ec == std::errc() && result.ptr == end;
-}
 
 // Returns what the Content-Length fields say; nothing when there is none or they say nothing
 // certain, which is a fault.
@@ -61,13 +47,14 @@ void addField(Message& message, std::string_view line, std::size_t offset) {
   const bool compact = kind != nullptr && trimmed(name).size() == 1;
   const std::string shown(compact ? kind->name : name);
   if (kind == nullptr || !kind->list) {
-    message.fields.push_back({shown, std::string(trimmed(value)), offset});
+    message.fields.push_back({shown, std::string(trimmed(value)), offset, std::string(line), kind});
     return;
   }
   const std::vector<std::string_view> pieces = splitList(value);
   for (const std::string_view piece : pieces) {
     if (pieces.size() == 1 || !trimmed(piece).empty()) {
-      message.fields.push_back({shown, std::string(trimmed(piece)), offset});
+      message.fields.push_back({shown, std::string(trimmed(piece)), offset,
+                                std::string(name).append(":").append(piece), kind});
     }
   }
 }
@@ -216,9 +203,29 @@ void MessageReader::readBody(Message& message) {
   message.body = text_.substr(position_, length ? *length : lengthToStartLine());
   position_ += message.body.size();
   const std::size_t sent = message.contentSize();
-  if (stated && sent != *stated) {
+  if (stated && sent < *stated) {
     message.faults.emplace_back("the body has " + std::to_string(sent) + " of " +
                                 std::to_string(*stated) + " bytes");
+  } else if (stated) {
+    readRestOfBody(message, *stated);
+  }
+}
+
+// A body that ends inside a line is longer than its Content-Length says; it then ends before the
+// next start line.
+void MessageReader::readRestOfBody(Message& message, std::size_t stated) {
+  const std::string_view next = text_.substr(position_, 1);
+  const char last = message.body.empty() ? '\n' : message.body.back();
+  const bool insideLineEnd = message.contentSize() > stated || (last == '\r' && next == "\n");
+  const bool insideLine = last != '\n' && next.find_first_not_of("\r\n") == 0;
+  const std::size_t rest = insideLineEnd || insideLine ? lengthToStartLine() : 0;
+  message.body = text_.substr(message.bodyOffset, message.body.size() + rest);
+  position_ += rest;
+  const std::size_t sent = message.contentSize();
+  if (sent > stated) {
+    message.faults.emplace_back("Content-Length is too small: " + std::to_string(stated) +
+                                " bytes, but " + std::to_string(sent - stated) +
+                                " more before the next start line");
   }
 }
 

@@ -8,11 +8,15 @@
 #include <string_view>
 #include <vector>
 
+#include "fields.h"
+
 // One value of a header field: a field that is a list has several.
 struct Field {
-  std::string name;        // the long form of a compact one, else as received
-  std::string value;       // unfolded, without the white space around it
-  std::size_t offset = 0;  // of its line in the text
+  std::string name;                 // the long form of a compact one, else as received
+  std::string value;                // unfolded, without the white space around it
+  std::size_t offset = 0;           // of its line in the text
+  std::string raw;                  // name and value as received, unfolded
+  const FieldKind* kind = nullptr;  // null for an unknown field
 };
 
 struct Message {
@@ -79,6 +83,7 @@ class MessageReader {
   std::optional<std::string> nextHeaderLine();
   void readFields(Message& message);
   void readBody(Message& message);
+  void readRestOfBody(Message& message, std::size_t stated);
   std::optional<std::size_t> bodyLength(Message& message, std::size_t stated);
   bool isMessageEnd(std::size_t position) const;
   std::size_t beforeStartLine(std::size_t position) const;

@@ -12,8 +12,11 @@
 #include "input.h"
 #include "log.h"
 #include "message.h"
+#include "place.h"
 #include "progress.h"
+#include "remarks.h"
 #include "textInput.h"
+#include "validSip.h"
 #include "via.h"
 
 namespace {
@@ -35,6 +38,20 @@ struct Counts {
   unsigned long messages = 0;
   unsigned long fields = 0;
   unsigned long refused = 0;
+  unsigned long remarks = 0;
+};
+
+// What is said of a message apart from its fields and its body.
+struct Findings {
+  Findings() = default;
+  explicit Findings(const Message& message) : faults(message.faults) {
+    for (const Remark& remark : remarksOn(message)) {
+      (remark.fault ? faults : remarks).push_back(lineOf(remark));
+    }
+  }
+
+  std::vector<std::string> faults;
+  std::vector<std::string> remarks;
 };
 
 // Returns whether a field is asked for, by its long or compact name.
@@ -59,7 +76,9 @@ class MessagePrinter {
   // returns for offsets.
   void print(const Message& message, const Passage* passage, const LineAt& lineAt) {
     ++counts_.messages;
-    counts_.refused += message.faults.size();
+    findings_ = Findings(message);
+    counts_.refused += findings_.faults.size();
+    counts_.remarks += findings_.remarks.size();
     lineAt_ = lineAt;
     line_ = passage == nullptr ? lineAt(message.offset) : 0;
     if (options_.json) {
@@ -87,12 +106,14 @@ class MessagePrinter {
     explicit ReadField(const Field& field)
         : header(toSipString(field.name), toSipString(field.value)),
           code(header.GetLastErrorCode()),
+          limit(code == VARN_OK ? "" : limitOf(field.name, field.value)),
           isVia(code == VARN_OK && sameIgnoringCase(trimmed(field.name), "Via")),
           sentBy(isVia ? sentByUri(field.value) : "") {}
 
     Diagnostics diagnostics;
     SipHeader header;
     VARN_EXCEPTION_CODES code;
+    std::string limit;   // why a refused one is valid all the same
     bool isVia;          // and accepted
     std::string sentBy;  // of a Via; "" where it cannot be reduced
   };
@@ -116,7 +137,7 @@ class MessagePrinter {
 
   void count(const ReadField& read) {
     ++counts_.fields;
-    counts_.refused += read.code == VARN_OK ? 0 : 1;
+    counts_.refused += read.code == VARN_OK || !read.limit.empty() ? 0U : 1U;
     if (options_.verbose) {
       read.diagnostics.printAll("message " + std::to_string(counts_.messages) + ": ");
     }
@@ -140,18 +161,22 @@ class MessagePrinter {
       ReadField read(field);
       count(read);
       if (isWanted(field, options_.only)) {
-        object["headers"].push_back(fieldJson(read));
+        object["headers"].push_back(fieldJson(field, read));
       }
     }
     const MessageBody body(message);
-    counts_.refused += body.faults.empty() ? 0U : 1U;
+    counts_.refused += body.faults.size();
     addContent(object["body"], body.bytes);
     if (body.tree != nullptr) {
       object["body"]["parts"] = toJson(body.tree->parts());
     }
-    object["faults"] = message.faults;
+    object["faults"] = findings_.faults;
     for (const std::string& fault : body.faults) {
       object["faults"].push_back(fault);
+    }
+    object["remarks"] = findings_.remarks;
+    if (!body.limit.empty()) {
+      object["remarks"].push_back(kNotTakenApart + body.limit);
     }
     std::cout << jsonLine(object) << '\n';
   }
@@ -160,13 +185,27 @@ class MessagePrinter {
     return {{"address", addressText(endpoint)}, {"port", endpoint.port}};
   }
 
-  static nlohmann::ordered_json fieldJson(ReadField& read) {
+  static nlohmann::ordered_json fieldJson(const Field& field, ReadField& read) {
     nlohmann::ordered_json header = toJson(read.header, read.code);
     if (read.isVia) {
       header["sentBy"] = read.sentBy.empty() ? nullptr : nlohmann::ordered_json(read.sentBy);
     }
+    addRefusal(header, field, read);
     header["diagnostics"] = read.diagnostics.toJson();
     return header;
+  }
+
+  static void addRefusal(nlohmann::ordered_json& header, const Field& field,
+                         const ReadField& read) {
+    header["limit"] = read.limit.empty() ? nullptr : nlohmann::ordered_json(read.limit);
+    header["raw"] = field.raw;
+    header["reason"] = nullptr;
+    header["offset"] = nullptr;
+    if (read.code != VARN_OK) {
+      const Place place = placeInHeader(field.raw);
+      header["reason"] = read.diagnostics.reason(read.code, &place);
+      header["offset"] = place.offset;
+    }
   }
 
   void printTree(const Message& message) {
@@ -186,7 +225,8 @@ class MessagePrinter {
       }
     }
     printBody(message);
-    printFaults(message.faults, place(line_));
+    printLines("  ! " + place(line_), findings_.faults);
+    printLines("  ? ", findings_.remarks);
   }
 
   void printField(const Field& field, const ReadField& read, std::size_t width) {
@@ -201,10 +241,7 @@ class MessagePrinter {
       std::cout << indent << "? is it '" << meant << "'?\n";
     }
     if (refused) {
-      std::string where = placeAt(field.offset);
-      for (const std::string& reason : read.diagnostics.reasons(read.code)) {
-        std::cout << indent << "! " << std::exchange(where, "") << printable(reason) << '\n';
-      }
+      printRefusal(field, read, indent);
       return;
     }
     const SipHeader& header = read.header;
@@ -219,12 +256,22 @@ class MessagePrinter {
     }
   }
 
+  void printRefusal(const Field& field, const ReadField& read, const std::string& indent) {
+    if (read.limit.empty()) {
+      const Place place = placeInHeader(field.raw);
+      std::cout << indent << "! " << placeAt(field.offset)
+                << printable(read.diagnostics.reason(read.code, &place)) << '\n';
+    } else {
+      std::cout << indent << "? " << kNotTakenApart << read.limit << '\n';
+    }
+  }
+
   void printBody(const Message& message) {
     if (message.body.empty()) {
       return;
     }
     const MessageBody body(message);
-    counts_.refused += body.faults.empty() ? 0U : 1U;
+    counts_.refused += body.faults.size();
     if (!options_.only.empty()) {
       return;
     }
@@ -237,17 +284,21 @@ class MessagePrinter {
         std::cout << indented(partLines(part), 2 * kIndent);
       }
     }
-    printFaults(body.faults, placeAt(message.bodyOffset));
+    printLines("  ! " + placeAt(message.bodyOffset), body.faults);
+    if (!body.limit.empty()) {
+      printLines("  ? ", {kNotTakenApart + body.limit});
+    }
   }
 
-  static void printFaults(const std::vector<std::string>& faults, const std::string& place) {
-    for (const std::string& fault : faults) {
-      std::cout << "  ! " << place << printable(fault) << '\n';
+  static void printLines(const std::string& mark, const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) {
+      std::cout << mark << printable(line) << '\n';
     }
   }
 
   const MessageOptions& options_;
   Counts& counts_;
+  Findings findings_;  // of the message
   std::string file_;
   std::size_t line_ = 0;  // of the start line; 0 in a capture
   LineAt lineAt_;
@@ -336,7 +387,7 @@ int run(const MessageOptions& options) {
   if (!options.json && counts.messages > 1) {
     std::cout << "\n"
               << counts.messages << " messages, " << counts.fields << " header fields, "
-              << counts.refused << " refused\n";
+              << counts.refused << " refused" << remarkCount(counts.remarks) << '\n';
   }
   return std::max(status, counts.refused == 0 ? kAccepted : kRefused);
 }

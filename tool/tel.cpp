@@ -39,6 +39,12 @@ VARN_EXCEPTION_CODES convert(TelAddress& tel, const std::optional<std::string>& 
 
 struct TelReading : Reading {
   TelReading(const TelOptions& options, const std::string& text) : tel(toSipString(text)) {
+    if (tel.GetLastErrorCode() != VARN_OK) {
+      place = placeInTel(text);
+    } else {
+      notKept = notKeptOfTel(text);
+      addNotKept(*this, notKept);
+    }
     code = applyAll(tel, options.edits, kSetters);
     if (code == VARN_OK) {
       code = convert(tel, options.target, sip);
@@ -48,6 +54,7 @@ struct TelReading : Reading {
   nlohmann::ordered_json json() override {
     nlohmann::ordered_json object = toJson(tel, code);
     object["sip"] = sip.empty() ? nullptr : nlohmann::ordered_json(sip);
+    object["notKept"] = notKept;
     return object;
   }
 
@@ -61,6 +68,7 @@ struct TelReading : Reading {
 
   TelAddress tel;
   std::string sip;  // "" without a target
+  std::vector<std::string> notKept;
 };
 
 }  // namespace

@@ -49,10 +49,7 @@ std::string withEscapes(std::string_view text) {
   return result;
 }
 
-int lowerCase(char c) {
-  const int code = static_cast<unsigned char>(c);
-  return WySipIsAlpha(code) != 0 ? code | 0x20 : code;
-}
+int lowerCase(char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; }
 
 // Returns how many steps lead from one text to the other: a letter more, less or another one, or
 // two neighbours swapped. Row i of the table holds the steps from i letters of a to j of b.
@@ -106,6 +103,12 @@ std::string_view trimmed(std::string_view text) {
   const std::size_t first = std::min(text.find_first_not_of(" \t"), text.size());
   const std::size_t last = text.find_last_not_of(" \t");
   return last == std::string_view::npos ? std::string_view() : text.substr(first, last + 1 - first);
+}
+
+bool isToken(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return WySipIsToken(static_cast<unsigned char>(c)) != 0;
+  });
 }
 
 std::string_view closest(std::string_view name, const std::vector<std::string_view>& names,

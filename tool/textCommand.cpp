@@ -3,27 +3,55 @@
 
 #include <iostream>
 
+#include "validSip.h"
+
+namespace {
+
+void addRefusal(nlohmann::ordered_json& object, const Outcome& outcome,
+                const Diagnostics& diagnostics) {
+  const std::string reason = reasonOf(outcome, diagnostics);
+  object["raw"] = outcome.raw;
+  object["reason"] = reason.empty() ? nullptr : nlohmann::ordered_json(reason);
+  object["offset"] =
+      outcome.place ? nlohmann::ordered_json(outcome.place->offset) : nlohmann::ordered_json();
+}
+
+}  // namespace
+
 int report(const Outcome& outcome, const Options& options, const Diagnostics& diagnostics,
-           const std::string& place) {
-  if (!outcome.note.empty()) {
-    std::cerr << "siputil: " << place << printable(outcome.note) << '\n';
-  }
-  if (!outcome.reason.empty()) {
-    std::cerr << "siputil: " << place << outcome.reason << '\n';
-  } else if (outcome.code != VARN_OK && !(options.verbose && diagnostics.hasFailure())) {
-    diagnostics.printReasons(place, outcome.code);
+           const std::string& prefix) {
+  if (outcome.code != VARN_OK) {
+    std::cerr << "siputil: " << prefix << (outcome.limit.empty() ? "" : kNotTakenApart)
+              << printable(outcome.limit.empty() ? reasonOf(outcome, diagnostics) : outcome.limit)
+              << '\n';
+    if (outcome.place) {
+      std::cerr << caretLines(outcome.raw, outcome.place->offset);
+    }
   }
   if (options.verbose) {
-    diagnostics.printAll(place);
+    diagnostics.printAll(prefix);
   }
-  return outcome.code == VARN_OK ? kAccepted : kRefused;
+  const bool edited = !options.edits.empty();
+  return outcome.code == VARN_OK || (!outcome.limit.empty() && !edited) ? kAccepted : kRefused;
+}
+
+std::string reasonOf(const Outcome& outcome, const Diagnostics& diagnostics) {
+  if (outcome.code == VARN_OK || !outcome.reason.empty()) {
+    return outcome.reason;
+  }
+  return diagnostics.reason(outcome.code, outcome.place ? &*outcome.place : nullptr);
 }
 
 int show(Reading& reading, const Options& options, const Diagnostics& diagnostics,
          unsigned long line) {
   const Diagnostics ignored;  // of what showing makes the library log
+  const std::string prefix = line == 0 ? "" : "line " + std::to_string(line) + ": ";
+  for (const std::string& note : reading.notes) {
+    std::cerr << "siputil: " << prefix << printable(note) << '\n';
+  }
   if (options.json) {
     nlohmann::ordered_json object = reading.json();
+    addRefusal(object, reading, diagnostics);
     object["diagnostics"] = diagnostics.toJson();
     std::cout << jsonLine(object) << '\n';
   } else if (reading.code != VARN_OK) {
@@ -33,8 +61,13 @@ int show(Reading& reading, const Options& options, const Diagnostics& diagnostic
   } else {
     std::cout << aligned(reading.lines(), colourWanted());
   }
-  return report(reading, options, diagnostics,
-                line == 0 ? "" : "line " + std::to_string(line) + ": ");
+  return report(reading, options, diagnostics, prefix);
+}
+
+void addNotKept(Outcome& outcome, const std::vector<std::string>& pieces) {
+  for (const std::string& piece : pieces) {
+    outcome.notes.push_back("not kept: " + piece);
+  }
 }
 
 Pieces with(Pieces pieces, const char* label, const SipString& value) {

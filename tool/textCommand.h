@@ -2,12 +2,14 @@
 #ifndef TOOL_TEXT_COMMAND_H
 #define TOOL_TEXT_COMMAND_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "command.h"
 #include "diagnostics.h"
 #include "dump.h"
+#include "place.h"
 
 // A piece that --set takes.
 template <typename Object>
@@ -57,8 +59,11 @@ VARN_EXCEPTION_CODES applyAll(Object& object, const std::vector<Edit>& edits,
 // Whether a text was accepted.
 struct Outcome {
   VARN_EXCEPTION_CODES code = VARN_OK;
-  std::string reason;  // the tool's own, where the library has none
-  std::string note;    // for people, whether accepted or not
+  std::string reason;              // the tool's own, where the library has none
+  std::vector<std::string> notes;  // for people, whether accepted or not
+  std::string limit;               // why a refused text is valid all the same; "" if it is not
+  std::string raw;                 // the text, for the place
+  std::optional<Place> place;      // where it was refused, if known
 };
 
 // What a command makes of one text.
@@ -68,15 +73,18 @@ struct Reading : Outcome {
   Reading& operator=(const Reading&) = delete;
   virtual ~Reading() = default;
 
-  virtual nlohmann::ordered_json json() = 0;  // without the diagnostics
+  virtual nlohmann::ordered_json json() = 0;  // without what show() adds to it
   virtual Pieces line() = 0;                  // of an accepted text, for one line among others
   virtual Pieces lines() { return line(); }   // the same for one text alone
 };
 
-// Shows on standard error why a text was refused, the place before each line, or all that was
+// Shows on standard error why a text was refused, the prefix before each line, or all that was
 // logged. Returns the exit status.
 int report(const Outcome& outcome, const Options& options, const Diagnostics& diagnostics,
-           const std::string& place);
+           const std::string& prefix);
+
+// Returns why a text was refused; "" for an accepted one.
+std::string reasonOf(const Outcome& outcome, const Diagnostics& diagnostics);
 
 // Shows a text on standard output, why it was refused on standard error, and returns the exit
 // status. The line is as forEachText() has it.
@@ -89,9 +97,13 @@ int readEachText(const CommandOptions& options) {
   return forEachText(options, [&options](const std::string& text, unsigned long line) {
     const Diagnostics diagnostics;
     CommandReading reading(options, text);
+    reading.raw = text;
     return show(reading, options, diagnostics, line);
   });
 }
+
+// Notes the pieces of the text that its object does not have.
+void addNotKept(Outcome& outcome, const std::vector<std::string>& pieces);
 
 // Returns the pieces and one more after them.
 Pieces with(Pieces pieces, const char* label, const SipString& value);

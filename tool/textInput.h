@@ -34,8 +34,8 @@ class TextInput {
 // Bytes of a text that is read as one, where more must not be held.
 constexpr std::size_t kMaxText = std::size_t{1} << 28;
 
-// Appends the rest of an input to a text. Returns false, and stops reading, when the text would have
-// more than most bytes.
+// Appends the rest of an input to a text. Returns false, and stops reading, when the text would
+// have more than most bytes.
 bool readText(Input& input, std::size_t most, std::string& text);
 
 #endif  // TOOL_TEXT_INPUT_H
