@@ -173,7 +173,7 @@ VARN_EXCEPTION_CODES scanParams(const Syntax& syntax, Unread& text, Params& para
       return VARN_OK;
     }
     text.take(separator);
-    ParamTexts texts;
+    ParamTexts texts = {};
     VARN_EXCEPTION_CODES code = scanParam(syntax, text, params, texts);
     if (code == VARN_OK) {
       code = params.add(texts);
