@@ -160,11 +160,20 @@ class Checker {
           {message.offset, nullptr, fault});
     }
     const std::vector<Remark> remarks = remarksOn(message);
-    addRemarks(message, nullptr, remarks);
+    for (const Remark& remark : remarks) {
+      if (remark.field == nullptr) {
+        add(remark, {message.offset, nullptr, message.startLine});
+      }
+    }
+    auto next = remarks.begin();  // those on fields are in the order of the fields
     for (const Field& field : message.fields) {
       ++counts_.fields;
       check(field);
-      addRemarks(message, &field, remarks);
+      for (; next != remarks.end() && (next->field == nullptr || next->field == &field); ++next) {
+        if (next->field != nullptr) {
+          add(*next, {field.offset, &field, field.value});
+        }
+      }
     }
     const MessageBody body(message);
     const std::string bytes = "body, " + std::to_string(message.contentSize()) + " bytes";
@@ -190,16 +199,9 @@ class Checker {
         {field.offset, &field, field.value});
   }
 
-  // Adds the remarks on a field, or on the complete message.
-  void addRemarks(const Message& message, const Field* field, const std::vector<Remark>& remarks) {
-    for (const Remark& remark : remarks) {
-      if (remark.field == field) {
-        const std::size_t offset = field == nullptr ? message.offset : field->offset;
-        add(remark.fault ? Kind::kRefused : Kind::kRemark,
-            lineOf({remark.words, "", remark.section, nullptr, false}),
-            {offset, field, field == nullptr ? message.startLine : field->value});
-      }
-    }
+  void add(const Remark& remark, const Find& find) {
+    add(remark.fault ? Kind::kRefused : Kind::kRemark,
+        lineOf({remark.words, "", remark.section, nullptr, false}), find);
   }
 
   void add(Kind kind, const std::string& words, const Find& find) {

@@ -50,11 +50,14 @@ void addField(Message& message, std::string_view line, std::size_t offset) {
     message.fields.push_back({shown, std::string(trimmed(value)), offset, std::string(line), kind});
     return;
   }
+  // Each piece has a copy of the name: without the blanks after it, which may be many.
+  const std::string shownName(trimmed(shown));
   const std::vector<std::string_view> pieces = splitList(value);
+  const std::string rawName(pieces.size() == 1 ? name : trimmed(name));
   for (const std::string_view piece : pieces) {
     if (pieces.size() == 1 || !trimmed(piece).empty()) {
-      message.fields.push_back({shown, std::string(trimmed(piece)), offset,
-                                std::string(name).append(":").append(piece), kind});
+      message.fields.push_back({shownName, std::string(trimmed(piece)), offset,
+                                rawName + ':' + std::string(piece), kind});
     }
   }
 }

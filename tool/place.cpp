@@ -61,11 +61,15 @@ void readTel(SipStrStream& stream) {
   tel.parseTelNameAddr(stream, &name, &number, &isub, &ext, &context, &params);
 }
 
+// A letter or digit may begin nearly every piece: what is wrong then comes after it.
 std::string wordsOfByte(std::string_view text, std::size_t offset) {
   if (offset >= text.size()) {
     return "the text ends here";
   }
   const auto byte = static_cast<unsigned char>(text[offset]);
+  if (WySipIsAlnum(byte) != 0) {
+    return "";
+  }
   char shown[sizeof("byte 0xff")] = "a blank";
   if (byte != ' ') {
     const bool visible = byte > ' ' && byte < 0x7F;
@@ -94,7 +98,8 @@ std::string_view schemeOf(std::string_view text) {
 std::size_t badByteOffset(std::string_view value, std::size_t offset) {
   while (offset < value.size()) {
     const auto byte = static_cast<unsigned char>(value[offset]);
-    if (byte == '>' || byte <= ' ' || byte >= 0x7F) {
+    const bool space = byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+    if (byte == '>' || (byte < ' ' && !space) || byte >= 0x7F) {
       return offset;
     }
     const char close = byte == '<' ? '>' : '"';
@@ -129,8 +134,10 @@ std::size_t placeInValue(const std::string& name, std::string_view value) {
   if (next < value.size() && value[next] == '<') {
     return placeInBracket(value, next);
   }
-  return length == 0 && next < value.size() && value[next] != '"' ? badByteOffset(value, next)
-                                                                  : position;
+  // After white space the rule has tried a further run.
+  const bool run = next < value.size() && value[next] != '"';
+  const bool further = next != position && rest(value, next).substr(0, 1) != ";";
+  return run && (length == 0 || further) ? badByteOffset(value, next) : position;
 }
 
 // Adds what the stream has not read, without the white space around it.

@@ -91,8 +91,7 @@ bool isFreeText(std::string_view /*name*/, std::string_view value) { return isPl
 
 // extension-header: any text
 bool isExtension(std::string_view name, std::string_view value) {
-  return findField(name) == nullptr && lengthOf<SipMatchToken>(name) == name.size() &&
-         isPlainText(value);
+  return findField(name) == nullptr && isToken(name) && isPlainText(value);
 }
 
 struct Limit {
