@@ -175,6 +175,10 @@ class Checker {
         }
       }
     }
+    checkBody(message);
+  }
+
+  void checkBody(const Message& message) {
     const MessageBody body(message);
     const std::string bytes = "body, " + std::to_string(message.contentSize()) + " bytes";
     for (const std::string& fault : body.faults) {
