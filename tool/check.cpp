@@ -165,17 +165,21 @@ class Checker {
         add(remark, {message.offset, nullptr, message.startLine});
       }
     }
-    auto next = remarks.begin();  // those on fields are in the order of the fields
+    checkFields(message, remarks);
+    checkBody(message);
+  }
+
+  void checkFields(const Message& message, const std::vector<Remark>& remarks) {
+    // The remarks on fields are together, in the order of the fields.
+    auto next = std::find_if(remarks.begin(), remarks.end(),
+                             [](const Remark& remark) { return remark.field != nullptr; });
     for (const Field& field : message.fields) {
       ++counts_.fields;
       check(field);
-      for (; next != remarks.end() && (next->field == nullptr || next->field == &field); ++next) {
-        if (next->field != nullptr) {
-          add(*next, {field.offset, &field, field.value});
-        }
+      for (; next != remarks.end() && next->field == &field; ++next) {
+        add(*next, {field.offset, &field, field.value});
       }
     }
-    checkBody(message);
   }
 
   void checkBody(const Message& message) {
