@@ -16,9 +16,10 @@ set(package ${CMAKE_INSTALL_LIBDIR}/cmake/siputility)
 
 # Headers are found as <siputility/wySipAddress.h> and as "wySipAddress.h".
 install(
-  TARGETS siputility
+  TARGETS siputility siputility_message
   EXPORT siputility
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev
   FILE_SET HEADERS DESTINATION ${headers} COMPONENT dev
   INCLUDES
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

@@ -1,10 +1,8 @@
 // fuzz_message.cpp - the tool's splitter of texts with SIP messages; its fields go to SipHeader.
 // The same text as a log.
-#include "fields.h"
+#include "finding/log.h"
 #include "law.h"
-#include "log.h"
-#include "message.h"
-#include "text.h"
+#include "text/sip.h"
 #include "wySipHeader.h"
 
 namespace {

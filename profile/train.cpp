@@ -13,8 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "fields.h"
-#include "message.h"
+#include "sipMessage.h"
 #include "sipMultipartmessagebodyUtility.h"
 #include "wySipCxx.h"
 #include "wySipHeader.h"
@@ -22,6 +21,12 @@
 #include "wyTelAddress.h"
 
 namespace {
+
+using siputility::Field;
+using siputility::FieldKind;
+using siputility::findField;
+using siputility::Message;
+using siputility::MessageReader;
 
 using siputility::toSipString;
 

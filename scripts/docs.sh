@@ -9,7 +9,7 @@ scripts/need.sh doxygen
 # In a copy: Doxygen loses the links between pages where the path has blanks.
 copy=$(mktemp -d)
 trap 'rm -r "$copy"' EXIT
-cp -R --parents docs sip_utility/inc "$copy"
+cp -R --parents docs sip_utility/inc message/inc "$copy"
 mkdir -p build "$copy/build"
 (cd "$copy" && doxygen docs/Doxyfile) 2>&1 | sed "s,$copy/,," >&2
 rm -rf build/docs

@@ -18,8 +18,18 @@ folders="platform/inc:
   $src/address: $src/params $src/grammar $src/base $inc
   $src/multipart: $src/base platform/inc $inc
   $src: $src/multipart $src/address $src/params $src/grammar $src/base platform/inc $inc
-  tool: $inc platform/inc platform/host/hostControl.h
-  fuzz: tool $inc platform/inc platform/host/hostControl.h tests/support
+  message/inc: $inc
+  message/src: message/inc $inc
+  tool/text: message/inc $inc
+  tool/input: tool/text
+  tool/finding: tool/text
+  tool/packets: tool/finding tool/input tool/text
+  tool/fields: tool/text $inc platform/inc platform/host/hostControl.h
+  tool/output: tool/fields tool/text $inc platform/inc
+  tool/selection: tool/output tool/fields tool/packets tool/finding tool/input tool/text
+  tool/commands: tool/selection tool/output tool/fields tool/packets tool/finding tool/input tool/text $inc platform/inc
+  tool: tool/commands tool/text
+  fuzz: message/inc tool/text tool/finding $inc platform/inc platform/host/hostControl.h tests/support
   examples: $inc platform/inc
   bench: $inc platform/inc"
 rows='wySipExport
@@ -74,7 +84,7 @@ awk -v folders="$folders" -v rows="$rows" -v headers="$headers" '
   }
   END { exit failed }' <<<"$includes"
 
-awk '$1 ~ /^(platform|sip_utility|tool).*\.h$/ {sub(/.*\//, "", $1); sub(/.*\//, "", $2); print}' \
+awk '$1 ~ /^(platform|sip_utility|message|tool).*\.h$/ {sub(/.*\//, "", $1); sub(/.*\//, "", $2); print}' \
   <<<"$includes" | tsort >/dev/null
 
 awk '

@@ -16,7 +16,7 @@ cmake --preset dev >/dev/null
 cmake --build --preset dev --target siputility_verify_interface_header_sets
 # The shell expands the last pattern, not sources.sh: this leaves out the projects in folders of
 # examples/.
-scripts/sources.sh 'sip_utility/*.cpp' 'platform/*.cpp' 'tool/*.cpp' examples/*.cpp |
+scripts/sources.sh 'sip_utility/*.cpp' 'message/*.cpp' 'platform/*.cpp' 'tool/*.cpp' examples/*.cpp |
   xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/dev --quiet --warnings-as-errors='*' \
     2> >(grep -v 'warnings generated' >&2)
 cmake --preset release >/dev/null

@@ -4,8 +4,8 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "command.h"
-#include "text.h"
+#include "commands/command.h"
+#include "text/text.h"
 
 namespace {
 

@@ -35,8 +35,9 @@ cp bad/a $'steer\e[31m/1'
 diff -u - <(check sound; check empty; check nowhere sound/2 bad; check $'steer\e[31m') <<'END'
 2 files, 2 messages, 12 header fields, 0 refused
 status 0
+siputil: no file in empty
 0 files, 0 messages, 0 header fields, 0 refused
-status 0
+status 1
 siputil: nowhere: No such file or directory
 3  something other than ">" follows the URI [SipAddress::parseURI missing '>']
    first: bad/a:7: To: <sip:a
@@ -46,7 +47,7 @@ status 2
 1  something other than ">" follows the URI [SipAddress::parseURI missing '>']
    first: steer\x1b[31m/1:7: To: <sip:a
 
-1 files, 1 messages, 6 header fields, 1 refused
+1 file, 1 message, 6 header fields, 1 refused
 status 1
 END
 
@@ -88,14 +89,14 @@ truncate -s 257M mixed/core
 diff -u - <(check mixed; "$siputil" message mixed/text.gz 2>&1) <<'END'
 siputil: mixed/1.pcap.gz.part: the gzip data is damaged or ends early
 siputil: no SIP message in mixed/1.pcap.start
-siputil: mixed/core: is too large
-siputil: mixed/text.gz: is too large
+siputil: mixed/core: has a message that is too large
+siputil: mixed/text.gz: has a message that is too large
 3  something other than ">" follows the URI [SipAddress::parseURI missing '>']
    first: mixed/1.pcap:frame 1, 2024-02-29T23:59:59.999999Z, Call-ID a: To: <sip:a
 
 7 files, 4 messages, 24 header fields, 3 refused
-status 2
-siputil: mixed/text.gz: is too large
+status 1
+siputil: mixed/text.gz: has a message that is too large
 END
 
 # However many files are refused, few reasons are kept.

@@ -1,0 +1,130 @@
+// command.cpp - what the commands of siputil share.
+#include "commands/command.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "input/input.h"
+#include "text/text.h"
+
+namespace {
+
+// Splits `name=value` at the first "="; without one the value is empty.
+Edit makeEdit(Edit::Kind kind, const std::string& text) {
+  const std::size_t equal = std::min(text.find('='), text.size());
+  return {kind, text.substr(0, equal), text.substr(std::min(equal + 1, text.size()))};
+}
+
+// Each occurrence is handled when it is parsed, so that options of different kinds keep their
+// order.
+void addEditOption(CLI::App& parser, const std::string& flag, const std::string& help,
+                   const std::string& form, const std::function<void(const std::string&)>& take) {
+  parser.add_option_function<std::string>(flag, take, help)
+      ->trigger_on_parse()
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->type_name(form);
+}
+
+std::string joined(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) {
+    list.append(list.empty() ? "" : ", ").append(name);
+  }
+  return list;
+}
+
+}  // namespace
+
+void addFormatOptions(CLI::App& parser, bool& json) {
+  parser.add_flag("--json", json, "Print JSON, one object a line");
+  parser
+      .add_option_function<std::string>("--color", chooseColours,
+                                        "Print colours: auto, always or never")
+      ->check(CLI::IsMember({"auto", "always", "never"}).description(""))
+      ->type_name("WHEN");
+}
+
+void addOutputOptions(CLI::App& parser, bool& json, bool& verbose) {
+  addFormatOptions(parser, json);
+  parser.add_flag("-v,--verbose", verbose, "Show everything the library logs");
+}
+
+void takeRest(const CLI::App& parser, std::vector<std::string>& texts, std::size_t most) {
+  bool optionsEnd = false;
+  for (const std::string& text : parser.remaining()) {
+    if (!optionsEnd && text == "--") {
+      optionsEnd = true;
+    } else if (texts.size() == most || (!optionsEnd && text.size() > 1 && text[0] == '-')) {
+      throw CLI::ExtrasError({text});
+    } else {
+      texts.push_back(text);
+    }
+  }
+}
+
+void addTextArgument(CLI::App& parser, Options& options) {
+  parser.add_option("TEXT", options.text, "The text; - reads one from each line of standard input")
+      ->required()
+      ->type_name("");
+  addOutputOptions(parser, options.json, options.verbose);
+}
+
+void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
+                    std::string (*check)(const Edit& edit)) {
+  addTextArgument(parser, options);
+  const auto takeSet = [&options, pieces, check](const std::string& text) {
+    const Edit edit = makeEdit(Edit::Kind::kSet, text);
+    const bool known = std::find(pieces.begin(), pieces.end(), edit.name) != pieces.end();
+    if (!known || text.find('=') == std::string::npos) {
+      throw CLI::ValidationError("--set", "expected PIECE=VALUE with one of " + joined(pieces));
+    }
+    const std::string expected = check == nullptr ? "" : check(edit);
+    if (!expected.empty()) {
+      throw CLI::ValidationError("--set", edit.name + " takes " + expected);
+    }
+    options.edits.push_back(edit);
+  };
+  addEditOption(parser, "--set", "Replace a piece: " + joined(pieces), "PIECE=VALUE", takeSet);
+  addEditOption(parser, "--param", "Add or replace a parameter", "NAME[=VALUE]",
+                [&options](const std::string& text) {
+                  options.edits.push_back(makeEdit(Edit::Kind::kParam, text));
+                });
+  addEditOption(parser, "--remove-param", "Remove a parameter", "NAME",
+                [&options](const std::string& text) {
+                  options.edits.push_back({Edit::Kind::kRemoveParam, text, ""});
+                });
+}
+
+int forEachText(const Options& options,
+                const std::function<int(const std::string& text, unsigned long line)>& run) {
+  if (options.text != "-") {
+    return run(options.text, 0);
+  }
+  int status = kAccepted;
+  std::string text;
+  for (unsigned long line = 1; std::getline(std::cin, text); ++line) {
+    if (!text.empty() && text.back() == '\r') {
+      text.pop_back();
+    }
+    if (!text.empty()) {
+      status = std::max(status, run(text, line));
+    }
+  }
+  return status;
+}
+
+std::string readFile(const std::string& name, std::string& text) {
+  Input input(name);
+  input.readAll(text);
+  return input.error();
+}
+
+// The help is printed while the variables of the options live.
+void CommandLine::parse() {
+  try {
+    parser.parse(count, arguments);
+  } catch (const CLI::CallForHelp&) {
+    std::cout << parser.help("siputil");
+    throw;
+  }
+}

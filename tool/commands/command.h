@@ -1,0 +1,88 @@
+// command.h - what the commands of siputil share.
+#ifndef TOOL_COMMAND_H
+#define TOOL_COMMAND_H
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "text/terminal.h"
+
+// One edit of the command line.
+struct Edit {
+  enum class Kind { kSet, kParam, kRemoveParam };
+  Kind kind;
+  std::string name;
+  std::string value;
+};
+
+// What the commands on one text have in common.
+struct Options {
+  std::string text;
+  bool json = false;
+  bool verbose = false;
+  std::vector<Edit> edits;  // in the order of the command line
+};
+
+// Adds --json and --color to the parser of a command.
+void addFormatOptions(CLI::App& parser, bool& json);
+
+// Adds --json, --color and -v to the parser of a command.
+void addOutputOptions(CLI::App& parser, bool& json, bool& verbose);
+
+// Takes the texts after the first ones; no option follows a "--". Throws for an unknown option and
+// for more than most texts. For parsers that allow extras, because an option that takes any number
+// of texts splits "[a,b]" in two and calls itself for each "[".
+void takeRest(const CLI::App& parser, std::vector<std::string>& texts, std::size_t most);
+
+// Adds TEXT, --json, --color and -v to the parser of a command on one text.
+void addTextArgument(CLI::App& parser, Options& options);
+
+// Adds the options of a command on one text: those above, --set, --param and --remove-param. --set
+// takes the given piece names. A check returns which values the piece of an edit takes, "" where it
+// takes the one given; without a check all are taken.
+void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
+                    std::string (*check)(const Edit& edit) = nullptr);
+
+// Runs the function on the text of the command line or, for `-`, on each line of standard input
+// that is not empty, with its line number; 0 means the command line. Returns the worst of
+// the statuses.
+int forEachText(const Options& options,
+                const std::function<int(const std::string& text, unsigned long line)>& run);
+
+// Reads a file, or standard input for `-`. Returns why it cannot be read; "" if it can.
+std::string readFile(const std::string& name, std::string& text);
+
+// A command line before it is parsed.
+struct CommandLine {
+  CLI::App& parser;
+  int count;
+  char** arguments;
+
+  // Prints the help that is asked for; throws what the parser throws.
+  void parse();
+};
+
+// A command: adds its options to the parser, parses the command line, runs and returns the status.
+struct Command {
+  const char* name;
+  const char* help;
+  int (*run)(CommandLine& line);
+  std::vector<const char*> examples;  // lines for a shell
+};
+
+int runAddress(CommandLine& line);
+int runTel(CommandLine& line);
+int runHeader(CommandLine& line);
+int runMessage(CommandLine& line);
+int runCheck(CommandLine& line);
+int runVia(CommandLine& line);
+int runBody(CommandLine& line);
+int runGzip(CommandLine& line);
+int runGunzip(CommandLine& line);
+
+// For each of the commands compare, feature-tag, host, imei, max-q, quote and sort.
+int runPlainText(CommandLine& line);
+
+#endif  // TOOL_COMMAND_H

@@ -1,0 +1,45 @@
+// textMessages.cpp - cuts a text of nothing but SIP messages into these.
+#include "finding/textMessages.h"
+
+#include <algorithm>
+#include <utility>
+
+TextMessages::TextMessages(std::function<void(const Message& message)> found)
+    : found_(std::move(found)), lines_("", 1) {}
+
+bool TextMessages::add(std::string_view bytes) {
+  held_.append(bytes);
+  if (held_.size() >= wanted_) {
+    report(false);
+  }
+  return held_.size() <= kLongest;
+}
+
+void TextMessages::finish() { report(true); }
+
+// Reports what is certain, or all at the end. Each look at an incomplete message has twice the
+// bytes of the look before.
+void TextMessages::report(bool ended) {
+  lines_ = LineCounter(held_, lines_.at(0));
+  MessageReader reader(held_);
+  std::size_t done = 0;
+  while (const std::optional<Message> message = reader.next()) {
+    if (!ended && !isSettled(*message, reader.position())) {
+      break;
+    }
+    found_(*message);
+    done = reader.position();
+  }
+  lines_ = LineCounter("", lines_.at(done));
+  held_.erase(0, done);
+  wanted_ = 2 * held_.size();
+}
+
+// Returns whether all that decides where a message ends is there: its body, counted either way, and
+// the line after it.
+bool TextMessages::isSettled(const Message& message, std::size_t end) const {
+  const std::size_t reach = std::max(end, message.bodyOffset + message.contentSize());
+  const std::size_t line = held_.find_first_not_of("\r\n", reach);
+  return message.complete && line != std::string::npos &&
+         held_.find('\n', line) != std::string::npos;
+}

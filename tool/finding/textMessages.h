@@ -1,0 +1,41 @@
+// textMessages.h - cuts a text of nothing but SIP messages into these.
+#ifndef TOOL_TEXT_MESSAGES_H
+#define TOOL_TEXT_MESSAGES_H
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "text/lines.h"
+#include "text/sip.h"
+
+// Takes a text in pieces and reports its messages as a MessageReader cuts the complete text: each
+// once it is clear where it ends, which the line after it says. The time is linear in the bytes.
+class TextMessages {
+ public:
+  // Bytes of one message that are held at most.
+  static constexpr std::size_t kLongest = std::size_t{1} << 28;
+
+  explicit TextMessages(std::function<void(const Message& message)> found);
+
+  // Returns false, and takes no more, when a message is longer than kLongest.
+  bool add(std::string_view bytes);
+
+  // Reports what is left.
+  void finish();
+
+  // Returns the number of the line at an offset of the message that is being reported.
+  std::size_t lineAt(std::size_t offset) { return lines_.at(offset); }
+
+ private:
+  void report(bool ended);
+  bool isSettled(const Message& message, std::size_t end) const;
+
+  std::function<void(const Message& message)> found_;
+  std::string held_;
+  std::size_t wanted_ = 0;  // how many bytes are worth another look
+  LineCounter lines_;       // of held_
+};
+
+#endif  // TOOL_TEXT_MESSAGES_H

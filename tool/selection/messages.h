@@ -1,0 +1,46 @@
+// messages.h - the messages of files, whatever holds them: texts, logs or captures.
+#ifndef TOOL_MESSAGES_H
+#define TOOL_MESSAGES_H
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "packets/packet.h"
+#include "text/lines.h"
+#include "text/sip.h"
+
+// Which files to read, and how.
+struct Sources {
+  std::vector<std::string> paths;  // - is standard input
+  std::string filter;              // a pcap filter for captures; "" for none
+  bool find = false;               // of texts, the messages between other lines
+  bool directories = false;        // a directory is all files below it, else a fault
+  bool notes = true;               // say what is left out of a capture that has messages
+};
+
+// A message and where it was found.
+struct MessageInFile {
+  const Message& message;
+  const std::string& file;
+  const Passage* passage;  // of a captured message; null in a text
+  LineAt lineAt;           // in a text; null for a captured message
+};
+
+// How many files were read, with those that have no message.
+struct FileCounts {
+  unsigned long files = 0;
+  unsigned long messages = 0;
+};
+
+// Reads the files and visits each message, in the order in which they are complete. Standard error
+// gets what cannot be read, is damaged or has no message, and a progress bar. Returns the worst
+// status of these. Throws CaptureUsageError for a wrong filter.
+int readMessages(const Sources& sources, FileCounts& counts,
+                 const std::function<void(const MessageInFile& found)>& visit);
+
+// Returns how a file is called in sentences.
+std::string titleOf(const std::string& file);
+
+#endif  // TOOL_MESSAGES_H
