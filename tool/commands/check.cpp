@@ -285,23 +285,10 @@ int run(const CheckOptions& options) {
 }  // namespace
 
 int runCheck(CommandLine& line) {
-  CLI::App& parser = line.parser;
   CheckOptions options;
   options.sources.directories = true;
   options.sources.notes = false;
-  parser
-      .add_option(
-          "PATH", options.sources.paths,
-          "Files with messages, as text or captures, directories of them; - is standard input")
-      ->required()
-      ->type_name("")
-      ->expected(1)
-      ->allow_extra_args(false);
-  parser.allow_extras();
-  addFormatOptions(parser, options.json);
-  parser.add_flag("--find", options.sources.find,
-                  "Of texts, read the messages between other lines");
-  line.parse();
-  takeRest(parser, options.sources.paths, SIZE_MAX);
+  addFormatOptions(line.parser, options.json);
+  parseWithSources(line, options.sources);
   return run(options);
 }

@@ -128,3 +128,29 @@ void CommandLine::parse() {
     throw;
   }
 }
+
+void parseWithSources(CommandLine& line, Sources& sources) {
+  CLI::App& parser = line.parser;
+  std::vector<std::string> paths;
+  parser
+      .add_option(
+          "FILE", paths,
+          sources.directories
+              ? "Files with messages, as text or captures, directories of them; - or none is "
+                "standard input"
+              : "Files with messages, as text or as pcap or pcapng captures; - or none is "
+                "standard input")
+      ->type_name("")
+      ->expected(1)
+      ->allow_extra_args(false);
+  parser.allow_extras();
+  parser.add_flag("--find", sources.find, "Of texts, read the messages between other lines");
+  parser.add_option("--filter", sources.filter, "Of captures, read what passes this pcap filter")
+      ->type_name("EXPR")
+      ->allow_extra_args(false);
+  line.parse();
+  takeRest(parser, paths, SIZE_MAX);
+  if (!paths.empty()) {
+    sources.paths = paths;
+  }
+}

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "selection/messages.h"
 #include "text/terminal.h"
 
 // One edit of the command line.
@@ -63,6 +64,10 @@ struct CommandLine {
   // Prints the help that is asked for; throws what the parser throws.
   void parse();
 };
+
+// Adds FILE, --find and --filter to the parser of a command that reads messages, and parses the
+// command line.
+void parseWithSources(CommandLine& line, Sources& sources);
 
 // A command: adds its options to the parser, parses the command line, runs and returns the status.
 struct Command {

@@ -309,29 +309,11 @@ int run(const MessageOptions& options) {
 }  // namespace
 
 int runMessage(CommandLine& line) {
-  CLI::App& parser = line.parser;
   MessageOptions options;
-  options.sources.paths = {"-"};
-  parser
-      .add_option("FILE", options.sources.paths,
-                  "Files with messages, as text or as pcap or pcapng captures; - or none is "
-                  "standard input")
-      ->type_name("")
-      ->expected(1)
-      ->allow_extra_args(false);
-  parser.allow_extras();
-  addOutputOptions(parser, options.json, options.verbose);
-  parser.add_option("--only", options.only, "Show only these header fields; may be repeated")
+  addOutputOptions(line.parser, options.json, options.verbose);
+  line.parser.add_option("--only", options.only, "Show only these header fields; may be repeated")
       ->type_name("NAME")
       ->allow_extra_args(false);
-  parser
-      .add_option("--filter", options.sources.filter,
-                  "Of captures, show what passes this pcap filter")
-      ->type_name("EXPR")
-      ->allow_extra_args(false);
-  parser.add_flag("--find", options.sources.find,
-                  "Of texts, show the messages between other lines");
-  line.parse();
-  takeRest(parser, options.sources.paths, SIZE_MAX);
+  parseWithSources(line, options.sources);
   return run(options);
 }

@@ -13,11 +13,11 @@
 
 // Which files to read, and how.
 struct Sources {
-  std::vector<std::string> paths;  // - is standard input
-  std::string filter;              // a pcap filter for captures; "" for none
-  bool find = false;               // of texts, the messages between other lines
-  bool directories = false;        // a directory is all files below it, else a fault
-  bool notes = true;               // say what is left out of a capture that has messages
+  std::vector<std::string> paths = {"-"};  // - is standard input
+  std::string filter;                      // a pcap filter for captures; "" for none
+  bool find = false;                       // of texts, the messages between other lines
+  bool directories = false;                // a directory is all files below it, else a fault
+  bool notes = true;                       // say what is left out of a capture that has messages
 };
 
 // A message and where it was found.
