@@ -1,6 +1,7 @@
-// fuzz_message.cpp - the tool's splitter of texts with SIP messages; its fields go to SipHeader.
-// The same text as a log.
+// fuzz_message.cpp - the splitter of texts with SIP messages; its fields go to SipHeader. The same
+// text as the tool reads it, in pieces: as messages and as a log.
 #include "finding/log.h"
+#include "finding/textMessages.h"
 #include "law.h"
 #include "text/sip.h"
 #include "wySipHeader.h"
@@ -33,6 +34,10 @@ void checkField(const Field& field) {
   }
   require(list == field.value + ",", "a list is its pieces", field.value, list);
   require(empty || header.getStringLength() == header.toString().length(), "a length", list, "");
+  require(squeezed(field.source) == squeezed(field.value), "its source", field.source, field.value);
+  require(field.source.data() > field.line.data() &&
+              field.source.data() + field.source.size() <= field.line.data() + field.line.size(),
+          "a part of its line", field.line, field.source);
 }
 
 // A message without a fault has the content of its text, and can be written and read again.
@@ -61,6 +66,34 @@ void checkMessage(const Message& message, std::string_view text) {
     const std::optional<Message> read = MessageReader(again).next();
     require(read->faults.empty() && written(*read) == again, "reads the same", text, again);
   }
+}
+
+std::string describe(const Message& message, std::size_t line) {
+  return std::to_string(line) + ':' + written(message) + std::to_string(message.faults.size());
+}
+
+// Returns the messages of a text.
+std::string read(std::string_view text) {
+  std::string messages;
+  LineCounter lines(text, 1);
+  MessageReader reader(text);
+  while (const std::optional<Message> message = reader.next()) {
+    messages.append(describe(*message, lines.at(message->offset)));
+  }
+  return messages;
+}
+
+// Returns the messages of a text that comes in pieces of this size.
+std::string readInPieces(std::string_view text, std::size_t size) {
+  std::string messages;
+  TextMessages reader([&](const Message& message) {
+    messages.append(describe(message, reader.lineAt(message.offset)));
+  });
+  for (std::size_t at = 0; at < text.size(); at += size) {
+    reader.add(text.substr(at, size));
+  }
+  reader.finish();
+  return messages;
 }
 
 // Returns the messages of a log that comes in pieces of this size, each after its line.
@@ -94,6 +127,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     checkMessage(*message, text.substr(from, reader.position() - from));
   }
   require(squeezed(text.substr(from)).empty(), "to the end", text, text.substr(from));
-  require(found(text, size + 1) == found(text, 1), "the same in pieces", text, "");
+  require(found(text, size + 1) == found(text, 1), "the same log in pieces", text, "");
+  const std::string messages = read(text);
+  for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, std::size_t{64}}) {
+    const std::string again = readInPieces(text, piece);
+    require(messages == again, "the same messages in pieces", messages, again);
+  }
   return 0;
 }

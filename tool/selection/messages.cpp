@@ -122,18 +122,14 @@ class Reader {
   std::string readCaptureFile(Input& input) {
     CaptureCounts counts;
     const unsigned long before = counts_.messages;
-    const auto visit = [&](const Passage& passage, std::string_view text) {
-      MessageReader reader(text);
-      while (std::optional<Message> message = reader.next()) {
-        if (passage.missing != 0) {
-          message->faults.insert(message->faults.begin(), {cutText(passage), 0});
-        }
-        found(*message, &passage, nullptr, input);
-      }
-    };
     std::string error;
     try {
-      error = readCapture(input, sources_.filter, visit, counts);
+      error = readCapture(
+          input, sources_.filter,
+          [&](const Passage& passage, std::string_view text) {
+            visitAll(text, &passage, nullptr, input);
+          },
+          counts);
     } catch (const CaptureUsageError& usage) {
       if (!sources_.filter.empty()) {
         throw;
@@ -148,11 +144,8 @@ class Reader {
 
   std::string readLog(Input& input) {
     Log log([&](std::string_view text) {
-      MessageReader reader(text);
-      while (const std::optional<Message> message = reader.next()) {
-        found(
-            *message, nullptr, [&log](std::size_t offset) { return log.lineAt(offset); }, input);
-      }
+      visitAll(
+          text, nullptr, [&log](std::size_t offset) { return log.lineAt(offset); }, input);
     });
     TextInput text(input);
     for (std::string piece; text.read(piece); piece.clear()) {
@@ -165,7 +158,7 @@ class Reader {
 
   std::string readText(Input& input) {
     TextMessages messages([&](const Message& message) {
-      found(
+      visit(
           message, nullptr, [&messages](std::size_t offset) { return messages.lineAt(offset); },
           input);
     });
@@ -179,7 +172,19 @@ class Reader {
     return "";
   }
 
-  void found(const Message& message, const Passage* passage, const LineAt& lineAt,
+  // Visits the messages of a part of the file.
+  void visitAll(std::string_view text, const Passage* passage, const LineAt& lineAt,
+                const Input& input) {
+    MessageReader reader(text);
+    while (std::optional<Message> message = reader.next()) {
+      if (passage != nullptr && passage->missing != 0) {
+        message->faults.insert(message->faults.begin(), {cutText(*passage), 0});
+      }
+      visit(*message, passage, lineAt, input);
+    }
+  }
+
+  void visit(const Message& message, const Passage* passage, const LineAt& lineAt,
              const Input& input) {
     ++counts_.messages;
     visit_({message, file_, passage, lineAt});
