@@ -261,11 +261,19 @@ struct LineRule {
   const char* section;
 };
 
+// User-info may have a "?", but no "@".
+bool hasHeaders(View uri) {
+  const View scheme = uri.substr(0, uri.find(':'));
+  const std::size_t at = uri.find('@');
+  return (equalIgnoringCase(scheme, "sip") || equalIgnoringCase(scheme, "sips")) &&
+         uri.find('?', at == View::npos ? 0 : at) != View::npos;
+}
+
 const LineRule kLineRules[] = {
-    {[](const StartLine& line) { return line.version == "SIP/2.0"; }, "the SIP version is not 2.0",
-     "RFC 3261, 7.1"},
     {[](const StartLine& line) { return line.response || isUri(line.uri); },
      "the Request-URI is no URI", "RFC 3261, 7.1"},
+    {[](const StartLine& line) { return line.response || !hasHeaders(line.uri); },
+     "the Request-URI has headers", "RFC 3261, 19.1.1"},
     {[](const StartLine& line) {
        return !line.response || (line.status.size() > 3 && line.status[3] == ' ');
      },
@@ -296,8 +304,9 @@ class Reader {
     if (line_.version.substr(0, 4) != "SIP/") {
       return {};
     }
+    const bool startLine = isStartLine(message_.startLine);  // else that is the fault
     for (const LineRule& rule : kLineRules) {
-      if (!rule.rule(line_)) {
+      if (startLine && !rule.rule(line_)) {
         add(rule.words, message_.startLine, rule.section, nullptr);
       }
     }
