@@ -6,11 +6,14 @@
 #include <string_view>
 
 #include "fields/diagnostics.h"
+#include "fields/place.h"
 #include "fields/validSip.h"
 #include "text/sip.h"
 #include "text/text.h"
 #include "wySipAddress.h"
+#include "wySipHeader.h"
 #include "wySipMatch.h"
+#include "wyTelAddress.h"
 
 namespace {
 
@@ -280,6 +283,30 @@ const LineRule kLineRules[] = {
      "no blank follows the status code", "RFC 3261, 7.2"},
 };
 
+// Returns whether the library may not keep all of an address: it is read again only then.
+bool mayLosePieces(View value) {
+  constexpr View kTel = "tel:";
+  constexpr View kPhone = "+-.()*#0123456789";
+  const bool tel = value.substr(0, kTel.size()) == kTel;
+  const std::size_t close = value.find('>');
+  const std::size_t end = tel                   ? value.find_first_not_of(kPhone, kTel.size())
+                          : close == View::npos ? close
+                                                : value.find_first_not_of(" \t", close + 1);
+  return value.find('?') != View::npos || (end != View::npos && value[end] != ';');
+}
+
+// Returns the pieces of an accepted address field that are in no piece of its address.
+std::vector<std::string> notKeptOf(const Field& field) {
+  const SipHeader header(toSipString(field.name), toSipString(field.value));
+  const std::string value(header.GetLastErrorCode() == VARN_OK ? view(header.getValue()) : "");
+  const SipAddress sip(toSipString(value));
+  if (sip.GetLastErrorCode() == VARN_OK && !equalIgnoringCase(view(sip.getScheme()), "tel")) {
+    return notKeptOfAddress(value);
+  }
+  const bool tel = TelAddress(toSipString(value)).GetLastErrorCode() == VARN_OK;
+  return tel ? notKeptOfTel(value) : std::vector<std::string>();
+}
+
 // Returns the number of a known field, from 0.
 std::size_t numberOf(const FieldKind& field) {
   return static_cast<std::size_t>(&field - knownFields().begin());
@@ -332,10 +359,21 @@ class Reader {
     for (const FieldRule* rule : index[number]) {
       apply(*rule, field);
     }
+    if (field.kind->address) {
+      readAddress(field);
+    }
+  }
+
+  void readAddress(const Field& field) {
     for (const FieldRule& rule : kAddressRules) {
-      if (field.kind->address) {
-        apply(rule, field);
-      }
+      apply(rule, field);
+    }
+    if (!mayLosePieces(field.value)) {
+      return;
+    }
+    for (const std::string& piece : notKeptOf(field)) {
+      remarks_.push_back(
+          {"not kept of " + std::string(field.kind->name), piece, "", &field, false});
     }
   }
 
