@@ -192,8 +192,15 @@ std::optional<Message> MessageReader::next() {
   message.offset = start;
   message.startLine = *line;
   if (!isStartLine(*line)) {
+    const std::string_view version = StartLine(*line).version;
+    const bool other = version.substr(0, 4) == "SIP/" && version != kVersion;
     message.faults.push_back(
-        {"neither a request line nor a status line: " + message.startLine, start});
+        {(other ? "an unknown SIP version: " : "neither a request line nor a status line: ") +
+             message.startLine,
+         start});
+  }
+  if (position_ < text_.size() && isBlank(text_[position_])) {
+    message.faults.push_back({"the line after the start line begins with a blank", position_});
   }
   readFields(message);
   message.restored = !carriageReturns_;

@@ -81,7 +81,7 @@ printf 'udp 192.0.2.1 1 192.0.2.2 2 %s\\r\\nTo: <sip:a\\r\\n\\r\\n\n' "${begin//
 { head -c 40 mixed/1.pcap | gzip; tail -c +41 mixed/1.pcap | gzip; } >mixed/1.pcap.gz
 head -c -9 mixed/1.pcap.gz >mixed/1.pcap.gz.part
 head -c 24 mixed/1.pcap >mixed/1.pcap.start
-gzip -c message >mixed/2
+{ gzip -c message; head -c 70000 /dev/zero; } >mixed/2
 truncate -s 257M text
 gzip -1 text
 mv text.gz mixed

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Usage: surviveFiles.sh SIPUTIL MUTATE COUNT SAMPLE...
-# Runs `siputil message` on COUNT damaged messages, many at once. The exit status must be that of
-# refused texts. Nearly every file must have its message: damage leaves nothing of a few. Then runs
-# it on all of them as one log, with the lines as they are, with a prefix and in one line each.
+# Runs `siputil message` on COUNT damaged messages, many at once, and one of very many fields. The
+# exit status must be that of refused texts. Nearly every file must have its message: damage leaves
+# nothing of a few. Then runs it on all of them as one log, with the lines as they are, with a prefix
+# and in one line each.
 set -euo pipefail
 
 siputil=$1 mutate=$2 count=$3
@@ -13,6 +14,7 @@ export ASAN_OPTIONS=exitcode=99 UBSAN_OPTIONS=exitcode=99 LSAN_OPTIONS=exitcode=
 
 mkdir "$work/files"
 "$mutate" "$count" files "$work/files" "${@:4}"
+awk 'BEGIN { print "ACK sip:b SIP/2.0"; while (++i <= 200000) print "CSeq: x" }' >"$work/files/many"
 cd "$work/files"
 # shellcheck disable=SC2016 # for the inner shell
 find . -type f -print0 | xargs -0 -n 1000 bash -c '

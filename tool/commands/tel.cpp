@@ -22,7 +22,7 @@ struct TelOptions : Options {
 
 // Makes the SIP form in the target; without a target sip stays "".
 VARN_EXCEPTION_CODES convert(TelAddress& tel, const std::optional<std::string>& target,
-                             std::string& sip) {
+                             std::string& sip, std::string& reason) {
   if (!target) {
     return VARN_OK;
   }
@@ -30,6 +30,8 @@ VARN_EXCEPTION_CODES convert(TelAddress& tel, const std::optional<std::string>& 
   VARN_EXCEPTION_CODES code = address.GetLastErrorCode();
   if (code == VARN_OK) {
     code = tel.toSipAddress(address);
+  } else if (const Place found = placeInAddress(*target); !found.words.empty()) {
+    reason = "--to-sip: " + found.words;
   }
   if (code == VARN_OK) {
     sip = view(address.toString());
@@ -47,7 +49,7 @@ struct TelReading : Reading {
     }
     code = applyAll(tel, options.edits, kSetters);
     if (code == VARN_OK) {
-      code = convert(tel, options.target, sip);
+      code = convert(tel, options.target, sip, reason);
     }
   }
 

@@ -24,8 +24,12 @@ bool isOfRule(std::string_view source) {
 }
 
 // Returns the reason of a text that was refused without a line.
-std::string withoutLine(unsigned int code) {
-  return code == VARN_RESOURCE_FAILURE ? "out of memory" : "the text breaks its rule";
+std::string withoutLine(unsigned int code, const Place* place) {
+  if (code == VARN_RESOURCE_FAILURE) {
+    return "out of memory";
+  }
+  return "the text is malformed" +
+         (place == nullptr || place->byte.empty() ? "" : ": " + place->byte);
 }
 
 // Returns words for the byte that a trace has as 0xHH; "" without one. 0xff may be the end of the
@@ -84,7 +88,7 @@ std::size_t Diagnostics::lastCause(std::size_t before, bool traces) const {
 std::string Diagnostics::reason(unsigned int code, const Place* place) const {
   const std::size_t last = lastCause(lines_.size(), !hasFailure());
   if (last == kNone) {
-    return place != nullptr && !place->words.empty() ? place->words : withoutLine(code);
+    return place != nullptr && !place->words.empty() ? place->words : withoutLine(code, place);
   }
   std::size_t i = last;
   LineMeaning meaning = meaningOf(lines_[i].text);

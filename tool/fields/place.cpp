@@ -3,6 +3,7 @@
 #include "fields/place.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 
 #include "fields/diagnostics.h"
@@ -81,8 +82,38 @@ std::string wordsOfByte(std::string_view text, std::size_t offset) {
   return std::string(shown) + " is not allowed here";
 }
 
+bool endsInSchemeOrUser(std::string_view text) {
+  const std::string_view last = text.substr(text.find_last_of("<@ \t") + 1);
+  return (last.empty() && !text.empty() && text.back() == '@') || equalIgnoringCase(last, "sip:") ||
+         equalIgnoringCase(last, "sips:");
+}
+
+// Returns what is wrong with the parts of an IPv4 address if it is the host at the offset; "" for
+// nothing.
+std::string wordsOfIpv4(std::string_view text, std::size_t offset) {
+  std::string_view host = rest(text, offset);
+  host = host.substr(0, host.find_first_not_of("0123456789."));
+  if (host.find('.') == std::string_view::npos ||
+      !endsInSchemeOrUser(text.substr(0, std::min(offset, text.size())))) {
+    return "";
+  }
+  while (!host.empty()) {
+    const std::string_view part = host.substr(0, host.find('.'));
+    std::uint64_t number = 0;
+    if (part.empty()) {
+      return "a part of the IPv4 address is empty";
+    }
+    if (!readNumber(part, number) || number > UINT8_MAX) {
+      return "a part of the IPv4 address is above 255";
+    }
+    host.remove_prefix(std::min(part.size() + 1, host.size()));
+  }
+  return "";
+}
+
 Place placeAt(std::string_view text, std::size_t offset, std::string words = "") {
-  return {std::min(offset, text.size()), std::move(words), wordsOfByte(text, offset)};
+  return {std::min(offset, text.size()), words.empty() ? wordsOfIpv4(text, offset) : words,
+          wordsOfByte(text, offset)};
 }
 
 // Returns the scheme that a text or its bracket begins with; "" for none.
@@ -112,7 +143,7 @@ std::size_t badByteOffset(std::string_view value, std::size_t offset) {
   return offset;
 }
 
-// Returns where a bracket is refused: as an address where it begins like one, else at its begin.
+// Returns where a bracket is refused: as an address where it begins like one, else at its start.
 std::size_t placeInBracket(std::string_view value, std::size_t offset) {
   SipStrStream stream(toSipString(rest(value, offset)));
   AddressSteps steps;

@@ -6,11 +6,14 @@
 #include <string_view>
 
 #include "fields/diagnostics.h"
+#include "fields/place.h"
 #include "fields/validSip.h"
 #include "text/sip.h"
 #include "text/text.h"
 #include "wySipAddress.h"
+#include "wySipHeader.h"
 #include "wySipMatch.h"
+#include "wyTelAddress.h"
 
 namespace {
 
@@ -261,16 +264,48 @@ struct LineRule {
   const char* section;
 };
 
+// User-info may have a "?", but no "@".
+bool hasHeaders(View uri) {
+  const View scheme = uri.substr(0, uri.find(':'));
+  const std::size_t at = uri.find('@');
+  return (equalIgnoringCase(scheme, "sip") || equalIgnoringCase(scheme, "sips")) &&
+         uri.find('?', at == View::npos ? 0 : at) != View::npos;
+}
+
 const LineRule kLineRules[] = {
-    {[](const StartLine& line) { return line.version == "SIP/2.0"; }, "the SIP version is not 2.0",
-     "RFC 3261, 7.1"},
     {[](const StartLine& line) { return line.response || isUri(line.uri); },
      "the Request-URI is no URI", "RFC 3261, 7.1"},
+    {[](const StartLine& line) { return line.response || !hasHeaders(line.uri); },
+     "the Request-URI has headers", "RFC 3261, 19.1.1"},
     {[](const StartLine& line) {
        return !line.response || (line.status.size() > 3 && line.status[3] == ' ');
      },
      "no blank follows the status code", "RFC 3261, 7.2"},
 };
+
+// Returns whether the library may not keep all of an address: it is read again only then.
+bool mayLosePieces(View value) {
+  constexpr View kTel = "tel:";
+  constexpr View kPhone = "+-.()*#0123456789";
+  const bool tel = value.substr(0, kTel.size()) == kTel;
+  const std::size_t close = value.find('>');
+  const std::size_t end = tel                   ? value.find_first_not_of(kPhone, kTel.size())
+                          : close == View::npos ? close
+                                                : value.find_first_not_of(" \t", close + 1);
+  return value.find('?') != View::npos || (end != View::npos && value[end] != ';');
+}
+
+// Returns the pieces of an accepted address field that are in no piece of its address.
+std::vector<std::string> notKeptOf(const Field& field) {
+  const SipHeader header(toSipString(field.name), toSipString(field.value));
+  const std::string value(header.GetLastErrorCode() == VARN_OK ? view(header.getValue()) : "");
+  const SipAddress sip(toSipString(value));
+  if (sip.GetLastErrorCode() == VARN_OK && !equalIgnoringCase(view(sip.getScheme()), "tel")) {
+    return notKeptOfAddress(value);
+  }
+  const bool tel = TelAddress(toSipString(value)).GetLastErrorCode() == VARN_OK;
+  return tel ? notKeptOfTel(value) : std::vector<std::string>();
+}
 
 // Returns the number of a known field, from 0.
 std::size_t numberOf(const FieldKind& field) {
@@ -296,8 +331,9 @@ class Reader {
     if (line_.version.substr(0, 4) != "SIP/") {
       return {};
     }
+    const bool startLine = isStartLine(message_.startLine);  // else that is the fault
     for (const LineRule& rule : kLineRules) {
-      if (!rule.rule(line_)) {
+      if (startLine && !rule.rule(line_)) {
         add(rule.words, message_.startLine, rule.section, nullptr);
       }
     }
@@ -323,10 +359,21 @@ class Reader {
     for (const FieldRule* rule : index[number]) {
       apply(*rule, field);
     }
+    if (field.kind->address) {
+      readAddress(field);
+    }
+  }
+
+  void readAddress(const Field& field) {
     for (const FieldRule& rule : kAddressRules) {
-      if (field.kind->address) {
-        apply(rule, field);
-      }
+      apply(rule, field);
+    }
+    if (!mayLosePieces(field.value)) {
+      return;
+    }
+    for (const std::string& piece : notKeptOf(field)) {
+      remarks_.push_back(
+          {"not kept of " + std::string(field.kind->name), piece, "", &field, false});
     }
   }
 

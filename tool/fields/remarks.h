@@ -12,7 +12,7 @@ struct Remark {
   std::string text;     // what they are about; "" for the complete message
   const char* section;  // of an RFC; "" where the words have it
   const Field* field;   // null for the complete message
-  bool fault;           // else only something is missing, as in an excerpt
+  bool fault;           // else something is missing, as in an excerpt, or not kept
 };
 
 // Returns the remarks on a message in the order of the tables.

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Returns how many bytes a rule covers at the begin of a text.
+// Returns how many bytes a rule covers at the start of a text.
 template <typename Rule>
 std::size_t lengthOf(std::string_view text) {
   Rule rule;

@@ -2,6 +2,7 @@
 #include "finding/log.h"
 
 #include <algorithm>
+#include <cctype>
 #include <utility>
 
 #include "text/sip.h"
@@ -18,6 +19,13 @@ std::string_view lineEnd(std::string_view bytes) {
   return "";
 }
 
+// Returns whether a line has the form of a header field. A time has not.
+bool isField(std::string_view line) {
+  const std::string_view name = trimmed(line.substr(0, line.find(':')));
+  return name.size() < line.size() && isToken(name) &&
+         std::isalpha(static_cast<unsigned char>(name[0])) != 0;
+}
+
 }  // namespace
 
 void Log::add(std::string_view bytes) {
@@ -32,9 +40,7 @@ void Log::finish() {
   if (!line_.empty()) {
     endLine();
   }
-  if (candidate_) {
-    settle(*std::exchange(candidate_, std::nullopt), "");
-  }
+  settle("");
   messages_.finish();
 }
 
@@ -56,18 +62,29 @@ void Log::endLine() {
   Line line = {std::exchange(line_, std::string()), "", ++number_};
   line.end = lineEnd(line.text);
   line.text.resize(line.text.size() - line.end.size());
-  if (candidate_) {
-    settle(*std::exchange(candidate_, std::nullopt), line.text);
+  if (candidate_ && isForeign(line.text)) {
+    candidate_->foreign.push_back(std::move(line));
+    return;
   }
+  settle(line.text);
   if (!takeEscaped(line)) {
     takeLine(line);
   }
 }
 
+// Returns whether a line may be one of another program between the start line of the candidate and
+// its first header field.
+bool Log::isForeign(std::string_view line) const {
+  return candidate_->start.offset != 0 && candidate_->foreign.size() < kMaxForeign &&
+         !trimmed(line).empty() && !hasVersion(line) &&
+         !layoutOf(candidate_->line.text, candidate_->start, line);
+}
+
 // Takes a line with escaped line ends. Returns false for another one.
 bool Log::takeEscaped(const Line& line) {
   bool taken = false;
-  std::string_view rest = line.text;
+  const std::string plain = withPlainSlashes(line.text);
+  std::string_view rest = plain;
   while (const std::optional<EscapedMessages> found = findEscaped(rest)) {
     taken = true;
     messages_.finish();
@@ -87,8 +104,11 @@ bool Log::takeEscaped(const Line& line) {
 // A start line in the layout of the line before it needs no more than itself.
 void Log::takeLine(const Line& line) {
   const std::optional<LogStart> start = findStart(line.text);
-  if (start && (start->mark != layout_.mark || start->offset != prefixLength(line.text))) {
-    candidate_ = {line, *start};
+  const bool inLayout = start && start->mark == layout_.mark &&
+                        layout_.prefix.removedFrom(line.text) &&
+                        start->offset == prefixLength(line.text);
+  if (start && !inLayout) {
+    candidate_ = {line, *start, {}};
   } else {
     takeText(line);
   }
@@ -104,12 +124,18 @@ void Log::takeText(const Line& line) {
   add(text.value_or(""), line);
 }
 
-// Takes a candidate. If the next line does not confirm it, it is a line as any other.
-void Log::settle(const Candidate& candidate, std::string_view next) {
-  const auto& [line, start] = candidate;
+// Takes the candidate, if there is one, and the lines after it. If the next line does not confirm
+// it, it is a line as any other.
+void Log::settle(std::string_view next) {
+  if (!candidate_) {
+    return;
+  }
+  const auto [line, start, foreign] = *std::exchange(candidate_, std::nullopt);
   const std::optional<Layout> layout = layoutOf(line.text, start, next);
   const std::size_t prefix = prefixLength(line.text);
-  if (layout && (messages_.missing() == 0 || prefix + messages_.missing() != start.offset)) {
+  const bool taken =
+      layout && (messages_.missing() == 0 || prefix + messages_.missing() != start.offset);
+  if (taken) {
     layout_ = *layout;
     add(std::string_view{line.text}.substr(start.offset), line);
   } else if (!layout && beginsMessage(line.text)) {
@@ -117,6 +143,12 @@ void Log::settle(const Candidate& candidate, std::string_view next) {
     add(line.text, line);
   } else {
     takeText(line);
+  }
+  for (const Line& each : foreign) {
+    // Without a prefix, only its form shows that a line is a header field.
+    if (!taken || !layout_.prefix.empty() || isField(each.text)) {
+      takeText(each);
+    }
   }
 }
 

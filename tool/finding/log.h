@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "finding/logLayout.h"
 #include "finding/logMessages.h"
@@ -36,18 +37,23 @@ class Log {
     std::size_t number;
   };
 
-  // A line that may be the start line of a message in another layout: the next line says so.
+  // A line that may be the start line of a message in another layout: one of the next lines says
+  // so.
   struct Candidate {
     Line line;
     LogStart start;
+    std::vector<Line> foreign;  // lines after it that do not say so
   };
+
+  static constexpr std::size_t kMaxForeign = 3;
 
   void addToLine(std::string_view bytes);
   void endLine();
   bool takeEscaped(const Line& line);
   void takeLine(const Line& line);
   void takeText(const Line& line);
-  void settle(const Candidate& candidate, std::string_view next);
+  bool isForeign(std::string_view line) const;
+  void settle(std::string_view next);
   void add(std::string_view text, const Line& line);
   std::size_t prefixLength(std::string_view line) const;
 

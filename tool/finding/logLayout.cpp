@@ -12,6 +12,7 @@
 namespace {
 
 constexpr std::string_view kVersion = "SIP/2.0";
+constexpr std::string_view kEscapedVersion = "SIP\\/2.0";
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kDigits = "0123456789";
 constexpr std::size_t kLongestName = 64;
@@ -189,6 +190,26 @@ std::optional<Layout> layoutOf(std::string_view line, const LogStart& start,
     }
   }
   return std::nullopt;
+}
+
+bool hasVersion(std::string_view line) {
+  return line.find(kVersion) != std::string_view::npos ||
+         line.find(kEscapedVersion) != std::string_view::npos;
+}
+
+std::string withPlainSlashes(std::string_view line) {
+  std::string result(line);
+  if (line.find(kEscapedVersion) == std::string_view::npos) {
+    return result;
+  }
+  result.clear();
+  while (!line.empty()) {
+    const std::size_t length = line[0] == '\\' ? 2 : 1;
+    const std::string_view character = line.substr(0, length);
+    result += character == "\\/" ? "/" : character;
+    line.remove_prefix(character.size());
+  }
+  return result;
 }
 
 std::optional<EscapedMessages> findEscaped(std::string_view line) {

@@ -46,6 +46,12 @@ struct Layout {
 // it is no such field.
 std::optional<Layout> layoutOf(std::string_view line, const LogStart& start, std::string_view next);
 
+// Returns whether a line may have a start line, or a Via.
+bool hasVersion(std::string_view line);
+
+// Returns a line in which JSON has `SIP\/2.0` with a "/" for each `\/`, another line as it is.
+std::string withPlainSlashes(std::string_view line);
+
 // Messages in one line, line ends written as `\r\n`, `\n` or `#015#012`.
 struct EscapedMessages {
   std::string text;

@@ -22,10 +22,17 @@ std::size_t GzipReader::read(char* buffer, std::size_t length) {
   zlib_.avail_out = static_cast<uInt>(std::min(length, kPieceSize));
   const std::size_t wanted = zlib_.avail_out;
   while (wanted != 0 && zlib_.avail_out == wanted && !damaged() && refill()) {
-    // Gzip data may follow gzip data.
-    status_ = status_ == Z_STREAM_END ? inflateReset(&zlib_) : inflate(&zlib_, Z_NO_FLUSH);
+    status_ = status_ == Z_STREAM_END ? restart() : inflate(&zlib_, Z_NO_FLUSH);
   }
   return wanted - zlib_.avail_out;
+}
+
+// Gzip data may follow gzip data, and zeros fill the last block of a tape.
+int GzipReader::restart() {
+  Bytef* const end = zlib_.next_in + zlib_.avail_in;
+  zlib_.next_in = std::find_if(zlib_.next_in, end, [](Bytef byte) { return byte != 0; });
+  zlib_.avail_in = static_cast<uInt>(end - zlib_.next_in);
+  return zlib_.avail_in == 0 ? Z_STREAM_END : inflateReset(&zlib_);
 }
 
 // Returns whether there are bytes to expand. Only the end of the data may be the end of the file.

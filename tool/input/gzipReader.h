@@ -26,6 +26,7 @@ class GzipReader {
 
  private:
   bool refill();
+  int restart();
 
   Source source_;
   std::string piece_;
