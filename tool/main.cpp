@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <iostream>
 #include <iterator>
-#include <stdexcept>
 
 #include "commands/command.h"
 #include "text/text.h"
@@ -155,9 +154,7 @@ int main(int argc, char** argv) {
   try {
     std::ios::sync_with_stdio(false);
     const int status = run(argc, argv);
-    if (!std::cout.flush()) {
-      throw std::runtime_error("the output cannot be written");
-    }
+    flushOutput();
     return status;
   } catch (const std::exception& error) {
     return complain(error.what(), kWrongUsage);

@@ -288,6 +288,7 @@ int runCheck(CommandLine& line) {
   CheckOptions options;
   options.sources.directories = true;
   options.sources.notes = false;
+  options.sources.summary = true;
   addFormatOptions(line.parser, options.json);
   parseWithSources(line, options.sources);
   return run(options);

@@ -148,8 +148,13 @@ void parseWithSources(CommandLine& line, Sources& sources) {
   parser.add_option("--filter", sources.filter, "Of captures, read what passes this pcap filter")
       ->type_name("EXPR")
       ->allow_extra_args(false);
+  parser.add_flag("--follow", sources.follow, "Wait at the end of FILE for more");
   line.parse();
   takeRest(parser, paths, SIZE_MAX);
+  if (sources.follow && paths.size() > 1) {
+    throw CLI::ValidationError("--follow", "follows one FILE");
+  }
+  sources.directories = sources.directories && !sources.follow;
   if (!paths.empty()) {
     sources.paths = paths;
   }

@@ -65,8 +65,8 @@ struct CommandLine {
   void parse();
 };
 
-// Adds FILE, --find and --filter to the parser of a command that reads messages, and parses the
-// command line.
+// Adds FILE, --find, --filter and --follow to the parser of a command that reads messages, and
+// parses the command line.
 void parseWithSources(CommandLine& line, Sources& sources);
 
 // A command: adds its options to the parser, parses the command line, runs and returns the status.

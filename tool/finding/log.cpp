@@ -36,6 +36,15 @@ void Log::add(std::string_view bytes) {
   }
 }
 
+// What comes after that is on the same line.
+void Log::quiet() {
+  const std::optional<std::string_view> text = layout_.prefix.removedFrom(line_);
+  if (text && !text->empty() && text->size() == messages_.missing() && !insideLine_) {
+    endLine();
+    --number_;
+  }
+}
+
 void Log::finish() {
   if (!line_.empty()) {
     endLine();

@@ -24,6 +24,9 @@ class Log {
 
   void add(std::string_view bytes);
 
+  // Says that no more comes for a moment: a body may end without a line end.
+  void quiet();
+
   // Reports a message that is not complete.
   void finish();
 

@@ -10,21 +10,23 @@ TextMessages::TextMessages(std::function<void(const Message& message)> found)
 bool TextMessages::add(std::string_view bytes) {
   held_.append(bytes);
   if (held_.size() >= wanted_) {
-    report(false);
+    report(After::kMore);
   }
   return held_.size() <= kLongest;
 }
 
-void TextMessages::finish() { report(true); }
+void TextMessages::quiet() { report(After::kMoment); }
+
+void TextMessages::finish() { report(After::kEnd); }
 
 // Reports what is certain, or all at the end. Each look at an incomplete message has twice the
 // bytes of the look before.
-void TextMessages::report(bool ended) {
+void TextMessages::report(After after) {
   lines_ = LineCounter(held_, lines_.at(0));
   MessageReader reader(held_);
   std::size_t done = 0;
   while (const std::optional<Message> message = reader.next()) {
-    if (!ended && !isSettled(*message, reader.position())) {
+    if (!hasEnd(*message, reader.position(), after)) {
       break;
     }
     found_(*message);
@@ -33,6 +35,18 @@ void TextMessages::report(bool ended) {
   lines_ = LineCounter("", lines_.at(done));
   held_.erase(0, done);
   wanted_ = 2 * held_.size();
+}
+
+bool TextMessages::hasEnd(const Message& message, std::size_t end, After after) const {
+  return after == After::kEnd || isSettled(message, end) ||
+         (after == After::kMoment && isStated(message));
+}
+
+// Returns whether header and body are there, and no more than the header states.
+bool TextMessages::isStated(const Message& message) const {
+  const std::string_view header =
+      std::string_view{held_}.substr(message.offset, message.bodyOffset - message.offset);
+  return message.complete && statedLength(header) == message.contentSize();
 }
 
 // Returns whether all that decides where a message ends is there: its body, counted either way, and

@@ -11,7 +11,8 @@
 #include "text/sip.h"
 
 // Takes a text in pieces and reports its messages as a MessageReader cuts the complete text: each
-// once it is clear where it ends, which the line after it says. The time is linear in the bytes.
+// once it is clear where it ends, which the line after it says, or that no more comes for a moment.
+// The time is linear in the bytes.
 class TextMessages {
  public:
   // Bytes of one message that are held at most.
@@ -22,6 +23,9 @@ class TextMessages {
   // Returns false, and takes no more, when a message is longer than kLongest.
   bool add(std::string_view bytes);
 
+  // Says that no more comes for a moment: reports messages that have all that they state.
+  void quiet();
+
   // Reports what is left.
   void finish();
 
@@ -29,7 +33,11 @@ class TextMessages {
   std::size_t lineAt(std::size_t offset) { return lines_.at(offset); }
 
  private:
-  void report(bool ended);
+  enum class After { kMore, kMoment, kEnd };
+
+  void report(After after);
+  bool hasEnd(const Message& message, std::size_t end, After after) const;
+  bool isStated(const Message& message) const;
   bool isSettled(const Message& message, std::size_t end) const;
 
   std::function<void(const Message& message)> found_;

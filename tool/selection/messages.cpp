@@ -1,13 +1,17 @@
 // messages.cpp - the messages of files, whatever holds them: texts, logs or captures.
 #include "selection/messages.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include "finding/log.h"
 #include "finding/textMessages.h"
 #include "input/input.h"
+#include "input/interrupt.h"
 #include "input/progress.h"
 #include "input/textInput.h"
 #include "packets/capture.h"
@@ -43,7 +47,7 @@ void walk(
     const Sources& sources, const std::function<void(const std::string& file)>& visit,
     const std::function<void(const std::string& directory, const std::string& fault)>& unreadable) {
   std::vector<fs::path> pending(sources.paths.rbegin(), sources.paths.rend());
-  while (!pending.empty()) {
+  while (!pending.empty() && !Interrupt::requested()) {
     const fs::path path = pending.back();
     pending.pop_back();
     std::error_code error;
@@ -55,8 +59,11 @@ void walk(
   }
 }
 
-// Returns how many bytes the files have.
+// Returns how many bytes the files have; 0 where a progress bar is not wanted.
 std::size_t sizeOf(const Sources& sources) {
+  if (sources.follow || (isatty(STDOUT_FILENO) != 0 && !sources.summary)) {
+    return 0;
+  }
   std::size_t sum = 0;
   const auto add = [&sum](const std::string& file) {
     std::error_code error;
@@ -71,14 +78,19 @@ std::size_t sizeOf(const Sources& sources) {
 class Reader {
  public:
   Reader(const Sources& sources, FileCounts& counts, const Visit& visit)
-      : sources_(sources), counts_(counts), visit_(visit), progress_(sizeOf(sources)) {}
+      : sources_(sources),
+        counts_(counts),
+        visit_(visit),
+        progress_(sizeOf(sources)),
+        flush_(sources.follow || isatty(STDOUT_FILENO) != 0) {}
 
   // Returns the worst status of all files.
   int readAll() {
     walk(
         sources_, [this](const std::string& file) { readFile(file); },
         [this](const std::string& path, const std::string& fault) {
-          complainOf(path, fault, kWrongUsage);
+          file_ = path;
+          complainOf(fault, kWrongUsage);
         });
     if (counts_.files == 0 && status_ == kAccepted) {
       status_ = complain("no file in " + sources_.paths.front(), kRefused);
@@ -88,24 +100,46 @@ class Reader {
 
  private:
   void readFile(const std::string& file) {
-    Input input(file);
-    if (!input.readable()) {
-      return complainOf(file, input.error(), kWrongUsage);
-    }
-    input.expand();
     file_ = file;
+    while (readOnce()) {
+      complain(file + ": became shorter; reading it from its start", kAccepted);
+      --counts_.files;
+    }
+  }
+
+  // Returns whether to read the file again, because it became shorter.
+  bool readOnce() {
+    Input input(file_, sources_.follow);
+    std::optional<Interrupt> interrupt;
+    if (input.live()) {
+      interrupt.emplace();
+    }
+    input.begin();
+    if (!input.readable()) {
+      complainOf(input.error(), kWrongUsage);
+      return false;
+    }
     ++counts_.files;
     const unsigned long before = counts_.messages;
-    std::string fault = readMessagesOf(input);
-    if (!input.readable()) {
-      complainOf(file, input.error(), kWrongUsage);
-    } else if (fault = fault.empty() ? input.fault() : fault; !fault.empty()) {
-      complainOf(file, fault, kRefused);
-    } else if (counts_.messages == before) {
-      status_ = std::max(status_, complain("no SIP message in " + titleOf(file), kRefused));
+    const std::string fault = readMessagesOf(input);
+    if (input.becameShorter()) {
+      return true;
     }
+    judge(input, fault.empty() ? input.fault() : fault, counts_.messages != before);
     done_ += input.position();
     progress_.at(done_);
+    return false;
+  }
+
+  // Says what is wrong with a file. What is interrupted may end anywhere.
+  void judge(const Input& input, const std::string& fault, bool messages) {
+    if (!input.readable()) {
+      complainOf(input.error(), kWrongUsage);
+    } else if (!fault.empty() && !Interrupt::requested()) {
+      complainOf(fault, kRefused);
+    } else if (!messages) {
+      status_ = std::max(status_, complain("no SIP message in " + titleOf(file_), kRefused));
+    }
   }
 
   // Each returns what is wrong with the file, or "".
@@ -147,6 +181,7 @@ class Reader {
       visitAll(
           text, nullptr, [&log](std::size_t offset) { return log.lineAt(offset); }, input);
     });
+    input.whenQuiet([&log] { log.quiet(); });
     TextInput text(input);
     for (std::string piece; text.read(piece); piece.clear()) {
       log.add(piece);
@@ -162,6 +197,7 @@ class Reader {
           message, nullptr, [&messages](std::size_t offset) { return messages.lineAt(offset); },
           input);
     });
+    input.whenQuiet([&messages] { messages.quiet(); });
     TextInput text(input);
     for (std::string piece; text.read(piece); piece.clear()) {
       if (!messages.add(piece)) {
@@ -188,17 +224,21 @@ class Reader {
              const Input& input) {
     ++counts_.messages;
     visit_({message, file_, passage, lineAt});
+    if (flush_) {
+      flushOutput();
+    }
     progress_.at(done_ + input.position());
   }
 
-  void complainOf(const std::string& file, const std::string& fault, int status) {
-    status_ = std::max(status_, complain(file + ": " + fault, status));
+  void complainOf(const std::string& fault, int status) {
+    status_ = std::max(status_, complain(file_ + ": " + fault, status));
   }
 
   const Sources& sources_;
   FileCounts& counts_;
   const Visit& visit_;
   Progress progress_;
+  const bool flush_;
   std::size_t done_ = 0;  // bytes of the files before
   std::string file_;
   int status_ = kAccepted;

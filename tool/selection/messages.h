@@ -18,6 +18,8 @@ struct Sources {
   bool find = false;                       // of texts, the messages between other lines
   bool directories = false;                // a directory is all files below it, else a fault
   bool notes = true;                       // say what is left out of a capture that has messages
+  bool follow = false;                     // of one file, wait at its end for more
+  bool summary = false;                    // what is printed comes after all messages
 };
 
 // A message and where it was found.
@@ -35,8 +37,10 @@ struct FileCounts {
 };
 
 // Reads the files and visits each message, in the order in which they are complete. Standard error
-// gets what cannot be read, is damaged or has no message, and a progress bar. Returns the worst
-// status of these. Throws CaptureUsageError for a wrong filter.
+// gets what cannot be read, is damaged or has no message, and a progress bar. A terminal, and
+// whatever reads along with a file that is followed, gets the output for a message at once. SIGINT
+// and SIGTERM end the reading of a pipe and of a file that is followed. Returns the worst status of
+// these. Throws CaptureUsageError for a wrong filter.
 int readMessages(const Sources& sources, FileCounts& counts,
                  const std::function<void(const MessageInFile& found)>& visit);
 

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <stdexcept>
 
 #include "text/text.h"
 
@@ -17,6 +18,12 @@ std::string colourChoice = "auto";
 int complain(const std::string& what, int status) {
   std::cerr << "siputil: " << printable(what) << '\n';
   return status;
+}
+
+void flushOutput() {
+  if (!std::cout.flush()) {
+    throw std::runtime_error("the output cannot be written");
+  }
 }
 
 void chooseColours(const std::string& when) { colourChoice = when; }

@@ -13,6 +13,9 @@ constexpr int kWrongUsage = 2;
 // Prints on standard error what is wrong; returns the status.
 int complain(const std::string& what, int status);
 
+// Writes what was printed. Throws std::runtime_error when standard output cannot be written.
+void flushOutput();
+
 // Chooses whether standard output has colours: "always", "never", or "auto", which is the default.
 void chooseColours(const std::string& when);
 
