@@ -23,7 +23,8 @@ ask() { pkg-config "$@" siputility | xargs printf '%s\n'; }
 libdir=$(ask --variable=libdir)
 for kind in '' --static; do
   mapfile -t flags < <(ask --cflags --libs $kind)
-  flags+=("-Wl,-rpath,$libdir")
+  # As by default on Ubuntu, a program names only the libraries that it calls.
+  flags=(-Wl,--as-needed "${flags[@]}" "-Wl,-rpath,$libdir")
   mkdir -p "$work/pkg-config$kind"
   "$cxx" -std=c++17 -o "$work/pkg-config$kind/consumer" "$source/consumer.cpp" "${flags[@]}"
   "$cc" -o "$work/pkg-config$kind/caller" "$source/caller.c" "${flags[@]}"

@@ -39,10 +39,19 @@ if [ "$way" = pkg-config ]; then
   )
 else
   block cmake >"$work/project/CMakeLists.txt"
+  if [ "$way" != C ]; then
+    # A program that uses the platform only.
+    printf '%s\n' 'add_executable(blocks blocks.cpp)' \
+      'target_link_libraries(blocks PRIVATE siputility::imsdpl)' >>"$work/project/CMakeLists.txt"
+    printf '%s\n' '#include <siputility/imsdpl.h>' '#include "hostControl.h"' \
+      'int main() { __free(__malloc(1)); return hostLiveBlocks() == 0 ? 0 : 1; }' \
+      >"$work/project/blocks.cpp"
+  fi
   cmake -S "$work/project" -B "$work/build" -G "$generator" \
     -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_C_COMPILER="$cc" -DCMAKE_PREFIX_PATH="$prefix" \
     -DCMAKE_FIND_PACKAGE_NO_PACKAGE_REGISTRY=ON "${options[@]}"
   cmake --build "$work/build"
+  [ "$way" = C ] || "$work/build/blocks"
   cmake --install "$work/build" --prefix "$work/installed"
   # Only what is installed is left.
   mv "$work/build" "$work/build.moved"
