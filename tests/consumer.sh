@@ -24,7 +24,7 @@ libdir=$(ask --variable=libdir)
 for kind in '' --static; do
   mapfile -t flags < <(ask --cflags --libs $kind)
   # As by default on Ubuntu, a program names only the libraries that it calls.
-  flags=(-Wl,--as-needed "${flags[@]}" "-Wl,-rpath,$libdir")
+  flags=("-Wl,--as-needed" "${flags[@]}" "-Wl,-rpath,$libdir")
   mkdir -p "$work/pkg-config$kind"
   "$cxx" -std=c++17 -o "$work/pkg-config$kind/consumer" "$source/consumer.cpp" "${flags[@]}"
   "$cc" -o "$work/pkg-config$kind/caller" "$source/caller.c" "${flags[@]}"
