@@ -28,18 +28,22 @@ if(SIPUTILITY_LIBFUZZER)
   target_compile_options(siputility_build_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# siputility_library_flags: these and the flags of the shared libraries. Under sanitizers only the
-# program has their runtime, so undefined symbols cannot be errors.
+# siputility_library_flags: these and the flags of the libraries. Under sanitizers only the program
+# has their runtime, so undefined symbols cannot be errors. What links a static library gets the link
+# options here.
 add_library(siputility_library_flags INTERFACE)
 target_link_libraries(siputility_library_flags INTERFACE siputility_build_flags)
 # A library calls its own functions directly, not through the dynamic linker, and may inline them.
 # It calls those of other libraries through their addresses, without a stub.
 target_compile_options(siputility_library_flags INTERFACE -fno-exceptions -fno-plt
                                                           -fno-semantic-interposition)
-target_link_options(siputility_library_flags INTERFACE LINKER:-Bsymbolic-functions)
-if(NOT SIPUTILITY_SANITIZE)
-  target_link_options(siputility_library_flags INTERFACE LINKER:--no-undefined)
-elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+if(library_type STREQUAL "SHARED")
+  target_link_options(siputility_library_flags INTERFACE LINKER:-Bsymbolic-functions)
+  if(NOT SIPUTILITY_SANITIZE)
+    target_link_options(siputility_library_flags INTERFACE LINKER:--no-undefined)
+  endif()
+endif()
+if(SIPUTILITY_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   # Unsigned sums never wrap in our own code. In headers of the standard library they may.
   target_compile_options(siputility_library_flags INTERFACE
                          -fsanitize=unsigned-integer-overflow)

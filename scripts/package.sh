@@ -27,5 +27,5 @@ lintian --fail-on error "$build"/*.deb
 root=$build/root
 for package in "$build"/*.deb; do dpkg-deb -x "$package" "$root"; done
 "$root/usr/bin/siputil" address 'sip:alice@example.test;lr'
-tests/consumer.sh "$root/usr" "$build/consumer" Ninja "${CXX-c++}"
+tests/consumer.sh "$root/usr" "$build/consumer" Ninja "${CXX-c++}" "${CC-cc}"
 ls -1 "$build"/*.deb

@@ -1,16 +1,9 @@
-// consumer.cpp - a separate program, built against the installed library.
-//
-// With pkg-config; the last argument is needed only if the loader does not search the folder:
-//
-//   c++ -std=c++17 consumer.cpp $(pkg-config --cflags --libs siputility siputility-host) \
-//     -Wl,-rpath,$(pkg-config --variable=libdir siputility)
-//
-// Put eval before c++ if the path of the installed tree has blanks.
+// consumer.cpp - a separate program, which docs/linking.md links with the library in each way.
 #include <cstdio>
 
 #include <siputility/wySipHeader.h>
 
-#include "imsdpl.h"
+#include "imsdpl.h"  // a platform header, for __free
 #include "wySipCommon.h"
 #include "wySipInit.h"
 

@@ -8,9 +8,8 @@
 
 namespace {
 
-WySingletonBaseClass*& slotOf(Globals* globals, signed char id) {
-  return static_cast<Registry*>(globals)->objects[static_cast<unsigned char>(id)];
-}
+// Globals has no fields. Its address is that of the registry, which wyDplTlsGet() returned.
+Registry* registryOf(Globals* globals) { return reinterpret_cast<Registry*>(globals); }
 
 }  // namespace
 
@@ -21,10 +20,16 @@ void MafErrorHandler::AssertString(const char* message, const char* sourceFile, 
 WySingletonBaseClass::WySingletonBaseClass() = default;
 WySingletonBaseClass::~WySingletonBaseClass() = default;
 
-WySingletonBaseClass* Globals::GetSingObj(signed char id) { return slotOf(this, id); }
+WySingletonBaseClass* Globals::GetSingObj(signed char id) {
+  return static_cast<WySingletonBaseClass*>(
+      registryOf(this)->objects[static_cast<unsigned char>(id)]);
+}
 
 void Globals::RegisterSingObj(signed char id, WySingletonBaseClass* object) {
-  slotOf(this, id) = object;
+  registryOf(this)->objects[static_cast<unsigned char>(id)] = object;
+  registryOf(this)->deleteObject = [](void* each) {
+    delete static_cast<WySingletonBaseClass*>(each);
+  };
 }
 
 SingoConfig::SingoConfig() = default;

@@ -1,13 +1,12 @@
-// registry.h - the singletons of one thread, made by imsdpl.cpp and filled by imsvarn.cpp.
+// registry.h - the singletons of one thread, made by imsdpl.c and filled by imsvarn.cpp.
 #ifndef EXAMPLE_REGISTRY_H
 #define EXAMPLE_REGISTRY_H
 
-#include <climits>
+#include <limits.h>
 
-#include "imsvarn.h"
-
-struct Registry : Globals {
-  WySingletonBaseClass* objects[UCHAR_MAX + 1] = {};  // by the id as an unsigned byte
+struct Registry {
+  void* objects[UCHAR_MAX + 1];        // by the id as an unsigned byte; null for none
+  void (*deleteObject)(void* object);  // C cannot delete an object of C++
 };
 
 #endif  // EXAMPLE_REGISTRY_H

@@ -4,12 +4,16 @@
 /// Texts are zero-terminated. A returned text is a block of the platform; the caller frees it with
 /// `__free`. Unless stated otherwise, a function that fails logs the reason (level 4, level 5 out
 /// of memory, module 6054) and leaves `*out` untouched.
+///
+/// C can include this header.
 #ifndef WY_SIP_COMMON_H
 #define WY_SIP_COMMON_H
 
 #include "wySipExport.h"
 
+#ifdef __cplusplus
 extern "C" {
+#endif
 
 /// Percent-encodes the user-info of a SIP URI, the text between `sip:` and the last `@` after it.
 /// The platform decodes the user-info and encodes it again. Every `:` becomes `%3A`, also the one
@@ -75,6 +79,8 @@ SIPUTILITY_EXPORT int wySortCommaSepStrings(char** text);
 /// and out of memory, all at level 4.
 SIPUTILITY_EXPORT char* SipFormatIMEInumber(char* imei);
 
+#ifdef __cplusplus
 }  // extern "C"
+#endif
 
 #endif  // WY_SIP_COMMON_H

@@ -2,16 +2,17 @@
 /// Start-up of the library, and the records of connections and credentials.
 ///
 /// The library does not interpret the fields of the records. Their names show type and position.
+///
+/// C can include this header; it then has InitServiceModules().
 #ifndef WY_SIP_INIT_H
 #define WY_SIP_INIT_H
 
-#include "imsvarn.h"
 #include "wySipExport.h"
 
+#ifdef __cplusplus
+#include "imsvarn.h"
+
 /// Access to the configuration of the framework.
-///
-/// A program that calls Globals itself also links the library of the framework
-/// (`siputility::imsvarn`, or `siputility-host` with pkg-config).
 class SIPUTILITY_EXPORT SingoConfig_SO {
  public:
   /// Returns the SingoConfig of the calling thread. The first call of a thread makes the object and
@@ -24,12 +25,18 @@ class SIPUTILITY_EXPORT SingoConfig_SO {
   static SingoConfig* Instance();
 };
 
+extern "C" {
+#endif
+
 /// Sets up the configuration of the framework for the calling thread: calls `Init()` of
 /// SingoConfig_SO::Instance(). Each thread that uses the framework calls this once.
 ///
 /// Fails: logs "InitServiceModules | SingoConfig is NULL" if there is no object, and
 /// "InitServiceModules | pSingoConfig->Init() Failed" (level 5, module 6054).
-extern "C" SIPUTILITY_EXPORT void InitServiceModules();
+SIPUTILITY_EXPORT void InitServiceModules(void);  // NOLINT(modernize-redundant-void-arg): for C
+
+#ifdef __cplusplus
+}  // extern "C"
 
 /// Parameters of a connection.
 ///
@@ -77,5 +84,7 @@ class SIPUTILITY_EXPORT wyCredentialsStruct {
   char* seventhString;
   char* eighthString;
 };
+
+#endif  // __cplusplus
 
 #endif  // WY_SIP_INIT_H

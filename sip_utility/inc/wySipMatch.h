@@ -7,13 +7,18 @@
 /// no count reaches past its end.
 ///
 /// A matcher is made on the stack for one use, and is used by one thread at a time.
+///
+/// C can include this header; it then has the predicates.
 #ifndef WY_SIP_MATCH_H
 #define WY_SIP_MATCH_H
 
 #include "wySipExport.h"
+
+#ifdef __cplusplus
 #include "wySipString.h"
 
 extern "C" {
+#endif
 
 // Character predicates. Each returns 0 for a value outside 0 to 127 as well.
 
@@ -35,6 +40,7 @@ SIPUTILITY_EXPORT int WySipIsUnreserved(int c);
 /// Returns 1 for the code of a letter, a digit and any of ``- . ! % * _ + ` ' ~``, else 0.
 SIPUTILITY_EXPORT int WySipIsToken(int c);
 
+#ifdef __cplusplus
 }  // extern "C"
 
 /// The base of all matchers.
@@ -295,5 +301,7 @@ class SIPUTILITY_EXPORT SipAddressMatchHeaders : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
+
+#endif  // __cplusplus
 
 #endif  // WY_SIP_MATCH_H

@@ -3,11 +3,15 @@
 ///
 /// Texts are zero-terminated. Unless stated otherwise, a function that fails logs the reason (level
 /// 4, some of them level 5 out of memory, module 6054).
+///
+/// C can include this header; it then has all functions but those that return an object.
 #ifndef WY_SIP_UTILS_H
 #define WY_SIP_UTILS_H
 
-#include "wySipAddress.h"
 #include "wySipExport.h"
+
+#ifdef __cplusplus
+#include "wySipAddress.h"
 #include "wySipHeader.h"
 
 extern "C" {
@@ -35,6 +39,7 @@ extern "C" {
 SIPUTILITY_EXPORT SipAddress* ParseViaHeaderToAdress(const char* via);
 SIPUTILITY_EXPORT SipHeader* ParseViaHeaderToHeader(const char* via);
 /// @}
+#endif  // __cplusplus
 
 /// Returns 1 if two SIP URIs have the same user, port and host; else logs the difference and
 /// returns 0.
@@ -106,7 +111,9 @@ SIPUTILITY_EXPORT unsigned int wyAtoi32(const char* text);
 SIPUTILITY_EXPORT unsigned int DeCompressGzipData(unsigned char* input, unsigned short length,
                                                   unsigned char** output);
 
+#ifdef __cplusplus
 }  // extern "C"
+#endif
 
 /// Compresses `input[0, length)` into a gzip stream that is not longer than the input. Returns the
 /// length of the stream and its bytes in `*output`.
@@ -117,6 +124,10 @@ SIPUTILITY_EXPORT unsigned int DeCompressGzipData(unsigned char* input, unsigned
 ///
 /// Owns: the caller frees `*output` with `__free`.
 SIPUTILITY_EXPORT unsigned int compMessageWithDeflate(char* input, unsigned char** output,
-                                                      unsigned int length);
+                                                      unsigned int length)
+#ifndef __cplusplus
+    __asm__("_Z22compMessageWithDeflatePcPPhj")  // its link name, which has the types
+#endif
+    ;
 
 #endif  // WY_SIP_UTILS_H

@@ -5,12 +5,15 @@
 /// rules of numbers and contexts match at the stream's position, whatever the offset; call them
 /// with offset 0. They log why they do not match (level 3, module 6054); a failed match is a normal
 /// result.
+///
+/// C can include this header; it then has the predicate.
 #ifndef WY_TEL_ADDRESS_MATCH_H
 #define WY_TEL_ADDRESS_MATCH_H
 
 #include "wySipExport.h"
 #include "wySipMatch.h"
 
+#ifdef __cplusplus
 /// The kind of a telephone number.
 enum WY_SIP_TELURI_TYPE : unsigned int {
   WY_SIP_TELURI_TYPE_NONE = 0,    ///< not known yet
@@ -18,8 +21,14 @@ enum WY_SIP_TELURI_TYPE : unsigned int {
   WY_SIP_TELURI_TYPE_GLOBAL = 2,  ///< begins with `+`
 };
 
+extern "C" {
+#endif
+
 /// Returns 1 for the codes of `(`, `)`, `-` and `.`, else 0.
-extern "C" SIPUTILITY_EXPORT int WyTelIsVisualSeparator(int c);
+SIPUTILITY_EXPORT int WyTelIsVisualSeparator(int c);
+
+#ifdef __cplusplus
+}  // extern "C"
 
 /// `*phonedigit = *( DIGIT / visual-separator )`
 class SIPUTILITY_EXPORT TelAddressMatchPhoneDigit : public SipMatchCharSet {
@@ -70,5 +79,7 @@ class SIPUTILITY_EXPORT TelAddressMatchContext : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
+
+#endif  // __cplusplus
 
 #endif  // WY_TEL_ADDRESS_MATCH_H
