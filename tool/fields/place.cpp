@@ -111,7 +111,7 @@ std::string wordsOfIpv4(std::string_view text, std::size_t offset) {
   return "";
 }
 
-Place placeAt(std::string_view text, std::size_t offset, std::string words = "") {
+Place placeAt(std::string_view text, std::size_t offset, const std::string& words = "") {
   return {std::min(offset, text.size()), words.empty() ? wordsOfIpv4(text, offset) : words,
           wordsOfByte(text, offset)};
 }
