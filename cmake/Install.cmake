@@ -4,6 +4,7 @@
 #   bin/siputil
 #   include/siputility/          the library's headers and those of the platform's contract
 #   lib/lib-siputility.so.N
+#   lib/lib-siputility-message.a
 #   lib/siputility/lib-ims*.so   the host platform: no version, since a handset has these names
 #   lib/cmake/siputility/, lib/pkgconfig/
 #   share/                       manual page, completions
@@ -77,6 +78,7 @@ install_filled(siputilityConfig.cmake ${package})
 file(RELATIVE_PATH prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" prefix ${prefix})
 install_filled(siputility.pc ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install_filled(siputility-message.pc ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 if(TARGET siputil)
   file(RELATIVE_PATH libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})

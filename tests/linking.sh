@@ -18,6 +18,9 @@ block() { # LANGUAGE: the first such block of the section
 rm -rf "$work"
 mkdir -p "$work/project" "$work/installed/bin"
 cp "$root"/examples/consumer/{consumer.cpp,caller.c} "$work/project"
+printf '%s\n' '#include <siputility/sipMessage.h>' \
+  'int main() { return siputility::isStartLine("SIP/2.0 200 OK") ? 0 : 1; }' \
+  >"$work/project/messages.cpp"
 program=consumer
 options=()
 case $way in
@@ -36,13 +39,19 @@ if [ "$way" = pkg-config ]; then
     c++() { "$cxx" "$@"; }
     eval "eval $(block sh)"
     mv consumer "$work/installed/bin"
+    # shellcheck disable=SC2046  # words are options
+    eval "$cxx" -std=c++17 messages.cpp $(pkg-config --cflags --libs siputility-message) \
+      -Wl,-rpath,$(pkg-config --variable=libdir siputility)
+    ./a.out
   )
 else
   block cmake >"$work/project/CMakeLists.txt"
   if [ "$way" != C ]; then
-    # A program that uses the platform only.
+    # A program that uses the platform only, and one that reads messages.
     printf '%s\n' 'add_executable(blocks blocks.cpp)' \
-      'target_link_libraries(blocks PRIVATE siputility::imsdpl)' >>"$work/project/CMakeLists.txt"
+      'target_link_libraries(blocks PRIVATE siputility::imsdpl)' \
+      'add_executable(messages messages.cpp)' \
+      'target_link_libraries(messages PRIVATE siputility::message)' >>"$work/project/CMakeLists.txt"
     printf '%s\n' '#include <siputility/imsdpl.h>' '#include "hostControl.h"' \
       'int main() { __free(__malloc(1)); return hostLiveBlocks() == 0 ? 0 : 1; }' \
       >"$work/project/blocks.cpp"
@@ -51,7 +60,7 @@ else
     -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_C_COMPILER="$cc" -DCMAKE_PREFIX_PATH="$prefix" \
     -DCMAKE_FIND_PACKAGE_NO_PACKAGE_REGISTRY=ON "${options[@]}"
   cmake --build "$work/build"
-  [ "$way" = C ] || "$work/build/blocks"
+  [ "$way" = C ] || { "$work/build/blocks" && "$work/build/messages"; }
   cmake --install "$work/build" --prefix "$work/installed"
   # Only what is installed is left.
   mv "$work/build" "$work/build.moved"
