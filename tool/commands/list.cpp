@@ -16,7 +16,7 @@ struct ListOptions {
 };
 
 // From this width on, lines have room for ports and wider gaps.
-constexpr std::size_t kRoomy = 155;
+constexpr std::size_t kRoomy = 158;
 
 // Returns the columns of a list with passages or without, with those of --wide or without.
 std::vector<Column> columnsOf(bool passages, bool wide, bool roomy) {
@@ -35,7 +35,7 @@ std::vector<Column> columnsOf(bool passages, bool wide, bool roomy) {
   if (passages && wide) {
     columns.push_back({4, 4});
   }
-  columns.push_back({9, 20, kLeft, false, gap});
+  columns.push_back({9, 23, kLeft, false, gap});
   columns.push_back({7, 12, kLeft, false, gap});
   columns.push_back({7, 15, kLeft, true, gap});
   columns.push_back({7, 15, kLeft, true, gap});
