@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "input/input.h"
+#include "text/options.h"
 #include "text/text.h"
 
 namespace {
@@ -13,16 +14,6 @@ namespace {
 Edit makeEdit(Edit::Kind kind, const std::string& text) {
   const std::size_t equal = std::min(text.find('='), text.size());
   return {kind, text.substr(0, equal), text.substr(std::min(equal + 1, text.size()))};
-}
-
-// Each occurrence is handled when it is parsed, so that options of different kinds keep their
-// order.
-void addEditOption(CLI::App& parser, const std::string& flag, const std::string& help,
-                   const std::string& form, const std::function<void(const std::string&)>& take) {
-  parser.add_option_function<std::string>(flag, take, help)
-      ->trigger_on_parse()
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
-      ->type_name(form);
 }
 
 std::string joined(const std::vector<std::string>& names) {
@@ -42,6 +33,10 @@ void addFormatOptions(CLI::App& parser, bool& json) {
                                         "Print colours: auto, always or never")
       ->check(CLI::IsMember({"auto", "always", "never"}).description(""))
       ->type_name("WHEN");
+}
+
+void addRawOption(CLI::App& parser) {
+  parser.add_flag_callback("--raw", keepBackslashes, "Show each backslash once, not twice");
 }
 
 void addOutputOptions(CLI::App& parser, bool& json, bool& verbose) {
@@ -72,6 +67,7 @@ void addTextArgument(CLI::App& parser, Options& options) {
 void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
                     std::string (*check)(const Edit& edit)) {
   addTextArgument(parser, options);
+  addRawOption(parser);
   const auto takeSet = [&options, pieces, check](const std::string& text) {
     const Edit edit = makeEdit(Edit::Kind::kSet, text);
     const bool known = std::find(pieces.begin(), pieces.end(), edit.name) != pieces.end();
@@ -84,12 +80,12 @@ void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::s
     }
     options.edits.push_back(edit);
   };
-  addEditOption(parser, "--set", "Replace a piece: " + joined(pieces), "PIECE=VALUE", takeSet);
-  addEditOption(parser, "--param", "Add or replace a parameter", "NAME[=VALUE]",
+  addRepeatable(parser, "--set", "PIECE=VALUE", "Replace a piece: " + joined(pieces), takeSet);
+  addRepeatable(parser, "--param", "NAME[=VALUE]", "Add or replace a parameter",
                 [&options](const std::string& text) {
                   options.edits.push_back(makeEdit(Edit::Kind::kParam, text));
                 });
-  addEditOption(parser, "--remove-param", "Remove a parameter", "NAME",
+  addRepeatable(parser, "--remove-param", "NAME", "Remove a parameter",
                 [&options](const std::string& text) {
                   options.edits.push_back({Edit::Kind::kRemoveParam, text, ""});
                 });
@@ -149,6 +145,7 @@ void parseWithSources(CommandLine& line, Sources& sources) {
       ->type_name("EXPR")
       ->allow_extra_args(false);
   parser.add_flag("--follow", sources.follow, "Wait at the end of FILE for more");
+  addSelectionOptions(parser, sources.selection);
   line.parse();
   takeRest(parser, paths, SIZE_MAX);
   if (sources.follow && paths.size() > 1) {

@@ -29,6 +29,9 @@ struct Options {
 // Adds --json and --color to the parser of a command.
 void addFormatOptions(CLI::App& parser, bool& json);
 
+// Adds --raw to the parser of a command that shows values.
+void addRawOption(CLI::App& parser);
+
 // Adds --json, --color and -v to the parser of a command.
 void addOutputOptions(CLI::App& parser, bool& json, bool& verbose);
 
@@ -65,8 +68,8 @@ struct CommandLine {
   void parse();
 };
 
-// Adds FILE, --find, --filter and --follow to the parser of a command that reads messages, and
-// parses the command line.
+// Adds FILE, --find, --filter, --follow and the options that choose messages to the parser of a
+// command that reads messages, and parses the command line.
 void parseWithSources(CommandLine& line, Sources& sources);
 
 // A command: adds its options to the parser, parses the command line, runs and returns the status.
@@ -80,6 +83,7 @@ struct Command {
 int runAddress(CommandLine& line);
 int runTel(CommandLine& line);
 int runHeader(CommandLine& line);
+int runList(CommandLine& line);
 int runMessage(CommandLine& line);
 int runCheck(CommandLine& line);
 int runVia(CommandLine& line);

@@ -94,6 +94,9 @@ class Reader {
         });
     if (counts_.files == 0 && status_ == kAccepted) {
       status_ = complain("no file in " + sources_.paths.front(), kRefused);
+    } else if (counts_.read != 0 && counts_.messages == 0) {
+      status_ = std::max(
+          status_, complain("no message was chosen of " + std::to_string(counts_.read), kRefused));
     }
     return status_;
   }
@@ -120,12 +123,12 @@ class Reader {
       return false;
     }
     ++counts_.files;
-    const unsigned long before = counts_.messages;
+    const unsigned long before = counts_.read;
     const std::string fault = readMessagesOf(input);
     if (input.becameShorter()) {
       return true;
     }
-    judge(input, fault.empty() ? input.fault() : fault, counts_.messages != before);
+    judge(input, fault.empty() ? input.fault() : fault, counts_.read != before);
     done_ += input.position();
     progress_.at(done_);
     return false;
@@ -155,7 +158,7 @@ class Reader {
 
   std::string readCaptureFile(Input& input) {
     CaptureCounts counts;
-    const unsigned long before = counts_.messages;
+    const unsigned long before = counts_.read;
     std::string error;
     try {
       error = readCapture(
@@ -170,7 +173,7 @@ class Reader {
       }
       error = usage.what();  // built without libpcap
     }
-    if (sources_.notes || counts_.messages == before) {
+    if (sources_.notes || counts_.read == before) {
       printNotes(file_, counts);
     }
     return error;
@@ -222,8 +225,11 @@ class Reader {
 
   void visit(const Message& message, const Passage* passage, const LineAt& lineAt,
              const Input& input) {
-    ++counts_.messages;
-    visit_({message, file_, passage, lineAt});
+    const unsigned long number = ++counts_.read;
+    if (sources_.selection.wants(message, number)) {
+      ++counts_.messages;
+      visit_({message, number, file_, passage, lineAt});
+    }
     if (flush_) {
       flushOutput();
     }
