@@ -22,8 +22,13 @@ completions() { # COMMAND_WORD...
   _siputil
   printf '%s\n' "${COMPREPLY[@]}" | sort
 }
+compopt() { echo "$*"; }
 # shellcheck source=tool/share/siputil.bash
 source "$2/siputil.bash"
 diff -u <({ listed_commands && listed_options; } | sort -u) <(completions '')
 diff -u <(echo message) <(completions mess)
-diff -u <(listed_options message | grep only) <(completions message file --on)
+diff -u <(echo --only) <(completions message file --on)
+diff -u <(echo always) <(completions message --color = al)
+diff -u <(printf '%s\n' Record-Route Recv-Info) <(completions message --only Rec)
+diff -u <(printf '%s\n' '-o nospace' phone-context= phoneNumber=) <(completions tel --set ph)
+diff -u <(echo) <(completions check nofile)
