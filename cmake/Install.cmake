@@ -7,7 +7,7 @@
 #   lib/lib-siputility-message.a
 #   lib/siputility/lib-ims*.so   the host platform: no version, since a handset has these names
 #   lib/cmake/siputility/, lib/pkgconfig/
-#   share/                       manual page, completions
+#   share/                       manual page, completions, schema of the JSON
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -89,6 +89,8 @@ if(TARGET siputil)
   install(FILES ${share}/siputil.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
   install(FILES ${share}/siputil.bash RENAME siputil COMPONENT tool
           DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES ${PROJECT_SOURCE_DIR}/docs/siputil.schema.json COMPONENT tool
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/siputility)
   set(SIPUTILITY_ZSH_COMPLETIONS ${CMAKE_INSTALL_DATADIR}/zsh/site-functions
       CACHE STRING "Where the completions for zsh are installed")
   install(FILES ${share}/_siputil DESTINATION ${SIPUTILITY_ZSH_COMPLETIONS} COMPONENT tool)

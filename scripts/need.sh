@@ -8,7 +8,7 @@ package_of() {
   case $1 in
     g++ | cmake | clang-format | clang-tidy | debootstrap | doxygen | gcovr | jq) echo "$1" ;;
     lintian | pkg-config | python3 | python3-jsonschema | python3-scipy) echo "$1" ;;
-    shellcheck | valgrind) echo "$1" ;;
+    shellcheck | valgrind | zsh) echo "$1" ;;
     clang++) echo clang ;;
     dpkg-shlibdeps) echo dpkg-dev ;;
     ninja) echo ninja-build ;;

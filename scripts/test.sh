@@ -9,7 +9,7 @@ preset=${1-dev}
 probes=(g++ cmake ninja zlib.h CLI/CLI.hpp nlohmann/json.hpp utf8.h pcap/pcap.h gtest/gtest.h
   python3-jsonschema)
 case $preset in
-  dev) probes+=(pkg-config) ;;
+  dev) probes+=(pkg-config zsh) ;;
   release) probes+=(benchmark/benchmark.h) ;;
   clang) probes+=(clang++) ;;
   sanitize | thread) probes+=(clang++ sanitizer/asan_interface.h) ;;

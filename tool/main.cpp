@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "commands/command.h"
+#include "commands/completion.h"
 #include "text/text.h"
 
 namespace {
@@ -119,19 +120,44 @@ int complainOfCommand(const std::string& name) {
 
 // Runs a command. Its parser is no subcommand of another one, which would take a "++" for the end
 // of the command.
-int run(const Command& command, int argc, char** argv) {
+int run(const Command& command, int argc, char** argv, bool complete) {
   CLI::App parser(command.help, command.name);
   std::string examples = "Examples:";
   for (const char* example : command.examples) {
     examples.append("\n  ").append(example);
   }
   parser.footer(examples);
-  CommandLine line = {parser, argc, argv};
+  CommandLine line = {parser, argc, argv, complete};
   try {
     return command.run(line);
   } catch (const CLI::CallForHelp&) {
     return kAccepted;
   }
+}
+
+const Command* findCommand(const std::string& name) {
+  const auto* command =
+      std::find_if(std::begin(kCommands), std::end(kCommands),
+                   [&name](const Command& candidate) { return name == candidate.name; });
+  return command == std::end(kCommands) ? nullptr : command;
+}
+
+// Prints what the last of the words may be; the completions of the shells ask this.
+int completeWords(int count, char** words) {
+  const Command* command = count > 1 ? findCommand(words[0]) : nullptr;
+  if (command != nullptr) {
+    return run(*command, count, words, true);
+  }
+  if (count != 1) {
+    return kAccepted;  // of no command
+  }
+  const std::string text = words[0];
+  for (const Command& each : kCommands) {
+    printCandidate(text, each.name, each.help);
+  }
+  printCandidate(text, "--help", "Print the commands");
+  printCandidate(text, "--version", "Print the version");
+  return kAccepted;
 }
 
 int run(int argc, char** argv) {
@@ -146,11 +172,11 @@ int run(int argc, char** argv) {
     std::cout << "siputil " SIPUTIL_VERSION "\n";
     return kAccepted;
   }
-  const auto* command =
-      std::find_if(std::begin(kCommands), std::end(kCommands),
-                   [&name](const Command& candidate) { return name == candidate.name; });
-  return command == std::end(kCommands) ? complainOfCommand(name)
-                                        : run(*command, argc - 1, argv + 1);
+  if (name == "--complete") {
+    return completeWords(argc - 2, argv + 2);
+  }
+  const Command* command = findCommand(name);
+  return command == nullptr ? complainOfCommand(name) : run(*command, argc - 1, argv + 1, false);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "commands/completion.h"
 #include "input/input.h"
 #include "text/options.h"
 #include "text/text.h"
@@ -117,6 +118,10 @@ std::string readFile(const std::string& name, std::string& text) {
 
 // The help is printed while the variables of the options live.
 void CommandLine::parse() {
+  if (complete) {
+    printCompletions(parser, {arguments + 1, arguments + count});
+    throw CLI::CallForHelp();
+  }
   try {
     parser.parse(count, arguments);
   } catch (const CLI::CallForHelp&) {

@@ -63,8 +63,9 @@ struct CommandLine {
   CLI::App& parser;
   int count;
   char** arguments;
+  bool complete;  // it is not to run: its last word is to be completed
 
-  // Prints the help that is asked for; throws what the parser throws.
+  // Prints the help or the completions that are asked for; throws what the parser throws.
   void parse();
 };
 

@@ -1,16 +1,11 @@
-# siputil.bash - completions of siputil for bash: commands and options as --help lists them.
+# siputil.bash - completions of siputil for bash, which siputil itself finds.
 # shellcheck shell=bash
 
 _siputil() {
-  local word=${COMP_WORDS[COMP_CWORD]} program=${COMP_WORDS[0]}
-  COMPREPLY=()
-  if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W "--help --version
-      $("$program" --help 2>/dev/null | sed '1,/ommands:/d' | awk '/^ +[a-z]/ { print $1 }')" -- "$word")
-  elif [[ $word == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W \
-      "$("$program" "${COMP_WORDS[1]}" --help 2>/dev/null | grep -o -- '--[a-z][a-z-]*')" -- "$word")
-  fi
+  mapfile -t COMPREPLY < <("${COMP_WORDS[0]}" --complete "${COMP_WORDS[@]:1:COMP_CWORD}" 2>/dev/null |
+    cut -f 1)
+  # A value or a piece follows.
+  [[ ${COMPREPLY[0]-} != *[.=] ]] || compopt -o nospace
 }
 
 # Texts may be anything, and files are wanted where a command takes them.
