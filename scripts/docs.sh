@@ -5,11 +5,13 @@
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
-scripts/need.sh doxygen
+scripts/need.sh doxygen doxygen-awesome-css
 # In a copy: Doxygen loses the links between pages where the path has blanks.
 copy=$(mktemp -d)
 trap 'rm -r "$copy"' EXIT
 cp -R --parents docs sip_utility/inc message/inc "$copy"
+# Each page but the first gets a table of contents.
+find "$copy/docs" -name '*.md' ! -name index.md -exec sed -i '1a \\n[TOC]' {} +
 mkdir -p build "$copy/build"
 (cd "$copy" && doxygen docs/Doxyfile) 2>&1 | sed "s,$copy/,," >&2
 rm -rf build/docs
