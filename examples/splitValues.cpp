@@ -3,7 +3,6 @@
 
 #include "sipFields.h"
 #include "sipText.h"
-#include "wySipAddress.h"
 #include "wySipCxx.h"
 #include "wySipHeader.h"
 
