@@ -30,7 +30,7 @@ folders="platform/inc:
   tool/commands: tool/selection tool/output tool/fields tool/packets tool/finding tool/input tool/text $inc platform/inc
   tool: tool/commands tool/text
   fuzz: message/inc tool/text tool/finding $inc platform/inc platform/host/hostControl.h tests/support
-  examples: $inc platform/inc
+  examples: message/inc $inc platform/inc platform/host/hostControl.h
   bench: $inc platform/inc"
 rows='wySipExport
   wySipString wySipCxx base grammar

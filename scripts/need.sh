@@ -7,7 +7,7 @@ set -euo pipefail
 package_of() {
   case $1 in
     g++ | cmake | clang-format | clang-tidy | debootstrap | doxygen | gcovr | jq) echo "$1" ;;
-    lintian | pkg-config | python3 | python3-jsonschema | python3-scipy) echo "$1" ;;
+    doxygen-awesome-css | lintian | pkg-config | python3 | python3-jsonschema | python3-scipy) echo "$1" ;;
     shellcheck | valgrind | zsh) echo "$1" ;;
     clang++) echo clang ;;
     dpkg-shlibdeps) echo dpkg-dev ;;
@@ -34,6 +34,7 @@ package_of() {
 present() {
   case $1 in
     sanitizer/*) echo "#include <$1>" | clang++ -E -x c++ - ;;
+    doxygen-awesome-css) [ -r /usr/share/doxygen-awesome-css/doxygen-awesome.css ] ;;
     compare.py) [ -r /usr/share/benchmark/compare.py ] ;;
     googletest) [ -d /usr/src/googletest ] ;;
     python3-jsonschema) /usr/bin/python3 -c 'from jsonschema import Draft202012Validator' ;;

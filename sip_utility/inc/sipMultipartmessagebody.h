@@ -18,7 +18,7 @@
 #include "wySipExport.h"
 #include "wySipHeader.h"
 
-/// A part of a multipart body; see sipMultipartmessagebody.h.
+/// A part of a multipart body: its headers, its content and links to the other parts.
 class SIPUTILITY_EXPORT SipMultipartMessageBody {
  public:
   /// Makes an empty node.

@@ -36,7 +36,7 @@ namespace siputility {
 class MultipartParse;
 }  // namespace siputility
 
-/// A parser of multipart bodies; see sipMultipartmessagebodyUtility.h.
+/// A parser that splits a multipart body into a tree of parts, which it owns.
 class SIPUTILITY_EXPORT SipMultipartMessageBodyUtility {
  public:
   /// The boundary of an opening delimiter. The record is on the memory log (category 2).

@@ -16,7 +16,7 @@
 #include "wySipPort.h"
 #include "wySipString.h"
 
-/// A SIP address that can be read, changed and written; see wySipAddress.h.
+/// A SIP address that can be read, changed and written: wildcard, addr-spec or name-addr.
 class SIPUTILITY_EXPORT SipAddress {
  public:
   /// Reads a complete address: `*`, an addr-spec or a name-addr. White space may surround it.

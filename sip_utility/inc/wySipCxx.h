@@ -15,6 +15,7 @@
 
 class SipParam;
 
+/// Helpers for C++ callers, and the pieces of messages.
 namespace siputility {
 
 /// Returns the content of a string, zero bytes included; of another text, the text. The view lives
@@ -64,6 +65,7 @@ bool equalIgnoringCase(const A& a, const B& b) {
 template <typename Owner>
 class ParamRange {
  public:
+  /// A step of a loop over the parameters.
   class Iterator {
    public:
     Iterator(const Owner& owner, const SipParam* param) : owner_(&owner), param_(param) {}

@@ -18,7 +18,7 @@
 #include "wySipParam.h"
 #include "wySipString.h"
 
-/// A SIP header field that can be read, changed and written; see wySipHeader.h.
+/// A SIP header field that can be read, changed and written: name, value and parameters.
 class SIPUTILITY_EXPORT SipHeader {
  public:
   /// Reads a name, which is a token, and a value with its parameters. White space may surround each

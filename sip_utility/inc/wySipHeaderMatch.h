@@ -11,7 +11,7 @@
 #include "wySipMatch.h"
 #include "wySipParam.h"
 
-/// The value of a header of one type.
+/// Matches the value of a header of one type.
 ///
 /// Matches an ordinary value as SipNonAuthHeaderMatchValue does, and the scheme, a token, of an
 /// authentication header. Matches nothing if the type is not set.
@@ -24,7 +24,7 @@ class SIPUTILITY_EXPORT SipHeaderMatchValue : public SipMatch {
   WY_SIP_SIPHEADER_TYPE headerType_;
 };
 
-/// `value = run *( LWS run )`
+/// Matches the value of an ordinary header: `value = run *( LWS run )`
 ///
 /// A run is what SipHeaderMatchIHeaderChars matches. The count does not include white space after
 /// the last run. The time is in proportion to the length of the value, however many brackets it
@@ -34,6 +34,7 @@ class SIPUTILITY_EXPORT SipNonAuthHeaderMatchValue : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
+/// Matches the part of a value that has no white space outside quotes and brackets:
 /// `run = *( quoted-string / bracketed / visible )`
 ///
 /// `bracketed` is a SIP addr-spec, a tel URI or an absoluteURI between `<` and `>`; `visible` is a
@@ -53,7 +54,7 @@ class SIPUTILITY_EXPORT SipHeaderMatchIHeaderChars : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `absoluteURI = scheme ":" 1*uric`
+/// Matches a URI of any scheme in its opaque form: `absoluteURI = scheme ":" 1*uric`
 ///
 /// Only the opaque form matches: the part after the `:` must not begin with `/`.
 class SIPUTILITY_EXPORT SipHeaderMatchAbsoluteURI : public SipMatch {

@@ -38,7 +38,7 @@ SIPUTILITY_EXPORT void InitServiceModules(void);  // NOLINT(modernize-redundant-
 #ifdef __cplusplus
 }  // extern "C"
 
-/// Parameters of a connection.
+/// The parameters of a connection, as a record.
 ///
 /// Construction and destruction are logged (level 3, module 6054); of a copy only the destruction.
 class SIPUTILITY_EXPORT wySipConnParams {
@@ -61,7 +61,7 @@ class SIPUTILITY_EXPORT wySipConnParams {
   char fourthText[100];
 };
 
-/// Credentials: strings that are blocks of the platform, or null.
+/// Credentials, as a record: strings that are blocks of the platform, or null.
 ///
 /// Construction and destruction are logged (level 3, module 6054).
 class SIPUTILITY_EXPORT wyCredentialsStruct {

@@ -43,7 +43,7 @@ SIPUTILITY_EXPORT int WySipIsToken(int c);
 #ifdef __cplusplus
 }  // extern "C"
 
-/// The base of all matchers.
+/// The base of all matchers: a rule says how many bytes of a text it covers.
 class SIPUTILITY_EXPORT SipMatch {
  public:
   SipMatch();
@@ -63,7 +63,8 @@ class SIPUTILITY_EXPORT SipMatch {
   unsigned int lastMatch_;
 };
 
-/// `*member`: the longest run of bytes that matchChar() accepts.
+/// The base of the matchers of a character class: `*member`, the longest run of bytes that
+/// matchChar() accepts.
 class SIPUTILITY_EXPORT SipMatchCharSet : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
@@ -72,11 +73,11 @@ class SIPUTILITY_EXPORT SipMatchCharSet : public SipMatch {
   virtual bool matchChar(char byte) = 0;
 };
 
-/// `*( member / "%" HEXDIG HEXDIG )`
+/// The base of the matchers of a character class with escapes: `*( member / "%" HEXDIG HEXDIG )`
 ///
-/// The longest run of bytes that matchChar() accepts and of escapes. An escape counts 3 bytes and
-/// is not decoded. A `%` without two hexadecimal digits after it ends the run. If matchChar()
-/// accepts `%` itself, each match is a failed assertion.
+/// Covers the longest run of bytes that matchChar() accepts and of escapes. An escape counts 3
+/// bytes and is not decoded. A `%` without two hexadecimal digits after it ends the run. If
+/// matchChar() accepts `%` itself, each match is a failed assertion.
 class SIPUTILITY_EXPORT SipMatchEscapedCharSet : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
@@ -85,43 +86,45 @@ class SIPUTILITY_EXPORT SipMatchEscapedCharSet : public SipMatch {
   virtual bool matchChar(char byte) = 0;
 };
 
+/// Matches a token, or nothing:
 /// ``*( alphanum / "-" / "." / "!" / "%" / "*" / "_" / "+" / "`" / "'" / "~" )``
 class SIPUTILITY_EXPORT SipMatchToken : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-/// `*DIGIT`
+/// Matches a run of digits: `*DIGIT`
 class SIPUTILITY_EXPORT SipMatchDigit : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-/// `*HEXDIG`, letters of either case
+/// Matches a run of hexadecimal digits of either letter case: `*HEXDIG`
 class SIPUTILITY_EXPORT SipMatchHexDigit : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-/// `*ALPHA`
+/// Matches a run of letters: `*ALPHA`
 class SIPUTILITY_EXPORT SipMatchAlpha : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-/// `*( reserved / unreserved / escaped )`
+/// Matches the characters of any URI: `*( reserved / unreserved / escaped )`
 class SIPUTILITY_EXPORT SipMatchUric : public SipMatchEscapedCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
+/// Matches the name or value of a parameter of a URI:
 /// `*( unreserved / escaped / "[" / "]" / "/" / ":" / "&" / "+" / "$" )`
 class SIPUTILITY_EXPORT SipMatchOtherParam : public SipMatchEscapedCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-/// `LWS = [*WSP CRLF] 1*WSP`
+/// Matches white space with at most one fold: `LWS = [*WSP CRLF] 1*WSP`
 ///
 /// Only one fold is accepted, and it must be complete. If a lone CR, a CRLF without white space
 /// after it or a second CRLF follows the white space, nothing matches at all.
@@ -130,7 +133,7 @@ class SIPUTILITY_EXPORT SipMatchLWS : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `[LWS] separator [LWS]`
+/// Matches one separator with the white space around it: `[LWS] separator [LWS]`
 class SIPUTILITY_EXPORT SipMatchLWSChar : public SipMatch {
  public:
   explicit SipMatchLWSChar(char separator);
@@ -140,7 +143,7 @@ class SIPUTILITY_EXPORT SipMatchLWSChar : public SipMatch {
   char separator_;
 };
 
-/// `DQUOTE *( qdtext / quoted-pair ) DQUOTE`
+/// Matches a quoted string: `DQUOTE *( qdtext / quoted-pair ) DQUOTE`
 ///
 /// The count includes both quotes. White space inside is LWS, folds included. Bytes from 0x80 up
 /// must form UTF8-NONASCII. A backslash may be followed by any byte except CR and LF. Each failure
@@ -154,7 +157,7 @@ class SIPUTILITY_EXPORT SipMatchQuotedString : public SipMatch {
   virtual unsigned int matchQuote(const SipStrStream& stream, unsigned int offset);
 };
 
-/// The bytes of one literal, in the same letter case.
+/// Matches the bytes of one literal, in the same letter case.
 ///
 /// An empty literal never matches. The matcher owns a copy of the literal.
 class SIPUTILITY_EXPORT SipMatchSpecificString : public SipMatch {
@@ -170,7 +173,7 @@ class SIPUTILITY_EXPORT SipMatchSpecificString : public SipMatch {
   SipString literal_;
 };
 
-/// `UTF8-NONASCII`: one character of two to six bytes
+/// Matches one character of two to six bytes: `UTF8-NONASCII`
 ///
 /// As in the rule of the RFC, overlong forms, surrogates and code points beyond Unicode match.
 class SIPUTILITY_EXPORT SipMatchUTF8NonASCII : public SipMatch {
@@ -178,7 +181,8 @@ class SIPUTILITY_EXPORT SipMatchUTF8NonASCII : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `label = alphanum [ *( alphanum / "-" ) alphanum ]`, of any length
+/// Matches a label of a host name, of any length:
+/// `label = alphanum [ *( alphanum / "-" ) alphanum ]`
 ///
 /// A run of these characters that begins or ends with `-` does not match at all: it is not
 /// shortened.
@@ -188,7 +192,8 @@ class SIPUTILITY_EXPORT SipMatchILabel : public SipMatchCharSet {
   bool matchChar(char byte) override;
 };
 
-/// `hostname = label *( "." label ) [ "." ]`, where the last label begins with a letter
+/// Matches a host name whose last label begins with a letter:
+/// `hostname = label *( "." label ) [ "." ]`
 ///
 /// If no label follows a dot, the match ends after that dot: of `a.-b` it covers `a.`.
 class SIPUTILITY_EXPORT SipMatchHostname : public SipMatch {
@@ -196,7 +201,7 @@ class SIPUTILITY_EXPORT SipMatchHostname : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `dec-octet`: 0 to 255 without leading zeros
+/// Matches one number of an IPv4 address, 0 to 255 without leading zeros: `dec-octet`
 ///
 /// A run of four or more digits does not match at all.
 class SIPUTILITY_EXPORT SipMatchIIPV4DecOctet : public SipMatch {
@@ -204,7 +209,7 @@ class SIPUTILITY_EXPORT SipMatchIIPV4DecOctet : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `IPv4address = dec-octet 3( "." dec-octet )`, whatever follows
+/// Matches an IPv4 address, whatever follows: `IPv4address = dec-octet 3( "." dec-octet )`
 ///
 /// If no dec-octet follows a dot, "MatchIPV4Address pos %lu did not match dec-octet" is logged with
 /// the offset that was tried (level 3, module 6054).
@@ -213,7 +218,7 @@ class SIPUTILITY_EXPORT SipMatchIIPV4Address : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `h16 = 1*4HEXDIG`
+/// Matches one group of an IPv6 address: `h16 = 1*4HEXDIG`
 ///
 /// A run of five or more digits does not match at all.
 class SIPUTILITY_EXPORT SipMatchIIPV6H16 : public SipMatch {
@@ -221,7 +226,7 @@ class SIPUTILITY_EXPORT SipMatchIIPV6H16 : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `IPv6address`, without brackets: eight groups
+/// Matches an IPv6 address of eight groups, without brackets: `IPv6address`
 ///
 /// An IPv4 address may take the place of the last two groups. `::` takes one group of the eight, so
 /// an address with `::` has at most seven others. Its match may end in a colon (`1::2:`). A second
@@ -231,7 +236,7 @@ class SIPUTILITY_EXPORT SipMatchIIPV6Address : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `host = hostname / IPv4address / "[" IPv6address "]"`
+/// Matches a host: `host = hostname / IPv4address / "[" IPv6address "]"`
 ///
 /// The count includes the brackets. A `[` without an IPv6 address after it counts 1 byte. A missing
 /// closing bracket logs "SipMatchHost ']' missing". A byte that begins no host logs
@@ -242,31 +247,34 @@ class SIPUTILITY_EXPORT SipMatchHost : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `scheme = ALPHA *( ALPHA / DIGIT / "+" / "-" / "." )`, without the `:`
+/// Matches the scheme of a URI, without the `:`:
+/// `scheme = ALPHA *( ALPHA / DIGIT / "+" / "-" / "." )`
 class SIPUTILITY_EXPORT SipAddressMatchScheme : public SipMatch {
  public:
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `*( ALPHA / DIGIT / "+" / "-" / "." )`
+/// Matches a scheme after its first letter: `*( ALPHA / DIGIT / "+" / "-" / "." )`
 class SIPUTILITY_EXPORT SipAddressMatchSchemeTrailing : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
+/// Matches the user of a URI:
 /// `user = *( unreserved / escaped / "&" / "=" / "+" / "$" / "," / ";" / "?" / "/" )`
 class SIPUTILITY_EXPORT SipAddressMatchUser : public SipMatchEscapedCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
+/// Matches the password of a URI:
 /// `password = *( unreserved / escaped / "&" / "=" / "+" / "$" / "," )`
 class SIPUTILITY_EXPORT SipAddressMatchPassword : public SipMatchEscapedCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-/// `userinfo = user [ ":" password ]`, without the `@`
+/// Matches user and password of a URI, without the `@`: `userinfo = user [ ":" password ]`
 ///
 /// The user must not be empty; the password may be empty.
 class SIPUTILITY_EXPORT SipAddressMatchUserInfo : public SipMatch {
@@ -274,7 +282,7 @@ class SIPUTILITY_EXPORT SipAddressMatchUserInfo : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `display-name = token *( LWS token ) / quoted-string`
+/// Matches a display name: `display-name = token *( LWS token ) / quoted-string`
 ///
 /// The count includes the quotes and never ends in white space.
 class SIPUTILITY_EXPORT SipAddressMatchDisplayName : public SipMatch {
@@ -282,19 +290,22 @@ class SIPUTILITY_EXPORT SipAddressMatchDisplayName : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
+/// Matches the name or value of a parameter of an address:
 /// `*paramchar = *( unreserved / escaped / "[" / "]" / "/" / ":" / "&" / "+" / "$" )`
 class SIPUTILITY_EXPORT SipAddressMatchParamChar : public SipMatchEscapedCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
+/// Matches the name or value of a header in a URI:
 /// `*( unreserved / escaped / "[" / "]" / "/" / "?" / ":" / "+" / "$" )`
 class SIPUTILITY_EXPORT SipAddressMatchHNameValue : public SipMatchEscapedCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-/// `headers = "?" header *( "&" header )`, `header = 1*hnv-char "=" *hnv-char`
+/// Matches the headers of a URI: `headers = "?" header *( "&" header )`,
+/// `header = 1*hnv-char "=" *hnv-char`
 ///
 /// If one header does not match, nothing matches.
 class SIPUTILITY_EXPORT SipAddressMatchHeaders : public SipMatch {

@@ -82,7 +82,7 @@ class SIPUTILITY_EXPORT SipParam {
   SipString value_;
 };
 
-/// The parameters of one header or URI.
+/// The parameters of one header or URI; its subclasses are their dialects.
 ///
 /// Log lines are of module 6054. Each match operation of a dialect looks at the stream at the
 /// offset from its position and returns how many bytes its element covers there, 0 for no match;

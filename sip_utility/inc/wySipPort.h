@@ -8,7 +8,7 @@
 #include "wySipExport.h"
 #include "wySipString.h"
 
-/// A port number; 0 for none.
+/// The port number of an address; 0 for none.
 class SIPUTILITY_EXPORT SipPort {
  public:
   /// Makes no port.

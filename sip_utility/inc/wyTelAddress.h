@@ -17,7 +17,7 @@
 #include "wySipString.h"
 #include "wyTelAddressMatch.h"
 
-/// A tel address that can be read, changed and written; see wyTelAddress.h.
+/// A tel URI that can be read, changed, written and converted to a SIP address.
 class SIPUTILITY_EXPORT TelAddress {
  public:
   /// Reads a tel address, after optional white space. What follows the URI is ignored.

@@ -30,25 +30,26 @@ SIPUTILITY_EXPORT int WyTelIsVisualSeparator(int c);
 #ifdef __cplusplus
 }  // extern "C"
 
-/// `*phonedigit = *( DIGIT / visual-separator )`
+/// Matches the digits of a global number: `*phonedigit = *( DIGIT / visual-separator )`
 class SIPUTILITY_EXPORT TelAddressMatchPhoneDigit : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
+/// Matches the digits of a local number:
 /// `*phonedigit-hex = *( HEXDIG / "*" / "#" / visual-separator )`
 class SIPUTILITY_EXPORT TelAddressMatchPhoneDigitHex : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-/// `pname = *( alphanum / "-" )`
+/// Matches the name of a parameter of a tel URI: `pname = *( alphanum / "-" )`
 class SIPUTILITY_EXPORT TelAddressMatchParamName : public SipMatchCharSet {
  public:
   bool matchChar(char byte) override;
 };
 
-/// `global-number-digits = "+" 1*phonedigit`, with at least one `DIGIT`
+/// Matches a global number with at least one `DIGIT`: `global-number-digits = "+" 1*phonedigit`
 ///
 /// Visual separators may follow the `+` directly.
 class SIPUTILITY_EXPORT TelAddressMatchGlobalPhoneNumber : public SipMatch {
@@ -56,7 +57,8 @@ class SIPUTILITY_EXPORT TelAddressMatchGlobalPhoneNumber : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// `local-number-digits = 1*phonedigit-hex`, with at least one that is no visual separator
+/// Matches a local number with at least one character that is no visual separator:
+/// `local-number-digits = 1*phonedigit-hex`
 ///
 /// The number may begin with a visual separator.
 class SIPUTILITY_EXPORT TelAddressMatchLocalPhoneNumber : public SipMatch {
@@ -64,7 +66,7 @@ class SIPUTILITY_EXPORT TelAddressMatchLocalPhoneNumber : public SipMatch {
   unsigned int doMatch(const SipStrStream& stream, unsigned int offset) override;
 };
 
-/// A number of one kind, global or local. If the kind is not known, nothing matches.
+/// Matches a number of one kind, global or local. If the kind is not known, nothing matches.
 class SIPUTILITY_EXPORT TelAddressMatchPhoneNumber : public SipMatch {
  public:
   explicit TelAddressMatchPhoneNumber(WY_SIP_TELURI_TYPE type);
@@ -74,6 +76,7 @@ class SIPUTILITY_EXPORT TelAddressMatchPhoneNumber : public SipMatch {
   WY_SIP_TELURI_TYPE type_;
 };
 
+/// Matches a phone context, a domain name or a global number:
 /// `descriptor = domainname / global-number-digits`, tried in this order
 class SIPUTILITY_EXPORT TelAddressMatchContext : public SipMatch {
  public:
