@@ -128,7 +128,7 @@ class Reader {
         if (passage.missing != 0) {
           message->faults.insert(message->faults.begin(), {cutText(passage), 0});
         }
-        found(*message, &passage, nullptr, input);
+        found({*message, file_, &passage, nullptr}, input);
       }
     };
     std::string error;
@@ -150,8 +150,8 @@ class Reader {
     Log log([&](std::string_view text) {
       MessageReader reader(text);
       while (const std::optional<Message> message = reader.next()) {
-        found(
-            *message, nullptr, [&log](std::size_t offset) { return log.lineAt(offset); }, input);
+        const auto lineAt = [&log](std::size_t offset) { return log.lineAt(offset); };
+        found({*message, file_, nullptr, lineAt}, input);
       }
     });
     TextInput text(input);
@@ -165,9 +165,8 @@ class Reader {
 
   std::string readText(Input& input) {
     TextMessages messages([&](const Message& message) {
-      found(
-          message, nullptr, [&messages](std::size_t offset) { return messages.lineAt(offset); },
-          input);
+      const auto lineAt = [&messages](std::size_t offset) { return messages.lineAt(offset); };
+      found({message, file_, nullptr, lineAt, messages.before(), messages.after()}, input);
     });
     TextInput text(input);
     for (std::string piece; text.read(piece); piece.clear()) {
@@ -179,10 +178,9 @@ class Reader {
     return "";
   }
 
-  void found(const Message& message, const Passage* passage, const LineAt& lineAt,
-             const Input& input) {
+  void found(const MessageInFile& message, const Input& input) {
     ++counts_.messages;
-    visit_({message, file_, passage, lineAt});
+    visit_(message);
     progress_.at(done_ + input.position());
   }
 

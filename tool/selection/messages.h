@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "packets/packet.h"
@@ -24,8 +25,10 @@ struct Sources {
 struct MessageInFile {
   const Message& message;
   const std::string& file;
-  const Passage* passage;  // of a captured message; null in a text
-  LineAt lineAt;           // in a text; null for a captured message
+  const Passage* passage;        // of a captured message; null in a text
+  LineAt lineAt;                 // in a text; null for a captured message
+  std::string_view before = {};  // line ends of a text that are in no message: before the first one
+  std::string_view after = {};   // and after each
 };
 
 // How many files were read, with those that have no message.
