@@ -192,6 +192,7 @@ class MessageWriter {
       if (outcome.refusal) {
         complainOf(placeOf(found, outcome.offset), options_.edits[i], *outcome.refusal);
         status_ = kRefused;
+        std::fill(found_.begin() + static_cast<std::ptrdiff_t>(i), found_.end(), true);
         return "";
       }
     }
@@ -209,7 +210,7 @@ class MessageWriter {
   void separate(const MessageInFile& found) {
     const bool sameText = found.passage == nullptr && !options_.sources.find && found.file == file_;
     if (last_ != '\n' && (newBody_ || !sameText)) {
-      put("\r\n");
+      put(lineEndOf(found.message));
     }
   }
 

@@ -62,10 +62,11 @@ std::size_t lengthOfLineEnd(std::string_view line) {
   return feed + (!line.empty() && line.back() == '\r' ? 1 : 0);
 }
 
-// Returns whether the last line of a header is empty.
-bool isEnded(std::string_view header) {
-  header.remove_suffix(lengthOfLineEnd(header));
-  return header.empty() || header.back() == '\n';
+// Returns the length of the last line of the rest of a header, if it is empty; else 0.
+std::size_t lengthOfEmptyLine(std::string_view rest) {
+  const std::size_t length = lengthOfLineEnd(rest);
+  rest.remove_suffix(length);
+  return rest.empty() || rest.back() == '\n' ? length : 0;
 }
 
 std::size_t countBareLineFeeds(std::string_view text) {
@@ -79,14 +80,12 @@ std::size_t countBareLineFeeds(std::string_view text) {
 }  // namespace
 
 EditedMessage::EditedMessage(const Message& message)
-    : restored_(message.restored), lineEnd_("\r\n"), body_(message.body) {
+    : restored_(message.restored && lineEndOf(message) == "\n"),
+      lineEnd_(lineEndOf(message)),
+      body_(message.body) {
   const std::string_view text = textOf(message);
   const std::string_view header = text.substr(0, message.bodyOffset - message.offset);
-  const std::size_t first = header.find('\n');
-  std::size_t done = std::min(first, header.size() - 1) + 1;
-  if (first != std::string_view::npos && (first == 0 || header[first - 1] != '\r')) {
-    lineEnd_ = "\n";
-  }
+  std::size_t done = std::min(header.find('\n'), header.size() - 1) + 1;
   lines_.push_back({header.substr(0, done), "", "", {}, "", message.offset, true});
   const char* last = nullptr;
   for (const Field& field : message.fields) {
@@ -104,7 +103,11 @@ EditedMessage::EditedMessage(const Message& message)
                       valuesOf(name, value), end, field.offset, false});
     done = begin + field.line.size();
   }
-  tail_ = header.substr(done);
+  const std::string_view rest = header.substr(done);
+  const std::size_t end = lengthOfEmptyLine(rest);
+  lines_.push_back(
+      {rest.substr(0, rest.size() - end), "", "", {}, "", message.offset + done, true});
+  tail_ = rest.substr(rest.size() - end);
 }
 
 EditOutcome EditedMessage::apply(const MessageEdit& edit) {
@@ -229,9 +232,8 @@ void EditedMessage::setBody(const std::string& body) {
   if (!setFields("Content-Length", length)) {
     addHeader("Content-Length", length);
   }
-  const std::string written = header();
-  if (!isEnded(written)) {
-    tail_.append(written.back() == '\n' ? "" : lineEnd_).append(lineEnd_);
+  if (tail_.empty()) {
+    tail_.append(header().back() == '\n' ? "" : lineEnd_).append(lineEnd_);
   }
 }
 
@@ -249,6 +251,12 @@ std::string EditedMessage::header() const {
 std::string_view textOf(const Message& message) {
   const std::size_t header = message.bodyOffset - message.offset;
   return {message.body.data() - header, header + message.body.size()};
+}
+
+std::string_view lineEndOf(const Message& message) {
+  const std::string_view text = textOf(message);
+  const std::size_t feed = text.find('\n');
+  return feed != std::string_view::npos && text[feed - 1] != '\r' ? "\n" : "\r\n";
 }
 
 std::optional<Refusal> refusalOfFields(const std::string& name, const std::string& value) {

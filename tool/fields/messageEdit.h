@@ -43,7 +43,7 @@ class EditedMessage {
   std::string text() const;
 
  private:
-  // A header field, the first one but for the start line.
+  // A header field, or other bytes.
   struct Line {
     std::string_view before;          // other bytes before it
     std::string name;                 // the long one
@@ -51,7 +51,7 @@ class EditedMessage {
     std::vector<std::string> values;  // joined with commas
     std::string_view end;
     std::size_t offset;
-    bool removed;
+    bool removed;  // there are only the other bytes
   };
 
   using Visit = std::function<bool(Line& line, std::size_t value)>;
@@ -69,12 +69,15 @@ class EditedMessage {
   bool restored_;
   std::string_view lineEnd_;
   std::vector<Line> lines_;
-  std::string tail_;  // of the header, after the lines
+  std::string tail_;  // the empty line after the header, if there is one
   std::string_view body_;
 };
 
 // Returns the bytes of a message in the text that it was read from.
 std::string_view textOf(const Message& message);
+
+// Returns how the start line ends.
+std::string_view lineEndOf(const Message& message);
 
 // Returns why the library refuses a new field, which may have several values; nothing for valid
 // SIP.

@@ -49,6 +49,7 @@ class ValueEditor {
  public:
   ValueEditor(const std::string& name, const std::string& value, EditedPart part, const Edit& edit)
       : edit_(edit),
+        part_(part),
         name_(name),
         value_(value),
         header_(toSipString(name), toSipString(value)),
@@ -70,7 +71,7 @@ class ValueEditor {
       editSip();
     }
     if (code_ == VARN_OK && !readsAsEdited()) {
-      refuse("the field would then read differently: " + edited());
+      refuse("the field would then read differently");
     }
   }
 
@@ -96,9 +97,17 @@ class ValueEditor {
     place_ = std::move(place);
   }
 
+  // What the library logs of the edit is apart from what it logs of the value before.
+  template <typename Object>
+  void applyTo(Object& object) {
+    const Diagnostics diagnostics;
+    code_ = apply(object, edit_);
+    reason_ = code_ == VARN_OK ? "" : diagnostics.reason(code_);
+  }
+
   void editField() {
     const std::size_t end = begin_ + core_.size();
-    code_ = apply(header_, edit_);
+    applyTo(header_);
     if (edit_.kind == Edit::Kind::kParam) {
       const bool commas = header_.getHeaderType() == WY_SIP_HEADER_TYPE_AUTH;
       spliceParam(end, value_.size(), commas ? ',' : ';');
@@ -119,7 +128,7 @@ class ValueEditor {
     if (edit_.kind != Edit::Kind::kSet || (edit_.name != "host" && edit_.name != "port")) {
       return refuse("the sent-by of a Via has a host and a port");
     }
-    code_ = apply(address, edit_);
+    applyTo(address);
     splice_ = {begin_ + start, core_.size() - start, toStdString(address.getURI()).substr(4)};
   }
 
@@ -133,7 +142,7 @@ class ValueEditor {
       return refuse("a tel address has no " + edit_.name);
     }
     TelAddress tel(toSipString(core_));
-    code_ = apply(tel, edit_);
+    applyTo(tel);
     splice_ = {begin_, core_.size(), toStdString(tel.toString())};
   }
 
@@ -147,13 +156,13 @@ class ValueEditor {
       return refuse("a SIP address has no " + edit_.name);
     }
     const std::size_t before = uriWithoutPort(address).size();
-    code_ = apply(address, edit_);
+    applyTo(address);
     if (code_ == VARN_OK) {
       spliceAddress(before, address);
       const SipAddress again(toSipString(edited(core_, begin_)));
       if (!haveSamePieces(address, again) ||
           (edit_.kind == Edit::Kind::kParam && !hasParameter(again, edit_))) {
-        refuse("the address would then read differently: " + edited(core_, begin_));
+        refuse("the address would then read differently");
       }
     }
   }
@@ -181,6 +190,12 @@ class ValueEditor {
       splice_ = {begin_, open, edit_.value.empty() ? "" : edit_.value + ' '};
     } else if (!edit_.value.empty()) {
       splice_ = {begin_, core_.size(), edit_.value + " <" + core_ + '>'};
+    }
+    // Without a bracket these bytes would be those of the field (RFC 3261, 20).
+    std::string text = edited(core_, begin_);
+    if (open == std::string::npos && edit_.name != "displayName" &&
+        text.find_first_of(",;?") != std::string::npos) {
+      splice_ = {begin_, core_.size(), '<' + std::move(text) + '>'};
     }
   }
 
@@ -217,13 +232,14 @@ class ValueEditor {
         (kind != nullptr && kind->list && splitList(value).size() != 1)) {
       return false;
     }
-    const bool ofValue = splice_.offset < begin_ + core_.size() || core_.empty();
-    return ofValue ? view(again.getValue()) == trimmed(edited(core_, begin_))
-                   : view(again.getValue()) == core_ && hasParameter(again, edit_);
+    const bool ofField = part_ == EditedPart::kField && edit_.kind == Edit::Kind::kParam;
+    return ofField ? view(again.getValue()) == core_ && hasParameter(again, edit_)
+                   : view(again.getValue()) == trimmed(edited(core_, begin_));
   }
 
   Diagnostics diagnostics_;
   const Edit& edit_;
+  EditedPart part_;
   const std::string& name_;
   const std::string& value_;
   SipHeader header_;
