@@ -206,7 +206,10 @@ $ --set-header 'X: a=b'
 siputil: --set-header X: a=b: expected the name of a header field
 nothing written, status 2
 $ --set 'From.usr=b'
-siputil: --set From.usr=b: expected FIELD.PIECE=VALUE with one of value, displayName, scheme, user, host, port, uri, phoneNumber, isub, ext, phone-context, or FIELD;PARAMETER=VALUE, or FIELD.uri;PARAMETER=VALUE
+siputil: --set From.usr=b: expected FIELD.PIECE=VALUE with one of displayName, scheme, user, host, port, uri, phoneNumber, isub, ext, phone-context, value, or FIELD;PARAMETER=VALUE
+nothing written, status 2
+$ --set 'From.user'
+siputil: --set From.user: expected FIELD.PIECE=VALUE with one of displayName, scheme, user, host, port, uri, phoneNumber, isub, ext, phone-context, value, or FIELD;PARAMETER=VALUE
 nothing written, status 2
 $ --set From.port=65536
 siputil: --set From.port=65536: expected a number from 0 to 65535

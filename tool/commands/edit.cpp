@@ -1,6 +1,7 @@
 // edit.cpp - siputil edit: changes fields and bodies of complete SIP messages and writes them back.
 #include <algorithm>
 #include <iostream>
+#include <iterator>
 #include <utility>
 
 #include "commands/command.h"
@@ -46,49 +47,59 @@ MessageEdit makeEdit(MessageEdit::Kind kind, const std::string& option, const st
   return edit;
 }
 
+bool contains(const std::vector<std::string>& names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 std::vector<std::string> pieceNames() {
-  std::vector<std::string> names = {"value"};
-  for (const auto& more : {addressPieceNames(), telPieceNames()}) {
-    for (const std::string& name : more) {
-      if (std::find(names.begin(), names.end(), name) == names.end()) {
-        names.push_back(name);
-      }
-    }
-  }
+  std::vector<std::string> names = addressPieceNames();
+  const std::vector<std::string> address = names;
+  const std::vector<std::string> tel = telPieceNames();
+  std::copy_if(tel.begin(), tel.end(), std::back_inserter(names),
+               [&address](const std::string& name) { return !contains(address, name); });
+  names.emplace_back("value");
   return names;
 }
 
-// Takes `FIELD.PIECE=VALUE`, or `FIELD;NAME[=VALUE]` and `FIELD.uri;NAME[=VALUE]` for a parameter.
-MessageEdit makeSet(const std::string& text) {
-  MessageEdit edit = makeEdit(MessageEdit::Kind::kSet, "--set", text);
-  const std::size_t equal = std::min(text.find('='), text.size());
-  std::string_view place = std::string_view{text}.substr(0, equal);
-  edit.edit.value = text.substr(std::min(equal + 1, text.size()));
-  const std::size_t semicolon = place.find(';');
-  const bool param = semicolon != std::string_view::npos;
-  if (param) {
-    edit.edit.kind = Edit::Kind::kParam;
-    edit.edit.name = place.substr(semicolon + 1);
-    place = place.substr(0, semicolon);
+// Takes `FIELD.PIECE`.
+void takePiece(MessageEdit& edit, std::string_view place) {
+  const std::size_t dot = std::min(place.rfind('.'), place.size());
+  edit.edit.name = place.substr(std::min(dot + 1, place.size()));
+  if (!contains(pieceNames(), edit.edit.name)) {
+    expect(edit.shown,
+           "FIELD.PIECE=VALUE with one of " + joined(pieceNames()) + ", or FIELD;PARAMETER=VALUE");
   }
-  const std::size_t dot = place.rfind('.');
-  const std::string piece(place.substr(std::min(dot, place.size() - 1) + 1));
-  const std::vector<std::string> names = pieceNames();
-  if (param ? dot != std::string_view::npos && piece != "uri"
-            : dot == std::string_view::npos || equal == text.size() ||
-                  std::find(names.begin(), names.end(), piece) == names.end()) {
-    expect(edit.shown, "FIELD.PIECE=VALUE with one of " + joined(names) +
-                           ", or FIELD;PARAMETER=VALUE, or FIELD.uri;PARAMETER=VALUE");
-  }
-  if (!param) {
-    edit.edit.name = piece;
-  }
-  edit.part =
-      dot == std::string_view::npos || piece == "value" ? EditedPart::kField : EditedPart::kAddress;
   if (const std::string expected = expectedValue(edit.edit); !expected.empty()) {
     expect(edit.shown, expected);
   }
+  edit.part = edit.edit.name == "value" ? EditedPart::kField : EditedPart::kAddress;
   takeField(edit, place.substr(0, dot));
+}
+
+// Takes `FIELD;NAME` or, for a parameter of the URI, `FIELD.uri;NAME`.
+void takeParam(MessageEdit& edit, std::string_view place) {
+  constexpr std::string_view kUri = ".uri";
+  const std::size_t semicolon = place.find(';');
+  std::string_view field = place.substr(0, semicolon);
+  edit.edit.kind = Edit::Kind::kParam;
+  edit.edit.name = place.substr(semicolon + 1);
+  if (field.size() > kUri.size() && field.substr(field.size() - kUri.size()) == kUri) {
+    edit.part = EditedPart::kAddress;
+    field.remove_suffix(kUri.size());
+  }
+  takeField(edit, field);
+}
+
+MessageEdit makeSet(const std::string& text) {
+  MessageEdit edit = makeEdit(MessageEdit::Kind::kSet, "--set", text);
+  const std::size_t equal = std::min(text.find('='), text.size());
+  const std::string_view place = std::string_view{text}.substr(0, equal);
+  edit.edit.value = text.substr(std::min(equal + 1, text.size()));
+  if (place.find(';') != std::string_view::npos) {
+    takeParam(edit, place);
+  } else {
+    takePiece(edit, equal == text.size() ? "" : place);
+  }
   return edit;
 }
 
@@ -129,21 +140,27 @@ void complainOf(const std::string& place, const MessageEdit& edit, const Refusal
   }
 }
 
-// Returns the status of the new fields, which need no message to be refused.
-int checkNewFields(const std::vector<MessageEdit>& edits) {
+// Shows what is remarkable about an edit whatever the messages are. Returns the status.
+int check(const MessageEdit& edit) {
+  const std::string_view meant = likelyField(edit.field);
+  if (!meant.empty()) {
+    std::cerr << "siputil: note: '" << edit.field << "' is no known field, is it '" << meant
+              << "'?\n";
+  }
+  if (edit.kind != MessageEdit::Kind::kSetHeader && edit.kind != MessageEdit::Kind::kAddHeader) {
+    return kAccepted;
+  }
+  const std::optional<Refusal> refusal = refusalOfFields(edit.field, edit.value);
+  if (refusal) {
+    complainOf("", edit, *refusal);
+  }
+  return refusal ? kRefused : kAccepted;
+}
+
+int checkAll(const std::vector<MessageEdit>& edits) {
   int status = kAccepted;
   for (const MessageEdit& edit : edits) {
-    const std::string_view meant = likelyField(edit.field);
-    if (!meant.empty()) {
-      std::cerr << "siputil: note: '" << edit.field << "' is no known field, is it '" << meant
-                << "'?\n";
-    }
-    if (edit.kind == MessageEdit::Kind::kSetHeader || edit.kind == MessageEdit::Kind::kAddHeader) {
-      if (const std::optional<Refusal> refusal = refusalOfFields(edit.field, edit.value)) {
-        complainOf("", edit, *refusal);
-        status = kRefused;
-      }
-    }
+    status = std::max(status, check(edit));
   }
   return status;
 }
@@ -235,14 +252,17 @@ void addEdits(CLI::App& parser, EditOptions& options) {
       options.edits.push_back(make(text));
     });
   };
-  add("--set", "Replace a piece of all fields of a name: " + joined(pieceNames()),
+  add("--set",
+      "Replace a piece of all values of a field, with FIELD[N] of one: " + joined(pieceNames()) +
+          "; or, as FIELD;NAME=VALUE and FIELD.uri;NAME=VALUE, a parameter",
       "FIELD.PIECE=VALUE", makeSet);
-  add("--set-header", "Replace the value of a field", "NAME=VALUE",
+  add("--set-header", "Replace the value of a field, with NAME[N] one of its values", "NAME=VALUE",
       [](const std::string& text) { return makeField(Kind::kSetHeader, "--set-header", text); });
   add("--add-header", "Add a field", "NAME=VALUE",
       [](const std::string& text) { return makeField(Kind::kAddHeader, "--add-header", text); });
-  add("--remove-header", "Remove all fields of a name, or with [N] one value", "NAME", makeRemoval);
-  add("--body", "Replace the body by the bytes of a file; - is standard input", "FILE", makeBody);
+  add("--remove-header", "Remove all fields of a name, with NAME[N] one value", "NAME",
+      makeRemoval);
+  add("--body", "Replace the body by the bytes of a file", "FILE", makeBody);
 }
 
 }  // namespace
@@ -251,7 +271,7 @@ int runEdit(CommandLine& line) {
   EditOptions options;
   addEdits(line.parser, options);
   parseWithSources(line, options.sources);
-  if (const int status = checkNewFields(options.edits); status != kAccepted) {
+  if (const int status = checkAll(options.edits); status != kAccepted) {
     return status;
   }
   FileCounts counts;

@@ -117,7 +117,8 @@ EditOutcome EditedMessage::apply(const MessageEdit& edit) {
     case MessageEdit::Kind::kSetHeader:
       return setHeader(edit);
     case MessageEdit::Kind::kRemoveHeader:
-      return removeHeader(edit);
+      removeHeader(edit);
+      break;
     case MessageEdit::Kind::kAddHeader:
       addHeader(edit.field, edit.value);
       break;
@@ -136,29 +137,42 @@ bool EditedMessage::isNamed(const Line& line, const std::string& name) const {
   return !line.removed && equalIgnoringCase(line.name, name);
 }
 
-// Visits the values that an edit is for, until the visit returns false.
-void EditedMessage::eachValue(const MessageEdit& edit, const Visit& visit) {
+// Returns the values that an edit is for.
+std::vector<EditedMessage::Target> EditedMessage::targetsOf(const MessageEdit& edit) {
   const std::string name = longName(edit.field);
+  std::vector<Target> targets;
   std::size_t number = 0;
   for (Line& line : lines_) {
-    for (std::size_t i = 0; isNamed(line, name) && i < line.values.size(); ++i) {
-      number += isValue(line.values, i) ? 1U : 0U;
-      const bool wanted = edit.number == 0 || number == edit.number;
-      if (wanted && isValue(line.values, i) && !visit(line, i)) {
-        return;
-      }
+    if (isNamed(line, name)) {
+      addTargets(line, edit.number, number, targets);
+    }
+  }
+  return targets;
+}
+
+// Adds the values of a line, or the wanted one. Counts all.
+void EditedMessage::addTargets(Line& line, std::size_t wanted, std::size_t& number,
+                               std::vector<Target>& targets) {
+  for (std::size_t i = 0; i < line.values.size(); ++i) {
+    const bool counts = isValue(line.values, i);
+    number += counts ? 1U : 0U;
+    if (counts && (wanted == 0 || number == wanted)) {
+      targets.push_back({&line, i});
     }
   }
 }
 
 EditOutcome EditedMessage::set(const MessageEdit& edit) {
   EditOutcome outcome;
-  eachValue(edit, [&](Line& line, std::size_t i) {
+  for (const Target& target : targetsOf(edit)) {
+    Line& line = *target.line;
     outcome.found = true;
     outcome.offset = line.offset;
-    outcome.refusal = editValue(line.name, line.values[i], edit.part, edit.edit);
-    return !outcome.refusal;
-  });
+    outcome.refusal = editValue(line.name, line.values[target.value], edit.part, edit.edit);
+    if (outcome.refusal) {
+      break;
+    }
+  }
   return outcome;
 }
 
@@ -168,12 +182,11 @@ EditOutcome EditedMessage::setHeader(const MessageEdit& edit) {
     outcome.found = setFields(longName(edit.field), edit.value);
     return outcome;
   }
-  eachValue(edit, [&](Line& line, std::size_t i) {
-    line.values[i] = withText(line.values[i], edit.value);
-    line.values = valuesOf(line.name, joined(line.values));
+  for (const auto& [line, i] : targetsOf(edit)) {
+    line->values[i] = withText(line->values[i], edit.value);
+    line->values = valuesOf(line->name, joined(line->values));
     outcome.found = true;
-    return false;
-  });
+  }
   return outcome;
 }
 
@@ -193,18 +206,14 @@ bool EditedMessage::setFields(const std::string& name, const std::string& value)
   return found;
 }
 
-EditOutcome EditedMessage::removeHeader(const MessageEdit& edit) {
-  EditOutcome outcome;
-  outcome.found = true;
-  eachValue(edit, [&](Line& line, std::size_t i) {
-    std::vector<std::string>& values = line.values;
+void EditedMessage::removeHeader(const MessageEdit& edit) {
+  for (const auto& [line, i] : targetsOf(edit)) {
+    std::vector<std::string>& values = line->values;
     if (edit.number != 0) {
       values.erase(values.begin() + static_cast<std::ptrdiff_t>(i));
     }
-    line.removed = edit.number == 0 || std::all_of(values.begin(), values.end(), isBlank);
-    return edit.number == 0;
-  });
-  return outcome;
+    line->removed = edit.number == 0 || std::all_of(values.begin(), values.end(), isBlank);
+  }
 }
 
 void EditedMessage::addHeader(const std::string& name, const std::string& value) {

@@ -3,7 +3,6 @@
 #define TOOL_MESSAGE_EDIT_H
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -54,14 +53,19 @@ class EditedMessage {
     bool removed;  // there are only the other bytes
   };
 
-  using Visit = std::function<bool(Line& line, std::size_t value)>;
+  struct Target {
+    Line* line;
+    std::size_t value;
+  };
 
   bool isNamed(const Line& line, const std::string& name) const;
-  void eachValue(const MessageEdit& edit, const Visit& visit);
+  std::vector<Target> targetsOf(const MessageEdit& edit);
+  static void addTargets(Line& line, std::size_t wanted, std::size_t& number,
+                         std::vector<Target>& targets);
   EditOutcome set(const MessageEdit& edit);
   EditOutcome setHeader(const MessageEdit& edit);
   bool setFields(const std::string& name, const std::string& value);
-  EditOutcome removeHeader(const MessageEdit& edit);
+  void removeHeader(const MessageEdit& edit);
   void addHeader(const std::string& name, const std::string& value);
   void setBody(const std::string& body);
   std::string header() const;
