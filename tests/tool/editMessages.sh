@@ -28,6 +28,7 @@ X-Bytes: é
 Call-ID: a{b}
 Bad: <sip:a
 P-Asserted-Identity: < sip:a@b.test>
+Reply-To: <sip:long@host.test> <sip:c>
 l: 4
 
 END
@@ -138,6 +139,9 @@ $ --set P-Asserted-Identity.host=c
 siputil: text:15: --set P-Asserted-Identity.host=c: the scheme is missing [SipAddress::parseURI - couldn't find scheme]
   P-Asserted-Identity: < sip:a@b.test>
                         ^
+status 1
+$ --set Reply-To.host=c
+siputil: text:16: --set Reply-To.host=c: the value has several addresses
 status 1
 $ --set X-Bytes.value=c
 siputil: text:12: --set X-Bytes.value=c: a byte that no value has outside quotes: byte 0xff is not allowed here [SipHeaderMatchIHeaderChars::doMatch - bad character 0xff]

@@ -155,10 +155,12 @@ class ValueEditor {
     if (!hasPiece(addressPieceNames())) {
       return refuse("a SIP address has no " + edit_.name);
     }
-    const std::size_t before = uriWithoutPort(address).size();
+    const std::string before = uriWithoutPort(address);
     applyTo(address);
     if (code_ == VARN_OK) {
       spliceAddress(before, address);
+    }
+    if (code_ == VARN_OK) {
       const SipAddress again(toSipString(edited(core_, begin_)));
       if (!haveSamePieces(address, again) ||
           (edit_.kind == Edit::Kind::kParam && !hasParameter(again, edit_))) {
@@ -172,12 +174,14 @@ class ValueEditor {
            std::find(names.begin(), names.end(), edit_.name) != names.end();
   }
 
-  // The URI, which has no blanks, begins the text or its bracket. The length is that up to the end
-  // of its host.
-  void spliceAddress(std::size_t length, SipAddress& address) {
+  // Takes what the URI was before, without its port. It begins the text or its bracket.
+  void spliceAddress(const std::string& before, SipAddress& address) {
     const std::size_t open = core_.rfind('<');
     const std::size_t start = open == std::string::npos ? 0 : open + 1;
-    const std::size_t host = start + length;
+    const std::size_t host = start + before.size();
+    if (core_.compare(start, before.size(), before) != 0) {
+      return refuse("the value has several addresses");
+    }
     const bool port = core_.compare(host, 1, ":") == 0;
     const std::size_t end =
         port ? std::min(core_.find_first_not_of(kDigits, host + 1), core_.size()) : host;
