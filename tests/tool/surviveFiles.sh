@@ -37,10 +37,11 @@ for layout in cat with_prefix in_one_line; do
   [ "$status" -eq 1 ] && [ "$found" -gt $((count / 2)) ]
 done
 
+# shellcheck disable=SC1003,SC2016 # a command of sed, which ends the last line
 find . -type f -print0 | xargs -0 sed -i '$a\'
 find . -type f -print0 | xargs -0 cat >../all
 for edits in '' '--set X-None.host=a --remove-header X-None' '--set From.host=a --set Via.port=1 --add-header Via=a'; do
-  # shellcheck disable=SC2086 # several options
+  # shellcheck disable=SC2016 # for the inner shell
   find . -type f -print0 | xargs -0 -n 1000 bash -c '
     status=0
     "$0" edit $1 "${@:2}" 2>../errors || status=$?
