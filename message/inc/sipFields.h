@@ -33,11 +33,11 @@ FieldTable knownFields();
 /// null for an unknown one.
 const FieldKind* findField(std::string_view name);
 
-/// Splits the value of a field at the commas outside quotes and angle brackets. White space around
-/// the pieces is kept; a text without a comma is one piece.
+/// Splits the value of a field at the separators outside quotes and angle brackets. White space
+/// around the pieces is kept; a text without a separator is one piece.
 ///
 /// The pieces are views into the text. The time is linear in its length.
-std::vector<std::string_view> splitList(std::string_view text);
+std::vector<std::string_view> splitList(std::string_view text, char separator = ',');
 
 }  // namespace siputility
 

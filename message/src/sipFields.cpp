@@ -200,12 +200,12 @@ const FieldKind* findField(std::string_view name) {
 
 FieldTable knownFields() { return {kFields, std::size(kFields)}; }
 
-std::vector<std::string_view> splitList(std::string_view text) {
+std::vector<std::string_view> splitList(std::string_view text, char separator) {
   std::vector<std::string_view> pieces;
   Nesting nesting;
   std::size_t start = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (nesting.outsideAt(text[i]) && text[i] == ',') {
+    if (nesting.outsideAt(text[i]) && text[i] == separator) {
       pieces.push_back(text.substr(start, i - start));
       start = i + 1;
     }

@@ -3,7 +3,8 @@
 # Runs `siputil message` on COUNT damaged messages, many at once, and one of very many fields. The
 # exit status must be that of refused texts. Nearly every file must have its message: damage leaves
 # nothing of a few. Then runs it on all of them as one log, with the lines as they are, with a prefix
-# and in one line each.
+# and in one line each. Then edits them: without an edit, and with edits of fields that they do not
+# have, `siputil edit` must write the same bytes.
 set -euo pipefail
 
 siputil=$1 mutate=$2 count=$3
@@ -35,4 +36,17 @@ for layout in cat with_prefix in_one_line; do
   found=$(wc -l <../found)
   echo "$layout: status $status, $found messages found"
   [ "$status" -eq 1 ] && [ "$found" -gt $((count / 2)) ]
+done
+
+# shellcheck disable=SC1003,SC2016 # a command of sed, which ends the last line
+find . -type f -print0 | xargs -0 sed -i '$a\'
+find . -type f -print0 | xargs -0 cat >../all
+for edits in '' '--set X-None.host=a --remove-header X-None' '--set From.host=a --set Via.port=1 --add-header Via=a'; do
+  # shellcheck disable=SC2016 # for the inner shell
+  find . -type f -print0 | xargs -0 -n 1000 bash -c '
+    status=0
+    "$0" edit $1 "${@:2}" 2>../errors || status=$?
+    [ "$status" -le 1 ] || { echo "siputil ended with status $status" >&2; tail -n 50 ../errors >&2; exit 255; }
+  ' "$siputil" "$edits" >../edited
+  [[ $edits == *Via* ]] || cmp ../all ../edited
 done

@@ -1,33 +1,7 @@
 // address.cpp - siputil address: splits SIP addresses into pieces, edits them and writes them back.
-
 #include "commands/textCommand.h"
-#include "text/sip.h"
-#include "text/text.h"
 
 namespace {
-
-std::string checkEdit(const Edit& edit) {
-  unsigned short port = 0;
-  return edit.name != "port" || readNumber(edit.value, port) ? "" : "a number from 0 to 65535";
-}
-
-VARN_EXCEPTION_CODES setPort(SipAddress& address, const SipString& value) {
-  unsigned short port = 0;
-  readNumber(view(value), port);
-  address.setPort(port);
-  return address.GetLastErrorCode();
-}
-
-using Text = const SipString&;
-
-const Setter<SipAddress> kSetters[] = {
-    {"displayName", [](SipAddress& a, Text value) { return a.setDisplayName(value); }},
-    {"scheme", [](SipAddress& a, Text value) { return a.setScheme(value); }},
-    {"user", [](SipAddress& a, Text value) { return a.setUser(value); }},
-    {"host", [](SipAddress& a, Text value) { return a.setHost(value); }},
-    {"port", setPort},
-    {"uri", [](SipAddress& a, Text value) { return a.setURI(value); }},
-};
 
 struct AddressReading : Reading {
   AddressReading(const Options& options, const std::string& text) : address(toSipString(text)) {
@@ -37,7 +11,7 @@ struct AddressReading : Reading {
       notKept = notKeptOfAddress(text);
       addNotKept(*this, notKept);
     }
-    code = applyAll(address, options.edits, kSetters);
+    code = applyAll(address, options.edits);
   }
 
   nlohmann::ordered_json json() override {
@@ -62,7 +36,7 @@ struct AddressReading : Reading {
 
 int runAddress(CommandLine& line) {
   Options options;
-  addTextOptions(line.parser, options, namesOf(kSetters), checkEdit);
+  addTextOptions(line.parser, options, addressPieceNames());
   line.parse();
   return readEachText<AddressReading>(options);
 }

@@ -17,14 +17,6 @@ Edit makeEdit(Edit::Kind kind, const std::string& text) {
   return {kind, text.substr(0, equal), text.substr(std::min(equal + 1, text.size()))};
 }
 
-std::string joined(const std::vector<std::string>& names) {
-  std::string list;
-  for (const std::string& name : names) {
-    list.append(list.empty() ? "" : ", ").append(name);
-  }
-  return list;
-}
-
 }  // namespace
 
 void addFormatOptions(CLI::App& parser, bool& json) {
@@ -65,17 +57,16 @@ void addTextArgument(CLI::App& parser, Options& options) {
   addOutputOptions(parser, options.json, options.verbose);
 }
 
-void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
-                    std::string (*check)(const Edit& edit)) {
+void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces) {
   addTextArgument(parser, options);
   addRawOption(parser);
-  const auto takeSet = [&options, pieces, check](const std::string& text) {
+  const auto takeSet = [&options, pieces](const std::string& text) {
     const Edit edit = makeEdit(Edit::Kind::kSet, text);
     const bool known = std::find(pieces.begin(), pieces.end(), edit.name) != pieces.end();
     if (!known || text.find('=') == std::string::npos) {
       throw CLI::ValidationError("--set", "expected PIECE=VALUE with one of " + joined(pieces));
     }
-    const std::string expected = check == nullptr ? "" : check(edit);
+    const std::string expected = expectedValue(edit);
     if (!expected.empty()) {
       throw CLI::ValidationError("--set", edit.name + " takes " + expected);
     }
@@ -90,6 +81,22 @@ void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::s
                 [&options](const std::string& text) {
                   options.edits.push_back({Edit::Kind::kRemoveParam, text, ""});
                 });
+}
+
+void addEditOption(CLI::App& parser, const std::string& flag, const std::string& help,
+                   const std::string& form, const std::function<void(const std::string&)>& take) {
+  parser.add_option_function<std::string>(flag, take, help)
+      ->trigger_on_parse()
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->type_name(form);
+}
+
+std::string joined(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) {
+    list.append(list.empty() ? "" : ", ").append(name);
+  }
+  return list;
 }
 
 int forEachText(const Options& options,

@@ -7,16 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "fields/pieceEdit.h"
 #include "selection/messages.h"
 #include "text/terminal.h"
-
-// One edit of the command line.
-struct Edit {
-  enum class Kind { kSet, kParam, kRemoveParam };
-  Kind kind;
-  std::string name;
-  std::string value;
-};
 
 // What the commands on one text have in common.
 struct Options {
@@ -44,10 +37,16 @@ void takeRest(const CLI::App& parser, std::vector<std::string>& texts, std::size
 void addTextArgument(CLI::App& parser, Options& options);
 
 // Adds the options of a command on one text: those above, --set, --param and --remove-param. --set
-// takes the given piece names. A check returns which values the piece of an edit takes, "" where it
-// takes the one given; without a check all are taken.
-void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
-                    std::string (*check)(const Edit& edit) = nullptr);
+// takes the given piece names.
+void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces);
+
+// Adds an option that may be repeated. Each occurrence is taken when it is parsed, so that options
+// of different kinds keep their order.
+void addEditOption(CLI::App& parser, const std::string& flag, const std::string& help,
+                   const std::string& form, const std::function<void(const std::string&)>& take);
+
+// Returns the names with commas between them.
+std::string joined(const std::vector<std::string>& names);
 
 // Runs the function on the text of the command line or, for `-`, on each line of standard input
 // that is not empty, with its line number; 0 means the command line. Returns the worst of
@@ -86,6 +85,7 @@ int runTel(CommandLine& line);
 int runHeader(CommandLine& line);
 int runList(CommandLine& line);
 int runMessage(CommandLine& line);
+int runEdit(CommandLine& line);
 int runCheck(CommandLine& line);
 int runVia(CommandLine& line);
 int runBody(CommandLine& line);

@@ -6,13 +6,6 @@
 
 namespace {
 
-using Text = const SipString&;
-
-const Setter<SipHeader> kSetters[] = {
-    {"name", [](SipHeader& h, Text value) { return h.setName(value); }},
-    {"value", [](SipHeader& h, Text value) { return h.setValue(value); }},
-};
-
 std::string nameOf(const std::string& field) { return field.substr(0, field.find(':')); }
 
 std::string valueOf(const std::string& field) {
@@ -32,7 +25,7 @@ struct HeaderReading : Reading {
       limit = limitOf(nameOf(text), valueOf(text));
       place = placeInHeader(text);
     }
-    code = applyAll(header, options.edits, kSetters);
+    code = applyAll(header, options.edits);
     const std::string name(trimmed(nameOf(text)));
     if (const std::string note = noteOnField(name); !note.empty()) {
       notes.push_back(note);
@@ -62,7 +55,7 @@ struct HeaderReading : Reading {
 
 int runHeader(CommandLine& line) {
   Options options;
-  addTextOptions(line.parser, options, namesOf(kSetters));
+  addTextOptions(line.parser, options, headerPieceNames());
   line.parse();
   return readEachText<HeaderReading>(options);
 }

@@ -6,16 +6,6 @@
 
 namespace {
 
-using Text = const SipString&;
-
-const Setter<TelAddress> kSetters[] = {
-    {"phoneNumber", [](TelAddress& a, Text value) { return a.setPhoneNumber(value); }},
-    {"isub", [](TelAddress& a, Text value) { return a.setISDNSubAddr(value); }},
-    {"ext", [](TelAddress& a, Text value) { return a.setExtension(value); }},
-    {"phone-context", [](TelAddress& a, Text value) { return a.setContext(value); }},
-    {"displayName", [](TelAddress& a, Text value) { return a.setDisplayName(value); }},
-};
-
 struct TelOptions : Options {
   std::optional<std::string> target;  // of the conversion
 };
@@ -47,7 +37,7 @@ struct TelReading : Reading {
       notKept = notKeptOfTel(text);
       addNotKept(*this, notKept);
     }
-    code = applyAll(tel, options.edits, kSetters);
+    code = applyAll(tel, options.edits);
     if (code == VARN_OK) {
       code = convert(tel, options.target, sip, reason);
     }
@@ -77,7 +67,7 @@ struct TelReading : Reading {
 
 int runTel(CommandLine& line) {
   TelOptions options;
-  addTextOptions(line.parser, options, namesOf(kSetters));
+  addTextOptions(line.parser, options, telPieceNames());
   line.parser.add_option("--to-sip", options.target, "Make this SIP address the number's SIP form")
       ->type_name("ADDRESS");
   line.parse();

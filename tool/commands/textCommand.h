@@ -8,50 +8,16 @@
 
 #include "commands/command.h"
 #include "fields/diagnostics.h"
+#include "fields/pieceEdit.h"
 #include "fields/place.h"
 #include "output/dump.h"
 
-// A piece that --set takes.
-template <typename Object>
-struct Setter {
-  const char* name;
-  VARN_EXCEPTION_CODES (*set)(Object& object, const SipString& value);
-};
-
-template <typename Object, std::size_t kCount>
-std::vector<std::string> namesOf(const Setter<Object> (&setters)[kCount]) {
-  std::vector<std::string> names;
-  for (const auto& setter : setters) {
-    names.emplace_back(setter.name);
-  }
-  return names;
-}
-
-template <typename Object, std::size_t kCount>
-VARN_EXCEPTION_CODES apply(Object& object, const Edit& edit,
-                           const Setter<Object> (&setters)[kCount]) {
-  if (edit.kind == Edit::Kind::kParam) {
-    return object.setParameter(toSipString(edit.name), toSipString(edit.value));
-  }
-  if (edit.kind == Edit::Kind::kRemoveParam) {
-    object.removeParameter(toSipString(edit.name));
-    return object.GetLastErrorCode();
-  }
-  for (const auto& setter : setters) {
-    if (edit.name == setter.name) {
-      return setter.set(object, toSipString(edit.value));
-    }
-  }
-  return VARN_INVALID_INPUT;
-}
-
 // Applies the edits up to the first that is refused. Returns its code, or that of the object.
-template <typename Object, std::size_t kCount>
-VARN_EXCEPTION_CODES applyAll(Object& object, const std::vector<Edit>& edits,
-                              const Setter<Object> (&setters)[kCount]) {
+template <typename Object>
+VARN_EXCEPTION_CODES applyAll(Object& object, const std::vector<Edit>& edits) {
   VARN_EXCEPTION_CODES code = object.GetLastErrorCode();
   for (auto edit = edits.begin(); code == VARN_OK && edit != edits.end(); ++edit) {
-    code = apply(object, *edit, setters);
+    code = apply(object, *edit);
   }
   return code;
 }

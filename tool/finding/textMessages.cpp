@@ -29,8 +29,13 @@ void TextMessages::report(After after) {
     if (!hasEnd(*message, reader.position(), after)) {
       break;
     }
+    const std::string_view text = held_;
+    const std::size_t next =
+        std::min(text.find_first_not_of("\r\n", reader.position()), text.size());
+    before_ = text.substr(done, message->offset - done);
+    after_ = text.substr(reader.position(), next - reader.position());
     found_(*message);
-    done = reader.position();
+    done = next;
   }
   lines_ = LineCounter("", lines_.at(done));
   held_.erase(0, done);

@@ -32,6 +32,11 @@ class TextMessages {
   // Returns the number of the line at an offset of the message that is being reported.
   std::size_t lineAt(std::size_t offset) { return lines_.at(offset); }
 
+  // Return the line ends that are no part of a message: those after the one that is being reported,
+  // and those before it, if it is the first. They live until the report ends.
+  std::string_view before() const { return before_; }
+  std::string_view after() const { return after_; }
+
  private:
   enum class After { kMore, kMoment, kEnd };
 
@@ -44,6 +49,8 @@ class TextMessages {
   std::string held_;
   std::size_t wanted_ = 0;  // how many bytes are worth another look
   LineCounter lines_;       // of held_
+  std::string_view before_;
+  std::string_view after_;
 };
 
 #endif  // TOOL_TEXT_MESSAGES_H

@@ -196,9 +196,8 @@ class Reader {
 
   std::string readText(Input& input) {
     TextMessages messages([&](const Message& message) {
-      visit(
-          message, nullptr, [&messages](std::size_t offset) { return messages.lineAt(offset); },
-          input);
+      const auto lineAt = [&messages](std::size_t offset) { return messages.lineAt(offset); };
+      visit({message, file_, nullptr, lineAt, messages.before(), messages.after()}, input);
     });
     input.whenQuiet([&messages] { messages.quiet(); });
     TextInput text(input);
@@ -219,16 +218,15 @@ class Reader {
       if (passage != nullptr && passage->missing != 0) {
         message->faults.insert(message->faults.begin(), {cutText(*passage), 0});
       }
-      visit(*message, passage, lineAt, input);
+      visit({*message, file_, passage, lineAt}, input);
     }
   }
 
-  void visit(const Message& message, const Passage* passage, const LineAt& lineAt,
-             const Input& input) {
-    const unsigned long number = ++counts_.read;
-    if (sources_.selection.wants(message, number)) {
+  void visit(MessageInFile found, const Input& input) {
+    found.number = ++counts_.read;
+    if (sources_.selection.wants(found.message, found.number)) {
       ++counts_.messages;
-      visit_({message, number, file_, passage, lineAt});
+      visit_(found);
     }
     if (flush_) {
       flushOutput();

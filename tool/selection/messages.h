@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "packets/packet.h"
@@ -27,10 +28,12 @@ struct Sources {
 // A message and where it was found.
 struct MessageInFile {
   const Message& message;
-  unsigned long number;  // among all messages of all files, from 1
   const std::string& file;
-  const Passage* passage;  // of a captured message; null in a text
-  LineAt lineAt;           // in a text; null for a captured message
+  const Passage* passage;        // of a captured message; null in a text
+  LineAt lineAt;                 // in a text; null for a captured message
+  std::string_view before = {};  // line ends of a text that are in no message: before the first one
+  std::string_view after = {};   // and after each
+  unsigned long number = 0;      // among all messages of all files, from 1
 };
 
 // How many files were read, with those that have no message.
