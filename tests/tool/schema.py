@@ -53,6 +53,7 @@ RUNS = {
     "header": [(["-"], read("header.txt")), (["no colon"], None)],
     "message": [(messages("*"), None), (["-"], MULTIPART), (["-"], b"\n"), (["-"], b"x")],
     "check": [(messages("*"), None), (messages("prack"), None), (["-"], MULTIPART)],
+    "calls": [(messages("*"), None)],
     "body": [([TYPE + "b"], BODY), ([TYPE + "c"], BODY),
              ([TYPE + "b"], b"--b\r\n\r\n" + bytes(65537) + b"--b--")],
     "via": [(["SIP/2.0/UDP a.test;x=y"], None), (["x"], None)],

@@ -82,6 +82,7 @@ int runTel(CommandLine& line);
 int runHeader(CommandLine& line);
 int runMessage(CommandLine& line);
 int runCheck(CommandLine& line);
+int runCalls(CommandLine& line);
 int runVia(CommandLine& line);
 int runBody(CommandLine& line);
 int runGzip(CommandLine& line);
