@@ -1,199 +1,62 @@
 // calls.cpp - siputil calls: the calls in messages by Call-ID, the picture of one, and counts.
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
+#include <fstream>
 #include <iostream>
 #include <map>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "commands/command.h"
-#include "fields/diagnostics.h"
 #include "output/dump.h"
-#include "selection/messages.h"
+#include "output/ladder.h"
+#include "output/ladderSvg.h"
+#include "selection/calls.h"
 #include "text/sip.h"
+#include "text/text.h"
 
 namespace {
 
-// Bounds of what is kept, whatever is read.
-constexpr std::size_t kMaxCalls = 65536;
-constexpr std::size_t kMaxMethods = 16;
-constexpr std::size_t kMaxText = 64;
-constexpr std::size_t kMaxId = 256;
-
-constexpr std::size_t kMaxCell = 24;  // characters of a cell of the table
+constexpr std::size_t kMaxCell = 24;     // characters of a cell of the table
+constexpr std::size_t kMaxNames = 1000;  // methods and codes that are counted
 
 struct CallsOptions {
   Sources sources;
+  std::string show;  // a part of a Call-ID; "" for all calls
+  std::string svg;   // the file for the picture; "" for none
+  bool stats = false;
   bool json = false;
-};
-
-// The messages of a Call-ID.
-struct Call {
-  std::string id;
-  std::string time;  // of the first message; "" where that is not known, as the length
-  std::optional<std::int64_t> begin;  // the earliest and the latest time, in microseconds
-  std::optional<std::int64_t> end;
-  std::string from;
-  std::string to;
-  std::vector<std::string> methods;
-  std::string method;  // whose status the call has: INVITE, or that of the first message
-  std::string status;  // "" for none
-  std::string reason;
-  unsigned long messages = 0;
-};
-
-std::string cut(std::string_view text, std::size_t length) {
-  return std::string(text.substr(0, length)) + (text.size() > length ? "..." : "");
-}
-
-// Returns a text that is another one for another text, and short.
-std::string keyOf(std::string_view text) {
-  return text.size() <= kMaxId ? std::string(text)
-                               : std::string(text.substr(0, kMaxId)) + ' ' +
-                                     std::to_string(std::hash<std::string_view>()(text));
-}
-
-// Returns the time of day, `23:59:59.000`.
-std::string clockText(const std::string& time) {
-  return time.substr(std::min(time.find('T') + 1, time.size()), 12);
-}
-
-// Returns when a message passed; nothing where that is not known or is so far away that the
-// difference of two such times is no number.
-std::optional<std::int64_t> microsecondsOf(const Passage* passage) {
-  constexpr std::int64_t kSecond = 1000000;
-  constexpr std::int64_t kMax = INT64_MAX / kSecond / 4;
-  if (passage == nullptr || timeText(passage->time).empty() || passage->time.tv_sec > kMax ||
-      passage->time.tv_sec < -kMax) {
-    return std::nullopt;
-  }
-  return passage->time.tv_sec * kSecond + passage->time.tv_usec;
-}
-
-std::string_view valueOf(const Message& message, std::string_view name) {
-  const Field* field = message.find(name);
-  return field == nullptr ? std::string_view() : field->value;
-}
-
-// Returns who is named in a field.
-std::string partyIn(const Message& message, std::string_view name) {
-  const Diagnostics ignored;
-  const SipAddress address(toSipString(valueOf(message, name)));
-  const std::string_view user = view(address.getUser());
-  return cut(user.empty() ? view(address.getHost()) : user, kMaxText);
-}
-
-std::string_view methodOf(const Message& message) {
-  const StartLine line(message.startLine);
-  if (!line.response) {
-    return line.method;
-  }
-  const std::string_view sequence = valueOf(message, "CSeq");
-  return trimmed(sequence.substr(std::min(sequence.find_first_of(" \t"), sequence.size())));
-}
-
-// Collects the calls, in the order of their first messages.
-class CallList {
- public:
-  void add(const MessageInFile& found) {
-    const std::string_view id = valueOf(found.message, "Call-ID");
-    if (id.empty()) {
-      ++withoutId_;
-      return;
-    }
-    const std::string key = keyOf(id);
-    const auto known = places_.find(key);
-    if (known != places_.end()) {
-      add(calls_[known->second], found);
-    } else if (calls_.size() < kMaxCalls) {
-      places_.emplace(key, calls_.size());
-      calls_.emplace_back();
-      calls_.back().id = cut(id, kMaxId);
-      add(calls_.back(), found);
-    } else {
-      ++leftOut_;
-    }
-  }
-
-  const std::vector<Call>& calls() const { return calls_; }
-
-  // Says on standard error what is in no call.
-  void printNotes() const {
-    if (withoutId_ != 0) {
-      complain(counted(withoutId_, "message") + " without a Call-ID", kAccepted);
-    }
-    if (leftOut_ != 0) {
-      complain(counted(leftOut_, "message") + " of more than " + std::to_string(kMaxCalls) +
-                   " calls left out",
-               kAccepted);
-    }
-  }
-
- private:
-  static void add(Call& call, const MessageInFile& found) {
-    const Message& message = found.message;
-    const StartLine line(message.startLine);
-    const std::string method = cut(methodOf(message), kMaxText);
-    if (++call.messages == 1) {
-      call.from = partyIn(message, "From");
-      call.to = partyIn(message, "To");
-      call.method = method;
-    }
-    addMethod(call, method);
-    addTime(call, found.passage);
-    if (line.response && method == call.method && (call.status.empty() || call.status[0] != '2')) {
-      call.status = line.code();
-      call.reason = cut(line.reason(), kMaxText);
-    }
-  }
-
-  static void addMethod(Call& call, const std::string& method) {
-    if (method == "INVITE" && call.method != method) {
-      call.method = method;
-      call.status.clear();
-    }
-    std::vector<std::string>& methods = call.methods;
-    if (!method.empty() && methods.size() < kMaxMethods &&
-        std::find(methods.begin(), methods.end(), method) == methods.end()) {
-      methods.push_back(method);
-    }
-  }
-
-  static void addTime(Call& call, const Passage* passage) {
-    const std::optional<std::int64_t> time = microsecondsOf(passage);
-    if (!time) {
-      return;
-    }
-    call.time = call.begin ? call.time : timeText(passage->time);
-    call.begin = std::min(*time, call.begin.value_or(*time));
-    call.end = std::max(*time, call.end.value_or(*time));
-  }
-
-  std::vector<Call> calls_;
-  std::map<std::string, std::size_t> places_;  // in calls_, by the key of the Call-ID
-  unsigned long withoutId_ = 0;
-  unsigned long leftOut_ = 0;
 };
 
 nlohmann::ordered_json textOrNull(const std::string& text) {
   return text.empty() ? nullptr : nlohmann::ordered_json(text);
 }
 
-double secondsOf(const Call& call) { return static_cast<double>(*call.end - *call.begin) / 1e6; }
+double secondsOf(std::int64_t microseconds) { return static_cast<double>(microseconds) / 1e6; }
+
+// Returns the time of day, `23:59:59.000`.
+std::string clockText(const std::string& time) {
+  return time.substr(std::min(time.find('T') + 1, time.size()), 12);
+}
 
 std::string secondsText(const Call& call) {
   if (!call.begin) {
     return "";
   }
   char text[64] = "";
-  static_cast<void>(std::snprintf(text, sizeof(text), "%.3f", secondsOf(call)));
+  static_cast<void>(std::snprintf(text, sizeof(text), "%.3f", secondsOf(*call.end - *call.begin)));
   return text;
 }
 
 nlohmann::ordered_json toJson(const Call& call) {
   nlohmann::ordered_json object = {{"callId", call.id}, {"time", textOrNull(call.time)}};
-  object["seconds"] = call.begin ? nlohmann::ordered_json(secondsOf(call)) : nullptr;
+  object["seconds"] =
+      call.begin ? nlohmann::ordered_json(secondsOf(*call.end - *call.begin)) : nullptr;
   object["from"] = call.from;
   object["to"] = call.to;
   object["methods"] = call.methods;
@@ -220,7 +83,7 @@ Row rowOf(const Call& call) {
              joined(call.methods),          call.status, secondsText(call),
              std::to_string(call.messages), call.id};
   for (std::string& cell : row) {
-    cell = cell.empty() ? "-" : printable(&cell == &row.back() ? cell : cut(cell, kMaxCell));
+    cell = cell.empty() ? "-" : printable(&cell == &row.back() ? cell : shortened(cell, kMaxCell));
   }
   return row;
 }
@@ -250,19 +113,179 @@ void printTable(const std::vector<Call>& calls) {
   }
 }
 
-int run(const CallsOptions& options) {
+void printCalls(const std::vector<Call>& calls, bool json) {
+  if (!json && !calls.empty()) {
+    printTable(calls);
+    return;
+  }
+  for (const Call& call : calls) {
+    std::cout << jsonLine(toJson(call)) << '\n';
+  }
+}
+
+// Says on standard error what is in no call.
+void printNotes(const CallList& list) {
+  if (list.withoutId() != 0) {
+    complain(counted(list.withoutId(), "message") + " without a Call-ID", kAccepted);
+  }
+  if (list.leftOut() != 0) {
+    complain(counted(list.leftOut(), "message") + " left out, of more than " +
+                 std::to_string(CallList::kMaxCalls) + " calls",
+             kAccepted);
+  }
+}
+
+int runList(const CallsOptions& options) {
   CallList list;
   FileCounts counts;
   const int status = readMessages(options.sources, counts,
                                   [&list](const MessageInFile& found) { list.add(found); });
-  list.printNotes();
-  if (options.json) {
-    for (const Call& call : list.calls()) {
-      std::cout << jsonLine(toJson(call)) << '\n';
-    }
-  } else {
-    printTable(list.calls());
+  printNotes(list);
+  printCalls(list.calls(), options.json);
+  return status;
+}
+
+nlohmann::ordered_json toJson(const Step& step, const Step& first) {
+  nlohmann::ordered_json object;
+  const bool timed = step.time && first.time;
+  object["seconds"] = timed ? nlohmann::ordered_json(secondsOf(*step.time - *first.time)) : nullptr;
+  object["source"] = step.source;
+  object["destination"] = step.destination;
+  object["method"] = textOrNull(step.response ? "" : step.name);
+  object["status"] = textOrNull(step.response ? step.name : "");
+  object["reason"] = textOrNull(step.reason);
+  object["body"] = textOrNull(step.body);
+  object["again"] = step.again;
+  return object;
+}
+
+std::string orUnknown(const std::string& text) { return text.empty() ? "?" : text; }
+
+// Returns what is above the picture of a call.
+std::vector<std::string> headingOf(const Call& call, std::size_t shown) {
+  std::vector<std::string> lines = {"Call-ID: " + call.id};
+  std::string line =
+      orUnknown(call.from) + " -> " + orUnknown(call.to) + ", " + counted(call.messages, "message");
+  if (call.begin) {
+    line += " in " + secondsText(call) + " s from " + call.time;
   }
+  lines.push_back(line);
+  if (shown < call.messages) {
+    lines.push_back("the first " + std::to_string(shown) + " of them");
+  }
+  return lines;
+}
+
+int writeFile(const std::string& name, const std::string& text) {
+  if (name == "-") {
+    std::cout << text;
+    return kAccepted;
+  }
+  std::ofstream file(name, std::ios::binary);
+  const bool written =
+      file.write(text.data(), static_cast<std::streamsize>(text.size())).flush().good();
+  return written ? kAccepted : complain(name + ": " + std::strerror(errno), kWrongUsage);
+}
+
+int show(const CallsOptions& options, const Call& call, const std::vector<Step>& steps) {
+  if (options.json) {
+    nlohmann::ordered_json object = toJson(call);
+    object["ladder"] = nlohmann::ordered_json::array();
+    for (const Step& step : steps) {
+      object["ladder"].push_back(toJson(step, steps.front()));
+    }
+    std::cout << jsonLine(object) << '\n';
+    return kAccepted;
+  }
+  const Ladder ladder(headingOf(call, steps.size()), steps);
+  if (!options.svg.empty()) {
+    return writeFile(options.svg, ladderSvg(ladder));
+  }
+  std::cout << ladderText(ladder);
+  return kAccepted;
+}
+
+int runShow(const CallsOptions& options) {
+  ChosenCall chosen(options.show);
+  FileCounts counts;
+  const int status = readMessages(options.sources, counts,
+                                  [&chosen](const MessageInFile& found) { chosen.add(found); });
+  const std::vector<Call>& calls = chosen.list().calls();
+  if (calls.empty()) {
+    return std::max(status, complain("no Call-ID has '" + options.show + "' in it", kRefused));
+  }
+  if (calls.size() == 1) {
+    return std::max(status, show(options, calls.front(), chosen.steps()));
+  }
+  printNotes(chosen.list());
+  printCalls(calls, options.json);
+  return complain(counted(calls.size(), "Call-ID") + " have '" + options.show + "' in them",
+                  kWrongUsage);
+}
+
+// Counts names, as long as these are few.
+class Tally {
+ public:
+  using Count = std::pair<std::string, unsigned long>;
+
+  void add(const std::string& name) {
+    const auto known = counts_.find(name);
+    if (known != counts_.end()) {
+      ++known->second;
+    } else {
+      ++counts_[counts_.size() < kMaxNames ? name : "others"];
+    }
+  }
+
+  // Returns the names, the most frequent first.
+  std::vector<Count> sorted() const {
+    std::vector<Count> counts(counts_.begin(), counts_.end());
+    std::stable_sort(counts.begin(), counts.end(),
+                     [](const Count& a, const Count& b) { return a.second > b.second; });
+    return counts;
+  }
+
+ private:
+  std::map<std::string, unsigned long> counts_;
+};
+
+nlohmann::ordered_json toJson(const Tally& tally, const char* name) {
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (const auto& [text, count] : tally.sorted()) {
+    list.push_back({{name, text}, {"count", count}});
+  }
+  return list;
+}
+
+void print(const Tally& tally, const char* title) {
+  constexpr std::size_t kCountWidth = 8;
+  std::cout << emphasised(title) << '\n';
+  for (const auto& [text, count] : tally.sorted()) {
+    const std::string number = std::to_string(count);
+    std::cout << std::string(kCountWidth - std::min(kCountWidth, number.size()), ' ') << number
+              << "  " << printable(text) << '\n';
+  }
+}
+
+int runStats(const CallsOptions& options) {
+  Tally requests;
+  Tally responses;
+  FileCounts counts;
+  const int status = readMessages(options.sources, counts, [&](const MessageInFile& found) {
+    const StartLine line(found.message.startLine);
+    const std::string_view name = line.response ? line.code() : line.method;
+    (line.response ? responses : requests).add(shortened(name, kMaxCell));
+  });
+  if (options.json) {
+    const nlohmann::ordered_json object = {{"messages", counts.messages},
+                                           {"requests", toJson(requests, "method")},
+                                           {"responses", toJson(responses, "status")}};
+    std::cout << jsonLine(object) << '\n';
+    return status;
+  }
+  print(requests, "requests");
+  print(responses, "responses");
+  std::cout << counted(counts.messages, "message") << '\n';
   return status;
 }
 
@@ -273,6 +296,21 @@ int runCalls(CommandLine& line) {
   options.sources.directories = true;
   options.sources.notes = false;
   addFormatOptions(line.parser, options.json);
+  const auto add = [&line](const char* name, std::string& value, const char* help,
+                           const char* form) {
+    return line.parser.add_option(name, value, help)->type_name(form)->allow_extra_args(false);
+  };
+  CLI::Option* show = add("--show", options.show,
+                          "Draw the call of this Call-ID; a part of it is enough", "CALL-ID");
+  add("--svg", options.svg,
+      "Write the picture of --show to this file, as SVG; - is standard output", "FILE")
+      ->needs(show)
+      ->excludes("--json");
+  line.parser.add_flag("--stats", options.stats, "Count requests by method, responses by code")
+      ->excludes(show);
   parseWithSources(line, options.sources);
-  return run(options);
+  if (options.stats) {
+    return runStats(options);
+  }
+  return show->count() == 0 ? runList(options) : runShow(options);
 }

@@ -83,6 +83,10 @@ std::string printable(std::string_view text) {
   return result;
 }
 
+std::string shortened(std::string_view text, std::size_t length) {
+  return std::string(text.substr(0, length)) + (text.size() > length ? "..." : "");
+}
+
 std::string counted(unsigned long count, const std::string& noun) {
   return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
 }

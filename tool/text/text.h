@@ -10,6 +10,9 @@
 // \xHH, a backslash doubled.
 std::string printable(std::string_view text);
 
+// Returns a text of at most so many bytes, or the first ones of it and "...".
+std::string shortened(std::string_view text, std::size_t length);
+
 // Returns `1 file` or `2 files` for the noun `file`.
 std::string counted(unsigned long count, const std::string& noun);
 
