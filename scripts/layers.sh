@@ -25,7 +25,7 @@ folders="platform/inc:
   tool/finding: tool/text
   tool/packets: tool/finding tool/input tool/text
   tool/fields: tool/text $inc platform/inc platform/host/hostControl.h
-  tool/output: tool/fields tool/text $inc platform/inc
+  tool/output: tool/packets tool/fields tool/text $inc platform/inc
   tool/selection: tool/output tool/fields tool/packets tool/finding tool/input tool/text
   tool/commands: tool/selection tool/output tool/fields tool/packets tool/finding tool/input tool/text $inc platform/inc
   tool: tool/commands tool/text

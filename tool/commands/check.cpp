@@ -14,6 +14,7 @@
 #include "fields/validSip.h"
 #include "output/body.h"
 #include "output/dump.h"
+#include "output/summary.h"
 #include "selection/messages.h"
 #include "text/sip.h"
 
@@ -88,12 +89,6 @@ std::string withoutNumbers(std::string_view text) {
     text.remove_prefix(std::min(length + 1, text.size()));
   }
   return result;
-}
-
-// Returns the start of the Call-ID; "" for none.
-std::string callIdOf(const Message& message) {
-  const Field* field = message.find("Call-ID");
-  return field == nullptr ? "" : field->value.substr(0, kMaxExampleText);
 }
 
 // Checks messages and keeps what was refused.
@@ -184,9 +179,10 @@ class Checker {
     if (groups_.size() >= kMaxReasons) {
       reason.words = "other reasons";
     }
-    Example first = {found_->file, 0,
-                     {},           callIdOf(found_->message),
-                     std::nullopt, std::string(find.text.substr(0, kMaxExampleText))};
+    Example first = {
+        found_->file, 0,
+        {},           std::string(callIdOf(found_->message).substr(0, kMaxExampleText)),
+        std::nullopt, std::string(find.text.substr(0, kMaxExampleText))};
     if (found_->passage == nullptr) {
       first.line = found_->lineAt(find.offset);
     } else {

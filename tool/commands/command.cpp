@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "input/input.h"
+#include "text/options.h"
 #include "text/text.h"
 
 namespace {
@@ -13,16 +14,6 @@ namespace {
 Edit makeEdit(Edit::Kind kind, const std::string& text) {
   const std::size_t equal = std::min(text.find('='), text.size());
   return {kind, text.substr(0, equal), text.substr(std::min(equal + 1, text.size()))};
-}
-
-// Each occurrence is handled when it is parsed, so that options of different kinds keep their
-// order.
-void addEditOption(CLI::App& parser, const std::string& flag, const std::string& help,
-                   const std::string& form, const std::function<void(const std::string&)>& take) {
-  parser.add_option_function<std::string>(flag, take, help)
-      ->trigger_on_parse()
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
-      ->type_name(form);
 }
 
 std::string joined(const std::vector<std::string>& names) {
@@ -84,12 +75,12 @@ void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::s
     }
     options.edits.push_back(edit);
   };
-  addEditOption(parser, "--set", "Replace a piece: " + joined(pieces), "PIECE=VALUE", takeSet);
-  addEditOption(parser, "--param", "Add or replace a parameter", "NAME[=VALUE]",
+  addRepeatable(parser, "--set", "PIECE=VALUE", "Replace a piece: " + joined(pieces), takeSet);
+  addRepeatable(parser, "--param", "NAME[=VALUE]", "Add or replace a parameter",
                 [&options](const std::string& text) {
                   options.edits.push_back(makeEdit(Edit::Kind::kParam, text));
                 });
-  addEditOption(parser, "--remove-param", "Remove a parameter", "NAME",
+  addRepeatable(parser, "--remove-param", "NAME", "Remove a parameter",
                 [&options](const std::string& text) {
                   options.edits.push_back({Edit::Kind::kRemoveParam, text, ""});
                 });
@@ -148,6 +139,7 @@ void parseWithSources(CommandLine& line, Sources& sources) {
   parser.add_option("--filter", sources.filter, "Of captures, read what passes this pcap filter")
       ->type_name("EXPR")
       ->allow_extra_args(false);
+  addSelectionOptions(parser, sources.selection);
   line.parse();
   takeRest(parser, paths, SIZE_MAX);
   if (!paths.empty()) {

@@ -65,8 +65,8 @@ struct CommandLine {
   void parse();
 };
 
-// Adds FILE, --find and --filter to the parser of a command that reads messages, and parses the
-// command line.
+// Adds FILE, --find, --filter and the options that choose messages to the parser of a command that
+// reads messages, and parses the command line.
 void parseWithSources(CommandLine& line, Sources& sources);
 
 // A command: adds its options to the parser, parses the command line, runs and returns the status.
@@ -80,6 +80,7 @@ struct Command {
 int runAddress(CommandLine& line);
 int runTel(CommandLine& line);
 int runHeader(CommandLine& line);
+int runList(CommandLine& line);
 int runMessage(CommandLine& line);
 int runCheck(CommandLine& line);
 int runCalls(CommandLine& line);

@@ -34,10 +34,8 @@ struct HeaderReading : Reading {
     }
     code = applyAll(header, options.edits, kSetters);
     const std::string name(trimmed(nameOf(text)));
-    const std::string_view meant = likelyField(name);
-    if (!meant.empty()) {
-      notes.push_back("note: '" + name + "' is no known field, is it '" + std::string(meant) +
-                      "'?");
+    if (const std::string note = noteOnField(name); !note.empty()) {
+      notes.push_back(note);
     }
   }
 

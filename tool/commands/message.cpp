@@ -13,6 +13,7 @@
 #include "output/body.h"
 #include "output/dump.h"
 #include "selection/messages.h"
+#include "text/options.h"
 #include "text/sip.h"
 
 namespace {
@@ -23,7 +24,7 @@ constexpr std::size_t kMaxNameWidth = 32;
 
 struct MessageOptions {
   Sources sources;
-  std::vector<std::string> only;
+  std::vector<std::string> only;  // long names
   bool json = false;
   bool verbose = false;
 };
@@ -51,11 +52,10 @@ struct Findings {
   std::vector<std::string> remarks;
 };
 
-// Returns whether a field is asked for, by its long or compact name.
+// Returns whether a field is asked for.
 bool isWanted(const Field& field, const std::vector<std::string>& only) {
   return only.empty() || std::any_of(only.begin(), only.end(), [&field](const std::string& name) {
-           const FieldKind* kind = findField(name);
-           return equalIgnoringCase(trimmed(field.name), kind != nullptr ? kind->name : name);
+           return equalIgnoringCase(trimmed(field.name), name);
          });
 }
 
@@ -122,7 +122,7 @@ class MessagePrinter {
     ++counts_.fields;
     counts_.refused += read.code == VARN_OK || !read.limit.empty() ? 0U : 1U;
     if (options_.verbose) {
-      read.diagnostics.printAll("message " + std::to_string(counts_.messages) + ": ");
+      read.diagnostics.printAll("message " + std::to_string(found_->number) + ": ");
     }
   }
 
@@ -311,9 +311,11 @@ int run(const MessageOptions& options) {
 int runMessage(CommandLine& line) {
   MessageOptions options;
   addOutputOptions(line.parser, options.json, options.verbose);
-  line.parser.add_option("--only", options.only, "Show only these header fields; may be repeated")
-      ->type_name("NAME")
-      ->allow_extra_args(false);
+  addRepeatable(line.parser, "--only", "NAME", "Show only these header fields; may be repeated",
+                [&options](const std::string& name) {
+                  noteLikelyField(name);
+                  options.only.emplace_back(longName(name));
+                });
   parseWithSources(line, options.sources);
   return run(options);
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "text/sip.h"
+#include "text/terminal.h"
 #include "text/text.h"
 
 namespace {
@@ -23,4 +24,22 @@ std::string_view likelyField(std::string_view name) {
     names.push_back(field.name);
   }
   return closest(name, names, std::min(name.size() / 4, kMaxSteps));
+}
+
+std::string noteOnField(const std::string& name) {
+  const std::string_view meant = likelyField(name);
+  return meant.empty()
+             ? ""
+             : "note: '" + name + "' is no known field, is it '" + std::string(meant) + "'?";
+}
+
+void noteLikelyField(const std::string& name) {
+  if (const std::string note = noteOnField(name); !note.empty()) {
+    complain(note, kAccepted);
+  }
+}
+
+std::string_view longName(std::string_view name) {
+  const FieldKind* kind = findField(name);
+  return kind == nullptr ? name : kind->name;
 }

@@ -30,14 +30,15 @@ std::string timeText(const timeval& time) {
   return text + std::string(6 - micros.size(), '0') + micros + 'Z';
 }
 
+std::string endpointText(const Endpoint& endpoint) {
+  const std::string address = addressText(endpoint);
+  return (endpoint.ipv6 ? '[' + address + ']' : address) + ':' + std::to_string(endpoint.port);
+}
+
 std::string passageText(const Passage& passage) {
-  const auto withPort = [](const Endpoint& endpoint) {
-    const std::string address = addressText(endpoint);
-    return (endpoint.ipv6 ? '[' + address + ']' : address) + ':' + std::to_string(endpoint.port);
-  };
   const std::string time = timeText(passage.time);
-  return (time.empty() ? "?" : time) + ' ' + withPort(passage.source) + " -> " +
-         withPort(passage.destination) + ' ' + passage.transport + " frame " +
+  return (time.empty() ? "?" : time) + ' ' + endpointText(passage.source) + " -> " +
+         endpointText(passage.destination) + ' ' + passage.transport + " frame " +
          std::to_string(passage.frame);
 }
 

@@ -20,6 +20,9 @@ bool operator<(const Endpoint& a, const Endpoint& b);
 // Returns the address alone, `192.0.2.1` or `2001:db8::1`.
 std::string addressText(const Endpoint& endpoint);
 
+// Returns the address and the port, `192.0.2.1:5060` or `[2001:db8::1]:5060`.
+std::string endpointText(const Endpoint& endpoint);
+
 // When a message passed, and between whom.
 struct Passage {
   timeval time;

@@ -5,10 +5,9 @@
 #include <functional>
 #include <utility>
 
-#include "fields/diagnostics.h"
+#include "output/summary.h"
 #include "text/sip.h"
 #include "text/text.h"
-#include "wySipAddress.h"
 
 namespace {
 
@@ -28,29 +27,19 @@ std::string_view valueOf(const Message& message, std::string_view name) {
   return field == nullptr ? std::string_view() : field->value;
 }
 
-std::string_view callIdOf(const Message& message) { return valueOf(message, "Call-ID"); }
-
-std::string_view methodOf(const Message& message) {
-  const StartLine line(message.startLine);
-  if (!line.response) {
-    return line.method;
-  }
-  const std::string_view sequence = valueOf(message, "CSeq");
-  return trimmed(sequence.substr(std::min(sequence.find_first_of(" \t"), sequence.size())));
+// Returns the host of the address of which userOf() returns the user, or both where that has no
+// user.
+std::string_view hostOf(std::string_view value) {
+  const std::string_view user = userOf(value);
+  const std::string_view rest =
+      value.substr(static_cast<std::size_t>(user.data() - value.data()) + user.size());
+  const std::size_t host = rest.substr(0, 1) == "@" || rest.substr(0, 1) == ":"
+                               ? rest.find('@')
+                               : std::string_view::npos;
+  return host == std::string_view::npos
+             ? user
+             : rest.substr(host + 1, rest.find_first_of(";>? \t", host) - host - 1);
 }
-
-struct Party {
-  explicit Party(std::string_view value) {
-    const Diagnostics ignored;
-    const SipAddress address(toSipString(value));
-    host = shortened(view(address.getHost()), kMaxText);
-    user = shortened(view(address.getUser()), kMaxText);
-    user = user.empty() ? host : user;
-  }
-
-  std::string user;  // or the host
-  std::string host;
-};
 
 // Returns when a message passed, in microseconds; nothing where that is not known or is so far away
 // that the difference of two such times is no number.
@@ -92,8 +81,8 @@ void addMessage(Call& call, const MessageInFile& found) {
   const StartLine line(message.startLine);
   const std::string method = shortened(methodOf(message), kMaxText);
   if (++call.messages == 1) {
-    call.from = Party(valueOf(message, "From")).user;
-    call.to = Party(valueOf(message, "To")).user;
+    call.from = shortened(userOf(message, "From"), kMaxText);
+    call.to = shortened(userOf(message, "To"), kMaxText);
     call.method = method;
   }
   addMethod(call, method);
@@ -104,11 +93,6 @@ void addMessage(Call& call, const MessageInFile& found) {
   }
 }
 
-std::string endpointText(const Endpoint& endpoint) {
-  const std::string address = addressText(endpoint);
-  return (endpoint.ipv6 ? '[' + address + ']' : address) + ':' + std::to_string(endpoint.port);
-}
-
 // Returns who sent a message to whom. A text does not say that: there they are the users of From
 // and To, which the response to a request has as well; of the same users the hosts; and of the same
 // addresses, as a REGISTER has them, the user and the host.
@@ -116,19 +100,21 @@ std::pair<std::string, std::string> endsOf(const MessageInFile& found) {
   if (found.passage != nullptr) {
     return {endpointText(found.passage->source), endpointText(found.passage->destination)};
   }
-  const Party from(valueOf(found.message, "From"));
-  const Party to(valueOf(found.message, "To"));
-  std::pair<std::string, std::string> ends(from.user, to.user);
-  if (from.user == to.user) {
-    ends = {from.host == to.host ? from.user : from.host, to.host};
-  }
-  for (std::string* end : {&ends.first, &ends.second}) {
-    *end = end->empty() ? "?" : *end;
+  const std::string_view from = valueOf(found.message, "From");
+  const std::string_view to = valueOf(found.message, "To");
+  std::string_view source = userOf(from);
+  std::string_view destination = userOf(to);
+  if (source == destination) {
+    destination = hostOf(to);
+    source = hostOf(from) == destination ? source : hostOf(from);
   }
   if (StartLine(found.message.startLine).response) {
-    std::swap(ends.first, ends.second);
+    std::swap(source, destination);
   }
-  return ends;
+  const auto name = [](std::string_view end) {
+    return end.empty() ? "?" : shortened(end, kMaxText);
+  };
+  return {name(source), name(destination)};
 }
 
 // Returns what a body is called, by its type; "" for none.

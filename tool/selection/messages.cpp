@@ -82,6 +82,9 @@ class Reader {
         });
     if (counts_.files == 0 && status_ == kAccepted) {
       status_ = complain("no file in " + sources_.paths.front(), kRefused);
+    } else if (counts_.read != 0 && counts_.messages == 0) {
+      status_ = std::max(
+          status_, complain("no message was chosen of " + std::to_string(counts_.read), kRefused));
     }
     return status_;
   }
@@ -95,13 +98,13 @@ class Reader {
     input.expand();
     file_ = file;
     ++counts_.files;
-    const unsigned long before = counts_.messages;
+    const unsigned long before = counts_.read;
     std::string fault = readMessagesOf(input);
     if (!input.readable()) {
       complainOf(file, input.error(), kWrongUsage);
     } else if (fault = fault.empty() ? input.fault() : fault; !fault.empty()) {
       complainOf(file, fault, kRefused);
-    } else if (counts_.messages == before) {
+    } else if (counts_.read == before) {
       status_ = std::max(status_, complain("no SIP message in " + titleOf(file), kRefused));
     }
     done_ += input.position();
@@ -121,7 +124,7 @@ class Reader {
 
   std::string readCaptureFile(Input& input) {
     CaptureCounts counts;
-    const unsigned long before = counts_.messages;
+    const unsigned long before = counts_.read;
     const auto visit = [&](const Passage& passage, std::string_view text) {
       MessageReader reader(text);
       while (std::optional<Message> message = reader.next()) {
@@ -140,7 +143,7 @@ class Reader {
       }
       error = usage.what();  // built without libpcap
     }
-    if (sources_.notes || counts_.messages == before) {
+    if (sources_.notes || counts_.read == before) {
       printNotes(file_, counts);
     }
     return error;
@@ -181,8 +184,11 @@ class Reader {
 
   void found(const Message& message, const Passage* passage, const LineAt& lineAt,
              const Input& input) {
-    ++counts_.messages;
-    visit_({message, file_, passage, lineAt});
+    const unsigned long number = ++counts_.read;
+    if (sources_.selection.wants(message, number)) {
+      ++counts_.messages;
+      visit_({message, number, file_, passage, lineAt});
+    }
     progress_.at(done_ + input.position());
   }
 

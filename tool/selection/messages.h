@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "packets/packet.h"
+#include "selection/selection.h"
 #include "text/lines.h"
 #include "text/sip.h"
 
@@ -16,6 +17,7 @@ struct Sources {
   std::vector<std::string> paths = {"-"};  // - is standard input
   std::string filter;                      // a pcap filter for captures; "" for none
   bool find = false;                       // of texts, the messages between other lines
+  Selection selection;                     // which messages to visit
   bool directories = false;                // a directory is all files below it, else a fault
   bool notes = true;                       // say what is left out of a capture that has messages
 };
@@ -23,6 +25,7 @@ struct Sources {
 // A message and where it was found.
 struct MessageInFile {
   const Message& message;
+  unsigned long number;  // among all messages of all files, from 1
   const std::string& file;
   const Passage* passage;  // of a captured message; null in a text
   LineAt lineAt;           // in a text; null for a captured message
@@ -31,11 +34,13 @@ struct MessageInFile {
 // How many files were read, with those that have no message.
 struct FileCounts {
   unsigned long files = 0;
-  unsigned long messages = 0;
+  unsigned long read = 0;      // messages
+  unsigned long messages = 0;  // those that were visited
 };
 
-// Reads the files and visits each message, in the order in which they are complete. Standard error
-// gets what cannot be read, is damaged or has no message, and a progress bar. Returns the worst
+// Reads the files and visits each message of the selection, in the order in which they are
+// complete. Standard error gets what cannot be read, is damaged or has no message, and a progress
+// bar. Returns the worst
 // status of these. Throws CaptureUsageError for a wrong filter.
 int readMessages(const Sources& sources, FileCounts& counts,
                  const std::function<void(const MessageInFile& found)>& visit);

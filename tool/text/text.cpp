@@ -91,6 +91,12 @@ std::string counted(unsigned long count, const std::string& noun) {
   return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
 }
 
+bool containsIgnoringCase(std::string_view text, std::string_view part) {
+  return std::search(text.begin(), text.end(), part.begin(), part.end(),
+                     [](char a, char b) { return lowerCase(a) == lowerCase(b); }) != text.end() ||
+         part.empty();
+}
+
 bool isPlainText(std::string_view text) {
   bool plain = utf8::is_valid(text);
   while (plain && !text.empty()) {

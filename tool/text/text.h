@@ -16,6 +16,9 @@ std::string shortened(std::string_view text, std::size_t length);
 // Returns `1 file` or `2 files` for the noun `file`.
 std::string counted(unsigned long count, const std::string& noun);
 
+// Returns whether a text has another one in it, ASCII letters without regard to case.
+bool containsIgnoringCase(std::string_view text, std::string_view part);
+
 // Returns whether the text is well-formed UTF-8 without control characters but tab and line ends.
 bool isPlainText(std::string_view text);
 
