@@ -6,14 +6,15 @@
 
 namespace {
 
-// In pixels; a character of the fixed-width font is 7 wide.
+// In pixels.
 constexpr std::size_t kMargin = 20;
 constexpr std::size_t kLineHeight = 18;
 constexpr std::size_t kStepHeight = 30;
 constexpr std::size_t kTimeWidth = 90;
-constexpr std::size_t kSpacing = 240;
-constexpr std::size_t kCharacter = 7;
-constexpr std::size_t kHead = 8;  // the length of the head of an arrow
+constexpr std::size_t kSpacing = 300;
+constexpr std::size_t kSide = 170;     // beside the outer columns
+constexpr std::size_t kCharacter = 8;  // wider than one of the fixed-width font
+constexpr std::size_t kHead = 8;       // the length of the head of an arrow
 constexpr std::size_t kLoop = 40;
 
 std::string escaped(const std::string& text) {
@@ -47,23 +48,20 @@ class Drawing {
   explicit Drawing(const Ladder& ladder) : ladder_(ladder) {
     addLines(ladder.heading());
     addNames();
-    const std::size_t top = y_ - kLineHeight / 2;
+    addColumns();
     for (const Ladder::Arrow& arrow : ladder.arrows()) {
       y_ += kStepHeight;
       add(arrow);
     }
     y_ += kStepHeight;
-    for (std::size_t column = 0; column < ladder.columns().size(); ++column) {
-      addLine(at(column), top, at(column), y_ - kLineHeight, "stroke=\"#999\"");
-    }
     addLines(ladder.legend());
   }
 
   std::string document() const {
-    const std::size_t width = at(ladder_.columns().size() - 1) + kSpacing / 2 + kMargin;
+    const std::size_t width = at(ladder_.columns().size() - 1) + kSide + kMargin;
     return "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +
            attribute("height", y_ + kMargin) +
-           " font-family=\"monospace\" font-size=\"12\">\n"
+           " font-family=\"monospace\" font-size=\"12\" xml:space=\"preserve\">\n"
            "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n" +
            elements_ + "</svg>\n";
   }
@@ -72,7 +70,7 @@ class Drawing {
   static constexpr const char* kStroke = "stroke=\"black\"";
 
   std::size_t at(std::size_t column) const {
-    return kMargin + (ladder_.timed() ? kTimeWidth : 0) + kSpacing / 2 + column * kSpacing;
+    return kMargin + (ladder_.timed() ? kTimeWidth : 0) + kSide + column * kSpacing;
   }
 
   void addLines(const std::vector<std::string>& lines) {
@@ -84,16 +82,26 @@ class Drawing {
 
   // Every other name is lower than the one before, as long ones need the room of two.
   void addNames() {
-    y_ += kLineHeight;
+    y_ += 2 * kLineHeight;
     for (std::size_t column = 0; column < ladder_.columns().size(); ++column) {
       addText(at(column), y_ + column % 2 * kLineHeight, "middle", ladder_.columns()[column]);
     }
     y_ += 2 * kLineHeight;
   }
 
+  void addColumns() {
+    const std::size_t bottom = y_ + (ladder_.arrows().size() + 1) * kStepHeight - kLineHeight;
+    for (std::size_t column = 0; column < ladder_.columns().size(); ++column) {
+      addLine(at(column), y_ - kLineHeight / 2, at(column), bottom, "stroke=\"#999\"");
+    }
+  }
+
   void add(const Ladder::Arrow& arrow) {
     if (!arrow.after.empty()) {
       addText(kMargin + kTimeWidth, y_, "end", arrow.after);
+    }
+    if (arrow.step.again) {
+      addText(kMargin, y_, "start", "*");
     }
     const std::string stroke =
         arrow.step.again ? std::string(kStroke) + " stroke-dasharray=\"2 4\"" : kStroke;
@@ -102,7 +110,8 @@ class Drawing {
     if (arrow.from == arrow.to) {
       addLine(from, y_, from + kLoop, y_, stroke);
       addHead(from, true);
-      addText(from + kLoop + kHead, y_, "start", labelOf(arrow.step, kSpacing / 2 / kCharacter));
+      addText(from + kLoop + kHead, y_, "start",
+              labelOf(arrow.step, (kSide - kLoop - kHead) / kCharacter));
       return;
     }
     const std::size_t length = std::max(from, to) - std::min(from, to);
