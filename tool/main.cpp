@@ -34,7 +34,7 @@ const Command kCommands[] = {
      "List SIP messages, a line each",
      runList,
      {"siputil list trace.pcap", "siputil list --method REGISTER --with Contact traces",
-      "siputil list --find server.log"}},
+      "siputil list --find --wide server.log", "siputil list --json --number 2-3 traces"}},
     {"message",
      "Show complete SIP messages and what is wrong with them",
      runMessage,

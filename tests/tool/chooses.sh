@@ -9,7 +9,7 @@ while IFS='|' read -r expected options; do
   echo "$options"
   eval "arguments=($options)"
   # shellcheck disable=SC2154 # arguments is assigned in the eval
-  found=$("$siputil" list "${arguments[@]}" "$input" 2>&1 | sed 's/  .*//' | paste -s -d ' ' || true)
+  found=$("$siputil" list "${arguments[@]}" "$input" 2>&1 | sed 's/^ *//; s/  .*//' | paste -s -d ' ' || true)
   diff <(echo "$expected") <(echo "$found")
 done <<'END'
 1 2 3 4 5 6|
@@ -54,6 +54,6 @@ status 2
 END
 
 # A number counts the messages of all files, whatever holds them.
-[ "$("$siputil" list --number 6-7 "$input" "$input" | cut -c -11)" = $'6  503 Serv\n7  INVITE  ' ]
+[ "$("$siputil" list --number 6-7 "$input" "$input" | cut -c -12)" = $'  6  503 Ser\n  7  INVITE ' ]
 [ "$("$siputil" message --only none --method ACK "$input" "$input" | grep -c '^ACK')" -eq 2 ]
 "$siputil" check --status 486 "$input" "$input" | grep -q '^2 files, 2 messages, 12 header fields'

@@ -52,6 +52,7 @@ RUNS = {
     "tel": [(["-"], read("tel.txt")), (["tel:+1", "--to-sip=sip:a.test"], None)],
     "header": [(["-"], read("header.txt")), (["no colon"], None)],
     "message": [(messages("*"), None), (["-"], MULTIPART), (["-"], b"\n"), (["-"], b"x")],
+    "list": [(messages("*"), None), (["-"], MULTIPART), (["-"], b"x")],
     "check": [(messages("*"), None), (messages("prack"), None), (["-"], MULTIPART)],
     "calls": [(messages("*"), None), ([f"{data}/calls.sip", "--stats"], None),
               ([f"{data}/calls.sip", "--show=f3"], None)],

@@ -1,6 +1,5 @@
 // calls.cpp - siputil calls: the calls in messages by Call-ID, the picture of one, and counts.
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -16,13 +15,15 @@
 #include "output/dump.h"
 #include "output/ladder.h"
 #include "output/ladderSvg.h"
+#include "output/table.h"
 #include "selection/calls.h"
 #include "text/sip.h"
 #include "text/text.h"
 
 namespace {
 
-constexpr std::size_t kMaxCell = 24;     // characters of a cell of the table
+constexpr std::size_t kMinCell = 7;      // columns of a cell in a narrow table
+constexpr std::size_t kMaxCell = 24;     // and in a wide one
 constexpr std::size_t kMaxNames = 1000;  // methods and codes that are counted
 
 struct CallsOptions {
@@ -31,10 +32,16 @@ struct CallsOptions {
   std::string svg;   // the file for the picture; "" for none
   bool stats = false;
   bool json = false;
+  bool wide = false;
 };
 
 nlohmann::ordered_json textOrNull(const std::string& text) {
   return text.empty() ? nullptr : nlohmann::ordered_json(text);
+}
+
+nlohmann::ordered_json codeOrNull(const std::string& text) {
+  unsigned int code = 0;
+  return readNumber(text, code) ? nlohmann::ordered_json(code) : nullptr;
 }
 
 double secondsOf(std::int64_t microseconds) { return static_cast<double>(microseconds) / 1e6; }
@@ -60,8 +67,8 @@ nlohmann::ordered_json toJson(const Call& call) {
   object["from"] = call.from;
   object["to"] = call.to;
   object["methods"] = call.methods;
-  object["status"] = textOrNull(call.status);
-  object["reason"] = textOrNull(call.reason);
+  object["statusCode"] = codeOrNull(call.status);
+  object["reasonPhrase"] = textOrNull(call.reason);
   object["messages"] = call.messages;
   return object;
 }
@@ -74,48 +81,57 @@ std::string joined(const std::vector<std::string>& texts) {
   return line;
 }
 
-using Row = std::array<std::string, 8>;
+using Row = std::vector<std::string>;
 
-const Row kTitles = {"time", "from", "to", "methods", "status", "seconds", "messages", "Call-ID"};
-
-Row rowOf(const Call& call) {
-  Row row = {clockText(call.time),          call.from,   call.to,
-             joined(call.methods),          call.status, secondsText(call),
-             std::to_string(call.messages), call.id};
+Row rowOf(const Call& call, bool wide) {
+  Row row = {wide || call.time.empty() ? call.time : clockText(call.time),
+             call.from,
+             call.to,
+             joined(call.methods),
+             call.status,
+             secondsText(call),
+             std::to_string(call.messages),
+             call.id};
   for (std::string& cell : row) {
-    cell = cell.empty() ? "-" : printable(&cell == &row.back() ? cell : shortened(cell, kMaxCell));
+    cell = cell.empty() ? "-" : printable(cell);
   }
   return row;
 }
 
-void printRow(const Row& row, const std::array<std::size_t, 8>& widths) {
-  for (std::size_t column = 0; column + 1 < row.size(); ++column) {
-    const std::string& cell = row[column];
-    std::cout << cell << std::string(widths[column] - cell.size() + 2, ' ');
+// Returns columns with these titles for the rows of the calls.
+std::vector<Column> columnsFor(const Row& titles, const std::vector<Call>& calls, bool wide) {
+  std::vector<Column> columns;
+  for (const std::string& title : titles) {
+    const bool number = title == "seconds" || title == "messages";
+    columns.push_back(
+        {title.size(), title.size(), number ? Column::Side::kRight : Column::Side::kLeft});
   }
-  std::cout << row.back() << '\n';
-}
-
-void printTable(const std::vector<Call>& calls) {
-  std::array<std::size_t, 8> widths = {};
-  const auto fit = [&widths](const Row& row) {
-    for (std::size_t column = 0; column < row.size(); ++column) {
-      widths[column] = std::max(widths[column], row[column].size());
+  for (const Call& call : calls) {
+    const Row row = rowOf(call, wide);
+    for (std::size_t column = 0; column + 1 < row.size(); ++column) {
+      std::size_t& usual = columns[column].usual;
+      usual = std::max(usual, std::min(widthOf(row[column]), kMaxCell));
     }
-  };
-  fit(kTitles);
-  for (const Call& call : calls) {
-    fit(rowOf(call));
   }
-  printRow(kTitles, widths);
+  for (Column& column : columns) {
+    column.least = std::max(column.least, std::min(column.usual, kMinCell));
+  }
+  columns.front().least = columns.front().usual;
+  return columns;
+}
+
+void printTable(const std::vector<Call>& calls, bool wide) {
+  const Row titles = {"time", "from", "to", "methods", "status", "seconds", "messages", "Call-ID"};
+  Table table(columnsFor(titles, calls, wide), wide ? 0 : terminalWidth());
+  std::cout << emphasised(table.line(titles)) << '\n';
   for (const Call& call : calls) {
-    printRow(rowOf(call), widths);
+    std::cout << table.line(rowOf(call, wide)) << '\n';
   }
 }
 
-void printCalls(const std::vector<Call>& calls, bool json) {
-  if (!json && !calls.empty()) {
-    printTable(calls);
+void printCalls(const std::vector<Call>& calls, const CallsOptions& options) {
+  if (!options.json && !calls.empty()) {
+    printTable(calls, options.wide);
     return;
   }
   for (const Call& call : calls) {
@@ -141,7 +157,7 @@ int runList(const CallsOptions& options) {
   const int status = readMessages(options.sources, counts,
                                   [&list](const MessageInFile& found) { list.add(found); });
   printNotes(list);
-  printCalls(list.calls(), options.json);
+  printCalls(list.calls(), options);
   return status;
 }
 
@@ -152,8 +168,8 @@ nlohmann::ordered_json toJson(const Step& step, const Step& first) {
   object["source"] = step.source;
   object["destination"] = step.destination;
   object["method"] = textOrNull(step.response ? "" : step.name);
-  object["status"] = textOrNull(step.response ? step.name : "");
-  object["reason"] = textOrNull(step.reason);
+  object["statusCode"] = codeOrNull(step.response ? step.name : "");
+  object["reasonPhrase"] = textOrNull(step.reason);
   object["body"] = textOrNull(step.body);
   object["again"] = step.again;
   return object;
@@ -218,7 +234,7 @@ int runShow(const CallsOptions& options) {
     return std::max(status, show(options, calls.front(), chosen.steps()));
   }
   printNotes(chosen.list());
-  printCalls(calls, options.json);
+  printCalls(calls, options);
   return complain(counted(calls.size(), "Call-ID") + " have '" + options.show + "' in them",
                   kWrongUsage);
 }
@@ -296,6 +312,8 @@ int runCalls(CommandLine& line) {
   options.sources.directories = true;
   options.sources.notes = false;
   addFormatOptions(line.parser, options.json);
+  addRawOption(line.parser);
+  line.parser.add_flag("--wide", options.wide, "Show all, whatever the width of the terminal");
   const auto add = [&line](const char* name, std::string& value, const char* help,
                            const char* form) {
     return line.parser.add_option(name, value, help)->type_name(form)->allow_extra_args(false);

@@ -248,8 +248,11 @@ void printGroups(const Checker& checker) {
   const std::string indent(width + 2, ' ');
   for (const auto& [reason, group] : groups) {
     const std::string count = std::to_string(group.count);
-    std::cout << std::string(width - count.size(), ' ') << emphasised(count)
-              << (reason.kind == Kind::kRemark ? "  remark: " : "  ") << printable(reason.words)
+    const std::string words = printable(reason.words);
+    std::cout << std::string(width - count.size(), ' ') << emphasised(count) << "  "
+              << (reason.kind == Kind::kRefused  ? asFault(words)
+                  : reason.kind == Kind::kRemark ? asNote("remark: " + words)
+                                                 : asNote(words))
               << '\n';
     const Example& first = group.first;
     std::cout << indent << "first: " << printable(first.file) << ':' << placeText(first) << ": "
@@ -285,6 +288,7 @@ int runCheck(CommandLine& line) {
   options.sources.directories = true;
   options.sources.notes = false;
   addFormatOptions(line.parser, options.json);
+  addRawOption(line.parser);
   parseWithSources(line, options.sources);
   return run(options);
 }

@@ -35,6 +35,10 @@ void addFormatOptions(CLI::App& parser, bool& json) {
       ->type_name("WHEN");
 }
 
+void addRawOption(CLI::App& parser) {
+  parser.add_flag_callback("--raw", keepBackslashes, "Show each backslash once, not twice");
+}
+
 void addOutputOptions(CLI::App& parser, bool& json, bool& verbose) {
   addFormatOptions(parser, json);
   parser.add_flag("-v,--verbose", verbose, "Show everything the library logs");
@@ -63,6 +67,7 @@ void addTextArgument(CLI::App& parser, Options& options) {
 void addTextOptions(CLI::App& parser, Options& options, const std::vector<std::string>& pieces,
                     std::string (*check)(const Edit& edit)) {
   addTextArgument(parser, options);
+  addRawOption(parser);
   const auto takeSet = [&options, pieces, check](const std::string& text) {
     const Edit edit = makeEdit(Edit::Kind::kSet, text);
     const bool known = std::find(pieces.begin(), pieces.end(), edit.name) != pieces.end();

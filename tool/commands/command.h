@@ -29,6 +29,9 @@ struct Options {
 // Adds --json and --color to the parser of a command.
 void addFormatOptions(CLI::App& parser, bool& json);
 
+// Adds --raw to the parser of a command that shows values.
+void addRawOption(CLI::App& parser);
+
 // Adds --json, --color and -v to the parser of a command.
 void addOutputOptions(CLI::App& parser, bool& json, bool& verbose);
 

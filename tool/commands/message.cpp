@@ -12,6 +12,7 @@
 #include "fields/validSip.h"
 #include "output/body.h"
 #include "output/dump.h"
+#include "selection/messageJson.h"
 #include "selection/messages.h"
 #include "text/options.h"
 #include "text/sip.h"
@@ -104,12 +105,10 @@ class MessagePrinter {
     if (found_->passage != nullptr) {
       return (named ? printable(found_->file) + ": " : "") + passageText(*found_->passage) + '\n';
     }
-    return named || sources.find ? printable(found_->file) + ':' + std::to_string(line()) + '\n'
+    return named || sources.find ? printable(found_->file) + ':' +
+                                       std::to_string(found_->lineAt(found_->message.offset)) + '\n'
                                  : "";
   }
-
-  // Returns the line of the start line in a text.
-  std::size_t line() const { return found_->lineAt(found_->message.offset); }
 
   // Returns `FILE:LINE: ` for an offset in a text; "" in a captured message.
   std::string placeAt(std::size_t offset) const {
@@ -128,19 +127,7 @@ class MessagePrinter {
 
   void printJson(const Findings& findings) {
     const Message& message = found_->message;
-    const Passage* passage = found_->passage;
-    nlohmann::ordered_json object = {{"file", found_->file}};
-    if (passage == nullptr) {
-      object["line"] = line();
-    } else {
-      const std::string time = timeText(passage->time);
-      object["frame"] = passage->frame;
-      object["time"] = time.empty() ? nullptr : nlohmann::ordered_json(time);
-      object["source"] = endpointJson(passage->source);
-      object["destination"] = endpointJson(passage->destination);
-      object["transport"] = passage->transport;
-    }
-    object["startLine"] = message.startLine;
+    nlohmann::ordered_json object = summaryJson(*found_);
     object["headers"] = nlohmann::ordered_json::array();
     for (const Field& field : message.fields) {
       ReadField read(field);
@@ -167,10 +154,6 @@ class MessagePrinter {
       object["remarks"].push_back(kNotTakenApart + body.limit);
     }
     std::cout << jsonLine(object) << '\n';
-  }
-
-  static nlohmann::ordered_json endpointJson(const Endpoint& endpoint) {
-    return {{"address", addressText(endpoint)}, {"port", endpoint.port}};
   }
 
   static nlohmann::ordered_json fieldJson(const Field& field, ReadField& read) {
@@ -215,9 +198,11 @@ class MessagePrinter {
     }
     printBody(message);
     for (const Fault& fault : findings.faults) {
-      printLines("  ! " + placeAt(fault.offset), {fault.words});
+      printFault(fault);
     }
-    printLines("  ? ", findings.remarks);
+    for (const std::string& remark : findings.remarks) {
+      printNote(remark);
+    }
   }
 
   void printField(const Field& field, const ReadField& read, std::size_t width) {
@@ -229,7 +214,7 @@ class MessagePrinter {
     const std::string indent(kIndent + width + 4, ' ');
     const std::string_view meant = likelyField(trimmed(field.name));
     if (!meant.empty()) {
-      std::cout << indent << "? is it '" << meant << "'?\n";
+      std::cout << indent << asNote("? is it '" + std::string(meant) + "'?") << '\n';
     }
     if (refused) {
       printRefusal(field, read, indent);
@@ -250,10 +235,12 @@ class MessagePrinter {
   void printRefusal(const Field& field, const ReadField& read, const std::string& indent) {
     if (read.limit.empty()) {
       const Place place = placeInHeader(field.raw());
-      std::cout << indent << "! " << placeAt(field.offset)
-                << printable(read.diagnostics.reason(read.code, &place)) << '\n';
+      std::cout << indent
+                << asFault("! " + placeAt(field.offset) +
+                           printable(read.diagnostics.reason(read.code, &place)))
+                << '\n';
     } else {
-      std::cout << indent << "? " << kNotTakenApart << read.limit << '\n';
+      std::cout << indent << asNote(std::string("? ") + kNotTakenApart + read.limit) << '\n';
     }
   }
 
@@ -275,16 +262,20 @@ class MessagePrinter {
         std::cout << indented(partLines(part), 2 * kIndent);
       }
     }
-    printLines("  ! " + placeAt(message.bodyOffset), body.faults);
+    for (const std::string& fault : body.faults) {
+      printFault({fault, message.bodyOffset});
+    }
     if (!body.limit.empty()) {
-      printLines("  ? ", {kNotTakenApart + body.limit});
+      printNote(kNotTakenApart + body.limit);
     }
   }
 
-  static void printLines(const std::string& mark, const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) {
-      std::cout << mark << printable(line) << '\n';
-    }
+  void printFault(const Fault& fault) const {
+    std::cout << "  " << asFault("! " + placeAt(fault.offset) + printable(fault.words)) << '\n';
+  }
+
+  static void printNote(const std::string& words) {
+    std::cout << "  " << asNote("? " + printable(words)) << '\n';
   }
 
   const MessageOptions& options_;
@@ -311,6 +302,7 @@ int run(const MessageOptions& options) {
 int runMessage(CommandLine& line) {
   MessageOptions options;
   addOutputOptions(line.parser, options.json, options.verbose);
+  addRawOption(line.parser);
   addRepeatable(line.parser, "--only", "NAME", "Show only these header fields; may be repeated",
                 [&options](const std::string& name) {
                   noteLikelyField(name);

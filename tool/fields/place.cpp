@@ -232,9 +232,5 @@ std::string caretLines(std::string_view text, std::size_t offset) {
   const std::size_t begin = offset > kShownBefore ? offset - kShownBefore : 0;
   const std::string before = printable(text.substr(begin, offset - begin));
   const std::string after = printable(text.substr(offset, kShownAfter));
-  const auto columns =
-      static_cast<std::size_t>(std::count_if(before.begin(), before.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-      }));
-  return "  " + before + after + "\n  " + std::string(columns, ' ') + "^\n";
+  return "  " + before + after + "\n  " + std::string(widthOf(before), ' ') + "^\n";
 }

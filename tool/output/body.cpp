@@ -345,7 +345,7 @@ std::optional<std::string> inflated(std::string bytes) {
 std::string contentLines(const std::string& title, std::string_view bytes, const char* remark) {
   std::string lines;
   if (isPlainText(bytes)) {
-    lines = bytes;
+    lines = printableLines(bytes);
     lines.erase(std::remove(lines.begin(), lines.end(), '\r'), lines.end());
   } else {
     lines = hexDump(bytes);

@@ -109,28 +109,25 @@ nlohmann::ordered_json textOrNull(bool ok, const SipString& text) {
   return ok ? nlohmann::ordered_json(view(text)) : nullptr;
 }
 
-// The address that a header's value is: one of the two, or none.
-struct ValueAddress {
-  explicit ValueAddress(const SipHeader& header) {
-    const FieldKind* field = findField(view(header.getName()));
-    const SipString& value = header.getValue();
-    if (value.length() == 0 || ((field == nullptr || !field->address) &&
-                                view(value).find('<') == std::string_view::npos)) {
+// The address that a text is: one of the two, or none.
+struct TextAddress {
+  explicit TextAddress(const SipString& text) {
+    if (text.length() == 0) {
       return;
     }
-    sip = read<SipAddress>(value);
+    sip = read<SipAddress>(text);
     if (sip != nullptr && equalIgnoringCase(view(sip->getScheme()), "tel")) {
       sip.reset();
     }
     if (sip == nullptr) {
-      tel = read<TelAddress>(value);
+      tel = read<TelAddress>(text);
     }
   }
 
   template <typename Address>
-  std::unique_ptr<Address> read(const SipString& value) {
+  std::unique_ptr<Address> read(const SipString& text) {
     const Diagnostics diagnostics;
-    auto address = std::make_unique<Address>(value);
+    auto address = std::make_unique<Address>(text);
     logged = diagnostics.toJson();
     return address->GetLastErrorCode() == VARN_OK ? std::move(address) : nullptr;
   }
@@ -140,8 +137,16 @@ struct ValueAddress {
   nlohmann::ordered_json logged;
 };
 
-nlohmann::ordered_json addressJson(const SipHeader& header) {
-  const ValueAddress address(header);
+// Returns the text of a header field that may be an address; "" for none.
+SipString addressText(const SipHeader& header) {
+  const FieldKind* field = findField(view(header.getName()));
+  const bool may = (field != nullptr && field->address) ||
+                   view(header.getValue()).find('<') != std::string_view::npos;
+  return may ? header.getValue() : SipString();
+}
+
+nlohmann::ordered_json addressJson(const SipString& text) {
+  const TextAddress address(text);
   nlohmann::ordered_json object;
   if (address.sip != nullptr) {
     object = toJson(*address.sip, VARN_OK);
@@ -194,7 +199,7 @@ Pieces pieces(const SipHeader& header) {
 }
 
 Pieces addressPieces(const SipHeader& header) {
-  const ValueAddress address(header);
+  const TextAddress address(addressText(header));
   if (address.sip != nullptr) {
     return pieces(*address.sip);
   }
@@ -271,9 +276,11 @@ nlohmann::ordered_json toJson(SipHeader& header, VARN_EXCEPTION_CODES code) {
   object["value"] = view(header.getValue());
   object["parameters"] = parametersJson(header);
   object["text"] = textOrNull(ok, header.toString());
-  object["address"] = ok ? addressJson(header) : nullptr;
+  object["address"] = ok ? addressJson(addressText(header)) : nullptr;
   return object;
 }
+
+nlohmann::ordered_json addressJson(std::string_view text) { return addressJson(toSipString(text)); }
 
 std::string jsonLine(const nlohmann::ordered_json& object) {
   constexpr bool kAscii = true;

@@ -37,6 +37,9 @@ nlohmann::ordered_json toJson(SipAddress& address, VARN_EXCEPTION_CODES code);
 nlohmann::ordered_json toJson(TelAddress& tel, VARN_EXCEPTION_CODES code);
 nlohmann::ordered_json toJson(SipHeader& header, VARN_EXCEPTION_CODES code);
 
+// Returns an object for the SIP or tel address that a text is; null for another text.
+nlohmann::ordered_json addressJson(std::string_view text);
+
 // Returns JSON text for the object on one line, in ASCII: other characters, and those that would
 // steer a terminal, are escaped; bytes that are not UTF-8 become U+FFFD.
 std::string jsonLine(const nlohmann::ordered_json& object);

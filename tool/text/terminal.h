@@ -20,6 +20,13 @@ void chooseColours(const std::string& when);
 // set.
 bool colourWanted();
 
+// Returns the width of the terminal that standard output is; 0 where it is none.
+std::size_t terminalWidth();
+
+// Each returns the text, red or yellow where colours are wanted.
+std::string asFault(const std::string& text);
+std::string asNote(const std::string& text);
+
 // Returns the text bold where colours are wanted.
 std::string emphasised(const std::string& text);
 

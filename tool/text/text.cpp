@@ -31,21 +31,33 @@ std::string hexEscapes(std::string_view text) {
   return escapes;
 }
 
-// Returns well-formed UTF-8 with its controls and backslashes escaped.
-std::string withEscapes(std::string_view text) {
+// The marks that change the direction in which a terminal shows what follows.
+bool isDirectionMark(char32_t character) {
+  return character == 0x061C || character == 0x200E || character == 0x200F ||
+         (character >= 0x202A && character <= 0x202E) ||
+         (character >= 0x2066 && character <= 0x2069);
+}
+
+bool isUnsafe(char32_t character) { return isControl(character) || isDirectionMark(character); }
+
+// Returns well-formed UTF-8 with the characters of a kind escaped and this for each backslash.
+std::string withEscapes(std::string_view text, bool (*escaped)(char32_t),
+                        std::string_view backslash) {
   std::string result;
   while (!text.empty()) {
     const std::string_view rest = text;
-    const bool control = isControl(takeCharacter(text));
+    const bool escape = escaped(takeCharacter(text));
     const std::string_view character = rest.substr(0, rest.size() - text.size());
-    if (control) {
+    if (escape) {
       result.append(hexEscapes(character));
     } else {
-      result.append(character == "\\" ? "\\\\" : character);
+      result.append(character == "\\" ? backslash : character);
     }
   }
   return result;
 }
+
+std::string_view shownBackslash = "\\\\";
 
 int lowerCase(char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; }
 
@@ -77,7 +89,8 @@ std::string printable(std::string_view text) {
   std::string result;
   while (!text.empty()) {
     const std::size_t end = std::min(utf8::find_invalid(text), text.size());
-    result.append(withEscapes(text.substr(0, end))).append(hexEscapes(text.substr(end, 1)));
+    result.append(withEscapes(text.substr(0, end), isUnsafe, shownBackslash));
+    result.append(hexEscapes(text.substr(end, 1)));
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return result;
@@ -85,6 +98,19 @@ std::string printable(std::string_view text) {
 
 std::string shortened(std::string_view text, std::size_t length) {
   return std::string(text.substr(0, length)) + (text.size() > length ? "..." : "");
+}
+
+void keepBackslashes() { shownBackslash = "\\"; }
+
+std::string printableLines(std::string_view text) {
+  return withEscapes(text, isDirectionMark, "\\");
+}
+
+bool isContinued(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+
+std::size_t widthOf(std::string_view text) {
+  return text.size() -
+         static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isContinued));
 }
 
 std::string counted(unsigned long count, const std::string& noun) {

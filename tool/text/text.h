@@ -6,12 +6,24 @@
 #include <string_view>
 #include <vector>
 
-// Returns a text fit for a terminal: control characters and bytes outside well-formed UTF-8 as
-// \xHH, a backslash doubled.
+// Returns a text fit for a terminal: control characters, direction marks and bytes outside
+// well-formed UTF-8 as \xHH, a backslash doubled unless keepBackslashes() was called.
 std::string printable(std::string_view text);
 
 // Returns a text of at most so many bytes, or the first ones of it and "...".
 std::string shortened(std::string_view text, std::size_t length);
+
+// Makes printable() leave each backslash alone.
+void keepBackslashes();
+
+// Returns plain text with its lines, but with direction marks as \xHH.
+std::string printableLines(std::string_view text);
+
+// Returns whether a byte of UTF-8 continues a character.
+bool isContinued(char byte);
+
+// Returns how many columns of a terminal a printable text has, one for each character.
+std::size_t widthOf(std::string_view text);
 
 // Returns `1 file` or `2 files` for the noun `file`.
 std::string counted(unsigned long count, const std::string& noun);
