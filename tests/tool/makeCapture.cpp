@@ -8,6 +8,7 @@
 //   icmp SOURCE PORT DESTINATION PORT [TEXT]    a packet of another protocol
 //   fragment LINE, extended LINE, short LINE    the first of two fragments; after an extension
 //                                               header; the last byte not captured
+//   wait MICROSECONDS                           before the next packet; may be negative
 //   gtp|gre|vxlan|ip|esp|udpesp LINE            in a tunnel, between 198.51.100.1 and .2
 //   pieces LINE                                 in fragments, the last one first, the first one
 //   twice times N LINE                                N times, each from the next source port cut N
@@ -191,6 +192,10 @@ class CaptureMaker {
       words >> (word == "link" ? link_ : format_);
     } else if (word == "cut") {
       words >> cut_;
+    } else if (word == "wait") {
+      std::int64_t microseconds = 0;
+      words >> microseconds;
+      time_ += microseconds;
     } else if (word == "times") {
       unsigned int times = 0;
       words >> times;
@@ -329,7 +334,7 @@ class CaptureMaker {
   }
 
   void addFrame(const std::string& frame, bool cut) {
-    const std::uint64_t time = 1709251199999999 + count_++;
+    const auto time = static_cast<std::uint64_t>(time_++);
     const std::string held = frame.substr(0, frame.size() - (cut ? 1 : 0));
     const std::string sizes = own(held.size(), 4) + own(frame.size(), 4);
     if (format_ == "pcapng") {
@@ -349,7 +354,7 @@ class CaptureMaker {
   std::string link_ = "ethernet";
   std::string packets_;
   std::size_t cut_ = 0;
-  std::uint64_t count_ = 0;
+  std::int64_t time_ = 1709251199999999;
 };
 
 const std::string CaptureMaker::kWraps =

@@ -54,6 +54,8 @@ RUNS = {
     "message": [(messages("*"), None), (["-"], MULTIPART), (["-"], b"\n"), (["-"], b"x")],
     "list": [(messages("*"), None), (["-"], MULTIPART), (["-"], b"x")],
     "check": [(messages("*"), None), (messages("prack"), None), (["-"], MULTIPART)],
+    "calls": [(messages("*"), None), ([f"{data}/calls.sip", "--stats"], None),
+              ([f"{data}/calls.sip", "--show=f3"], None)],
     "body": [([TYPE + "b"], BODY), ([TYPE + "c"], BODY),
              ([TYPE + "b"], b"--b\r\n\r\n" + bytes(65537) + b"--b--")],
     "via": [(["SIP/2.0/UDP a.test;x=y"], None), (["x"], None)],

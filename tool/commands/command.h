@@ -87,6 +87,7 @@ int runList(CommandLine& line);
 int runMessage(CommandLine& line);
 int runEdit(CommandLine& line);
 int runCheck(CommandLine& line);
+int runCalls(CommandLine& line);
 int runVia(CommandLine& line);
 int runBody(CommandLine& line);
 int runGzip(CommandLine& line);

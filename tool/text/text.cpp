@@ -96,6 +96,10 @@ std::string printable(std::string_view text) {
   return result;
 }
 
+std::string shortened(std::string_view text, std::size_t length) {
+  return std::string(text.substr(0, length)) + (text.size() > length ? "..." : "");
+}
+
 void keepBackslashes() { shownBackslash = "\\"; }
 
 std::string printableLines(std::string_view text) {
