@@ -148,9 +148,9 @@ class Reader {
 
   std::string readLog(Input& input) {
     Log log([&](std::string_view text) {
+      const auto lineAt = [&log](std::size_t offset) { return log.lineAt(offset); };
       MessageReader reader(text);
       while (const std::optional<Message> message = reader.next()) {
-        const auto lineAt = [&log](std::size_t offset) { return log.lineAt(offset); };
         found({*message, file_, nullptr, lineAt}, input);
       }
     });
