@@ -23,23 +23,23 @@ std::vector<Column> columnsOf(bool passages, bool wide, bool roomy) {
   constexpr Column::Side kLeft = Column::Side::kLeft;
   const char* const gap = passages && !roomy ? " " : "  ";
   const std::size_t endpoint = roomy ? 20 : 15;
-  std::vector<Column> columns = {{3, 3, Column::Side::kRight}};
+  std::vector<Column> columns = {{3, 3, 20, Column::Side::kRight}};
   if (wide) {
-    columns.push_back({20, 20});
+    columns.push_back({20, 20, 60});
   }
   if (passages) {
-    columns.push_back({12, 12, kLeft, false, gap});
-    columns.push_back({9, endpoint, kLeft, true, gap});
-    columns.push_back({9, endpoint, kLeft, true, " -> "});
+    columns.push_back({12, 12, 27, kLeft, false, gap});
+    columns.push_back({9, endpoint, 48, kLeft, true, gap});
+    columns.push_back({9, endpoint, 48, kLeft, true, " -> "});
   }
   if (passages && wide) {
-    columns.push_back({4, 4});
+    columns.push_back({4, 4, 4});
   }
-  columns.push_back({9, 23, kLeft, false, gap});
-  columns.push_back({7, 12, kLeft, false, gap});
-  columns.push_back({7, 15, kLeft, true, gap});
-  columns.push_back({7, 15, kLeft, true, gap});
-  columns.push_back({6, 20, kLeft, false, gap});
+  columns.push_back({9, 23, 36, kLeft, false, gap});
+  columns.push_back({7, 12, 20, kLeft, false, gap});
+  columns.push_back({7, 15, 24, kLeft, true, gap});
+  columns.push_back({7, 15, 24, kLeft, true, gap});
+  columns.push_back({6, 20, 20, kLeft, false, gap});
   return columns;
 }
 

@@ -12,6 +12,10 @@ View valueOf(const Message& message, View name) {
   return field == nullptr ? View() : View(field->value);
 }
 
+bool isSip(const StartLine& line) {
+  return line.response || (line.version.substr(0, 4) == "SIP/" && !line.method.empty());
+}
+
 // Returns where the URI of an address begins: after the first bracket outside quotes, if there is
 // one.
 std::size_t uriBegin(View value) {
@@ -43,13 +47,12 @@ Sequence sequenceOf(const Message& message) {
 
 std::string_view methodOf(const Message& message) {
   const StartLine line(message.startLine);
-  return line.response ? sequenceOf(message).method : line.method;
+  return line.response ? sequenceOf(message).method : isSip(line) ? line.method : View();
 }
 
 std::string_view headlineOf(const Message& message) {
   const StartLine line(message.startLine);
-  const View title = line.response ? line.status : line.method;
-  return title.empty() ? View(message.startLine) : title;
+  return !isSip(line) ? "not SIP" : line.response ? line.status : line.method;
 }
 
 std::string_view userOf(std::string_view value) {

@@ -22,10 +22,11 @@ struct Sequence {
 // Returns the two words of the CSeq; empty ones for none.
 Sequence sequenceOf(const Message& message);
 
-// Returns the method of a request, or that of the CSeq of a response, as a view into the message.
+// Returns the method of a request, or that of the CSeq of a response, as a view into the message;
+// "" for what is no SIP.
 std::string_view methodOf(const Message& message);
 
-// Returns the method of a request, `180 Ringing` of a response, else the start line.
+// Returns the method of a request, `180 Ringing` of a response, "not SIP" of another text.
 std::string_view headlineOf(const Message& message);
 
 // Returns the user in a value such as `"Alice" <sip:alice@host.test>;tag=1`, or the number of a tel

@@ -11,8 +11,6 @@
 namespace {
 
 constexpr std::string_view kCut = "~";
-// A cell from the network may have any length; one must not widen all lines after it.
-constexpr std::size_t kWidest = 48;
 
 // Returns where the character with this number begins.
 std::size_t offsetOf(std::string_view text, std::size_t number) {
@@ -94,8 +92,8 @@ std::string Table::fitted(std::size_t column, const std::string& cell) {
     width = std::max(width, widthOf(cell));
     return std::string(width - widthOf(cell), ' ') + cell;
   }
-  const std::size_t wanted = std::min(widthOf(cell), kWidest);
-  if (grows_ && wanted > width) {
+  const std::size_t wanted = widthOf(cell);
+  if (grows_ && wanted > width && wanted <= columns_[column].most) {
     width += std::min(wanted - width, room());
   }
   const std::string text = bound_ == SIZE_MAX ? cell : cut(cell, width, columns_[column].bothEnds);

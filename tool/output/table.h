@@ -9,8 +9,11 @@
 struct Column {
   enum class Side { kLeft, kRight };
 
-  std::size_t least;          // how many columns of the terminal it has in narrow lines
-  std::size_t usual;          // and where there is room
+  // How many columns of the terminal it has in narrow lines, in those with room, and after cells of
+  // this length; longer ones, from an enemy, widen nothing.
+  std::size_t least;
+  std::size_t usual;
+  std::size_t most;
   Side side = Side::kLeft;    // where the cells are; at the right, such as numbers, none is cut
   bool bothEnds = false;      // a cut cell keeps its end as well
   const char* before = "  ";  // what is between it and the column before

@@ -44,8 +44,9 @@ nlohmann::ordered_json summaryJson(const MessageInFile& found) {
   unsigned int code = 0;
   const bool hasCode = line.code().size() == 3 && readNumber(line.code(), code);
   object["startLine"] = message.startLine;
-  object["method"] = textOrNull(!line.method.empty(), line.method);
-  object["requestUri"] = addressJson(line.uri);
+  const bool request = !line.response && !methodOf(message).empty();
+  object["method"] = textOrNull(request, line.method);
+  object["requestUri"] = request ? addressJson(line.uri) : Json();
   object["statusCode"] = hasCode ? Json(code) : Json();
   object["reasonPhrase"] = textOrNull(line.response, line.reason());
   object["cseq"] = sequenceJson(message);
