@@ -102,8 +102,8 @@ std::vector<Column> columnsFor(const Row& titles, const std::vector<Call>& calls
   std::vector<Column> columns;
   for (const std::string& title : titles) {
     const bool number = title == "seconds" || title == "messages";
-    columns.push_back(
-        {title.size(), title.size(), number ? Column::Side::kRight : Column::Side::kLeft});
+    columns.push_back({title.size(), title.size(), kMaxCell,
+                       number ? Column::Side::kRight : Column::Side::kLeft});
   }
   for (const Call& call : calls) {
     const Row row = rowOf(call, wide);
