@@ -15,6 +15,7 @@
 #include "output/dump.h"
 #include "output/ladder.h"
 #include "output/ladderSvg.h"
+#include "output/summary.h"
 #include "output/table.h"
 #include "selection/calls.h"
 #include "text/sip.h"
@@ -23,7 +24,7 @@
 namespace {
 
 constexpr std::size_t kMinCell = 7;      // columns of a cell in a narrow table
-constexpr std::size_t kMaxCell = 24;     // and in a wide one
+constexpr std::size_t kMaxCell = 48;     // and in a wide one
 constexpr std::size_t kMaxNames = 1000;  // methods and codes that are counted
 
 struct CallsOptions {
@@ -46,10 +47,8 @@ nlohmann::ordered_json codeOrNull(const std::string& text) {
 
 double secondsOf(std::int64_t microseconds) { return static_cast<double>(microseconds) / 1e6; }
 
-// Returns the time of day, `23:59:59.000`.
-std::string clockText(const std::string& time) {
-  return time.substr(std::min(time.find('T') + 1, time.size()), 12);
-}
+// Returns the first time that is known, or "".
+std::string firstTime(const Call& call) { return call.begin ? timeText(call.first) : ""; }
 
 std::string secondsText(const Call& call) {
   if (!call.begin) {
@@ -61,11 +60,11 @@ std::string secondsText(const Call& call) {
 }
 
 nlohmann::ordered_json toJson(const Call& call) {
-  nlohmann::ordered_json object = {{"callId", call.id}, {"time", textOrNull(call.time)}};
+  nlohmann::ordered_json object = {{"callId", call.id}, {"time", textOrNull(firstTime(call))}};
   object["seconds"] =
       call.begin ? nlohmann::ordered_json(secondsOf(*call.end - *call.begin)) : nullptr;
-  object["from"] = call.from;
-  object["to"] = call.to;
+  object["from"] = textOrNull(call.from);
+  object["to"] = textOrNull(call.to);
   object["methods"] = call.methods;
   object["statusCode"] = codeOrNull(call.status);
   object["reasonPhrase"] = textOrNull(call.reason);
@@ -84,7 +83,7 @@ std::string joined(const std::vector<std::string>& texts) {
 using Row = std::vector<std::string>;
 
 Row rowOf(const Call& call, bool wide) {
-  Row row = {wide || call.time.empty() ? call.time : clockText(call.time),
+  Row row = {wide || !call.begin ? firstTime(call) : clockText(call.first),
              call.from,
              call.to,
              joined(call.methods),
@@ -103,8 +102,8 @@ std::vector<Column> columnsFor(const Row& titles, const std::vector<Call>& calls
   std::vector<Column> columns;
   for (const std::string& title : titles) {
     const bool number = title == "seconds" || title == "messages";
-    columns.push_back(
-        {title.size(), title.size(), number ? Column::Side::kRight : Column::Side::kLeft});
+    columns.push_back({title.size(), title.size(), kMaxCell,
+                       number ? Column::Side::kRight : Column::Side::kLeft});
   }
   for (const Call& call : calls) {
     const Row row = rowOf(call, wide);
@@ -183,7 +182,7 @@ std::vector<std::string> headingOf(const Call& call, std::size_t shown) {
   std::string line =
       orUnknown(call.from) + " -> " + orUnknown(call.to) + ", " + counted(call.messages, "message");
   if (call.begin) {
-    line += " in " + secondsText(call) + " s from " + call.time;
+    line += " in " + secondsText(call) + " s from " + timeText(call.first);
   }
   lines.push_back(line);
   if (shown < call.messages) {

@@ -58,7 +58,7 @@ void addTime(Call& call, const Passage* passage) {
   if (!time) {
     return;
   }
-  call.time = call.begin ? call.time : timeText(passage->time);
+  call.first = call.begin ? call.first : passage->time;
   call.begin = std::min(*time, call.begin.value_or(*time));
   call.end = std::max(*time, call.end.value_or(*time));
 }

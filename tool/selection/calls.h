@@ -17,7 +17,7 @@
 // The messages of a Call-ID.
 struct Call {
   std::string id;
-  std::string time;                   // of the first message; "" where that is not known
+  timeval first = {};                 // the first time that is known, if one is
   std::optional<std::int64_t> begin;  // the earliest and the latest time, in microseconds
   std::optional<std::int64_t> end;
   std::string from;  // in the first message, as to
