@@ -57,3 +57,11 @@ END
 [ "$("$siputil" list --number 6-7 "$input" "$input" | cut -c -12)" = $'  6  503 Ser\n  7  INVITE ' ]
 [ "$("$siputil" message --only none --method ACK "$input" "$input" | grep -c '^ACK')" -eq 2 ]
 "$siputil" check --status 486 "$input" "$input" | grep -q '^2 files, 2 messages, 12 header fields'
+
+# The names of --only are compact, long, or likely another one's.
+diff <("$siputil" message --only f --only Contcat --number 6 "$input" 2>&1) - <<'END'
+siputil: note: 'Contcat' is no known field, is it 'Contact'?
+SIP/2.0 503 Service Unavailable
+  From  urn:service:sos
+  ? missing by RFC 3261: Via (8.1.1.7), To (8.1.1.2)
+END

@@ -9,7 +9,7 @@ using View = std::string_view;
 
 View valueOf(const Message& message, View name) {
   const Field* field = message.find(name);
-  return field == nullptr ? View() : View(field->value);
+  return field == nullptr ? View() : View{field->value};
 }
 
 bool isSip(const StartLine& line) {
