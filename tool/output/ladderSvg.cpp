@@ -61,7 +61,7 @@ class Drawing {
     const std::size_t width = at(ladder_.columns().size() - 1) + kSide + kMargin;
     return "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +
            attribute("height", y_ + kMargin) +
-           " font-family=\"monospace\" font-size=\"12\" xml:space=\"preserve\">\n"
+           " font-family=\"monospace\" font-size=\"12\">\n"
            "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n" +
            elements_ + "</svg>\n";
   }
