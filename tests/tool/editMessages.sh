@@ -96,7 +96,7 @@ $ --set From.phoneNumber=5
 siputil: text:5: --set From.phoneNumber=5: a SIP address has no phoneNumber
 status 1
 $ --set To.phoneNumber=+1-202 --set To.isub=1
-siputil: text:6: --set To.isub=1: the text breaks its rule
+siputil: text:6: --set To.isub=1: the text is malformed
 status 1
 $ --set To.host=a
 siputil: text:6: --set To.host=a: a tel address has no host

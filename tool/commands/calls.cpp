@@ -310,6 +310,7 @@ int runCalls(CommandLine& line) {
   CallsOptions options;
   options.sources.directories = true;
   options.sources.notes = false;
+  options.sources.summary = true;
   addFormatOptions(line.parser, options.json);
   addRawOption(line.parser);
   line.parser.add_flag("--wide", options.wide, "Show all, whatever the width of the terminal");
