@@ -253,7 +253,7 @@ cmp all output
 # with CRLF counted where the text was saved with LF.
 printf 'a\nb' >body
 for start in 'A sip:a SIP/2.0\r\nl:  9\r\nL: 9\r\nTo: a\r\n\r\nold' 'A sip:a SIP/2.0\nTo: a\n\n' \
-  'A sip:a SIP/2.0\r\nTo: a' 'A sip:a SIP/2.0' 'A sip:a SIP/2.0\r\n \r\nX' \
+  'A sip:a SIP/2.0\r\nTo: a' 'A sip:a SIP/2.0\r\n\r' 'A sip:a SIP/2.0' 'A sip:a SIP/2.0\r\n \r\nX' \
   'A sip:a SIP/2.0\r\nl: 0\r\n\r\nB sip:b SIP/2.0\r\nl: 1\n\nx'; do
   printf '%b' "$start" | "$siputil" edit --body body | sed 's/\r/\\r/' && echo '.'
 done | diff -u <(cat <<'END'
@@ -271,6 +271,11 @@ a
 b.
 A sip:a SIP/2.0\r
 To: a\r
+Content-Length: 3\r
+\r
+a
+b.
+A sip:a SIP/2.0\r
 Content-Length: 3\r
 \r
 a

@@ -241,7 +241,8 @@ void EditedMessage::setBody(const std::string& body) {
   if (!setFields("Content-Length", length)) {
     addHeader("Content-Length", length);
   }
-  if (tail_.empty()) {
+  if (tail_.find('\n') == std::string::npos) {  // the text ends in the header
+    tail_.clear();
     tail_.append(header().back() == '\n' ? "" : lineEnd_).append(lineEnd_);
   }
 }
