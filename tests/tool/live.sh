@@ -79,6 +79,14 @@ message 1 0 >&"$input"
 shows '' '-:23' "${one[@]}"
 ends 0 '' TERM
 
+# Line ends that come after a message was written are written at the end.
+start edit --follow
+message 1 0 >&"$input"
+shows $'MESSAGE sip:a SIP/2.0\r'
+printf '\r\n\r\n' >&"$input"
+ends 0 ''
+{ message 1 0 | tail -n +2 && printf '\r\n\r\n'; } | diff -u - rest
+
 # A capture that is being written ends anywhere.
 for id in 1 2; do
   echo "udp 192.0.2.1 1 192.0.2.2 2 $(message $id 0 | sed 's/\r$/\\r\\n/' | tr -d '\n')"

@@ -189,6 +189,11 @@ class MessageWriter {
     file_ = found.file;
   }
 
+  void put(std::string_view bytes) {
+    std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    last_ = bytes.empty() ? last_ : bytes.back();
+  }
+
   // Says which edits had no field. Returns the status.
   int finish() {
     for (std::size_t i = 0; i < found_.size(); ++i) {
@@ -231,11 +236,6 @@ class MessageWriter {
     }
   }
 
-  void put(std::string_view bytes) {
-    std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    last_ = bytes.empty() ? last_ : bytes.back();
-  }
-
   const EditOptions& options_;
   std::vector<bool> found_;  // a field, for each edit
   bool newBody_;
@@ -276,6 +276,7 @@ int runEdit(CommandLine& line) {
   }
   FileCounts counts;
   MessageWriter writer(options);
+  options.sources.late = [&writer](std::string_view lineEnds) { writer.put(lineEnds); };
   const int status = readMessages(options.sources, counts,
                                   [&writer](const MessageInFile& found) { writer.write(found); });
   return std::max(status, counts.messages == 0 ? kAccepted : writer.finish());

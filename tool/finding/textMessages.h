@@ -37,6 +37,9 @@ class TextMessages {
   std::string_view before() const { return before_; }
   std::string_view after() const { return after_; }
 
+  // Returns, after finish(), the line ends that came after the last message was reported.
+  std::string_view rest() const { return held_; }
+
  private:
   enum class After { kMore, kMoment, kEnd };
 

@@ -195,6 +195,7 @@ class Reader {
   }
 
   std::string readText(Input& input) {
+    chosen_ = false;
     TextMessages messages([&](const Message& message) {
       const auto lineAt = [&messages](std::size_t offset) { return messages.lineAt(offset); };
       visit({message, file_, nullptr, lineAt, messages.before(), messages.after()}, input);
@@ -207,6 +208,9 @@ class Reader {
       }
     }
     messages.finish();
+    if (sources_.late && chosen_) {
+      sources_.late(messages.rest());
+    }
     return "";
   }
 
@@ -224,7 +228,8 @@ class Reader {
 
   void visit(MessageInFile found, const Input& input) {
     found.number = ++counts_.read;
-    if (sources_.selection.wants(found.message, found.number)) {
+    chosen_ = sources_.selection.wants(found.message, found.number);
+    if (chosen_) {
       ++counts_.messages;
       visit_(found);
     }
@@ -245,6 +250,7 @@ class Reader {
   const bool flush_;
   std::size_t done_ = 0;  // bytes of the files before
   std::string file_;
+  bool chosen_ = false;  // the last message of the file
   int status_ = kAccepted;
 };
 

@@ -23,6 +23,9 @@ struct Sources {
   bool notes = true;                       // say what is left out of a capture that has messages
   bool follow = false;                     // of one file, wait at its end for more
   bool summary = false;                    // what is printed comes after all messages
+
+  // Takes the line ends of a live text that came after its last message was visited.
+  std::function<void(std::string_view lineEnds)> late = nullptr;
 };
 
 // A message and where it was found.
