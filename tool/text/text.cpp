@@ -97,7 +97,15 @@ std::string printable(std::string_view text) {
 }
 
 std::string shortened(std::string_view text, std::size_t length) {
-  return std::string(text.substr(0, length)) + (text.size() > length ? "..." : "");
+  if (text.size() <= length) {
+    return std::string(text);
+  }
+  constexpr std::size_t kMostContinued = 3;  // bytes of a character after its first one
+  std::size_t end = length;
+  while (end != 0 && length - end < kMostContinued && isContinued(text[end])) {
+    --end;
+  }
+  return std::string(text.substr(0, end)) + "...";
 }
 
 void keepBackslashes() { shownBackslash = "\\"; }
