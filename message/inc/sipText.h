@@ -9,7 +9,8 @@
 
 namespace siputility {
 
-/// Returns the text without the blanks and tabs at its ends.
+/// Returns the text without the blanks and tabs at its ends; an empty one is a view into it as
+/// well.
 std::string_view trimmed(std::string_view text);
 
 /// Returns whether the text is a token (RFC 3261 25.1).

@@ -8,9 +8,8 @@
 namespace siputility {
 
 std::string_view trimmed(std::string_view text) {
-  const std::size_t first = std::min(text.find_first_not_of(" \t"), text.size());
-  const std::size_t last = text.find_last_not_of(" \t");
-  return last == std::string_view::npos ? std::string_view() : text.substr(first, last + 1 - first);
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+  return text.substr(0, text.find_last_not_of(" \t") + 1);
 }
 
 bool isToken(std::string_view text) {

@@ -288,7 +288,7 @@ int runStats(const CallsOptions& options) {
   FileCounts counts;
   const int status = readMessages(options.sources, counts, [&](const MessageInFile& found) {
     const StartLine line(found.message.startLine);
-    const std::string_view name = line.response ? line.code() : line.method;
+    const std::string_view name = line.response ? line.code() : headlineOf(found.message);
     (line.response ? responses : requests).add(shortened(name, kMaxCell));
   });
   if (options.json) {

@@ -17,6 +17,7 @@
 #include "output/summary.h"
 #include "selection/messages.h"
 #include "text/sip.h"
+#include "text/text.h"
 
 namespace {
 
@@ -179,17 +180,16 @@ class Checker {
     if (groups_.size() >= kMaxReasons) {
       reason.words = "other reasons";
     }
-    Example first = {
-        found_->file, 0,
-        {},           std::string(callIdOf(found_->message).substr(0, kMaxExampleText)),
-        std::nullopt, std::string(find.text.substr(0, kMaxExampleText))};
+    Example first = {found_->file, 0,
+                     {},           shortened(callIdOf(found_->message), kMaxExampleText),
+                     std::nullopt, shortened(find.text, kMaxExampleText)};
     if (found_->passage == nullptr) {
       first.line = found_->lineAt(find.offset);
     } else {
       first.passage = *found_->passage;
     }
     if (find.field != nullptr) {
-      first.field = find.field->name.substr(0, kMaxExampleText);
+      first.field = shortened(find.field->name, kMaxExampleText);
     }
     ++groups_.emplace(std::move(reason), Group{0, std::move(first)}).first->second.count;
   }

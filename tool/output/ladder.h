@@ -62,7 +62,7 @@ class Ladder {
 // body and the reason as there is room for.
 std::string labelOf(const Step& step, std::size_t room);
 
-// Returns the picture as lines of at most 80 characters.
+// Returns the picture as lines of at most 80 characters, after the heading.
 std::string ladderText(const Ladder& ladder);
 
 #endif  // TOOL_LADDER_H

@@ -45,7 +45,8 @@ std::string attribute(const std::string& name, std::size_t number) {
 // Writes the elements, from the top down.
 class Drawing {
  public:
-  explicit Drawing(const Ladder& ladder) : ladder_(ladder) {
+  explicit Drawing(const Ladder& ladder)
+      : ladder_(ladder), width_(at(ladder.columns().size() - 1) + kSide + kMargin) {
     addLines(ladder.heading());
     addNames();
     addColumns();
@@ -58,8 +59,7 @@ class Drawing {
   }
 
   std::string document() const {
-    const std::size_t width = at(ladder_.columns().size() - 1) + kSide + kMargin;
-    return "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width) +
+    return "<svg xmlns=\"http://www.w3.org/2000/svg\"" + attribute("width", width_) +
            attribute("height", y_ + kMargin) +
            " font-family=\"monospace\" font-size=\"12\">\n"
            "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n" +
@@ -77,6 +77,7 @@ class Drawing {
     for (const std::string& line : lines) {
       y_ += kLineHeight;
       addText(kMargin, y_, "start", line);
+      width_ = std::max(width_, kMargin + line.size() * kCharacter + kMargin);
     }
   }
 
@@ -139,6 +140,7 @@ class Drawing {
   }
 
   const Ladder& ladder_;
+  std::size_t width_;
   std::size_t y_ = kMargin;
   std::string elements_;
 };

@@ -168,12 +168,12 @@ void CallList::add(const MessageInFile& found) {
 void ChosenCall::add(const MessageInFile& found) {
   const std::string_view id = callIdOf(found.message);
   const bool exact = id == part_;
+  if (id.empty() || (exact_ ? !exact : id.find(part_) == std::string_view::npos)) {
+    return;
+  }
   if (exact && !exact_) {
     *this = ChosenCall(part_);
     exact_ = true;
-  }
-  if (id.empty() || (exact_ ? !exact : id.find(part_) == std::string_view::npos)) {
-    return;
   }
   list_.add(found);
   if (list_.calls().size() > 1) {

@@ -4,6 +4,7 @@
 #include <utf8.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <numeric>
 
 namespace {
@@ -62,8 +63,9 @@ std::string_view shownBackslash = "\\\\";
 int lowerCase(char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; }
 
 // Returns how many steps lead from one text to the other: a letter more, less or another one, or
-// two neighbours swapped. Row i of the table holds the steps from i letters of a to j of b.
-std::size_t distance(std::string_view a, std::string_view b) {
+// two neighbours swapped; SIZE_MAX for more than so many. Row i of the table holds the steps from i
+// letters of a to j of b.
+std::size_t distance(std::string_view a, std::string_view b, std::size_t most) {
   const std::size_t width = b.size() + 1;
   std::vector<std::size_t> steps((a.size() + 1) * width);
   std::iota(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(width), 0);
@@ -78,6 +80,9 @@ std::size_t distance(std::string_view a, std::string_view b) {
       const bool swapped = i > 1 && j > 1 && same(i, j - 1) && same(i - 1, j);
       const std::size_t swap = swapped ? (above - width)[j - 2] + 1 : row[j - 1] + 1;
       row[j] = std::min({swap, above[j] + 1, row[j - 1] + 1, above[j - 1] + (same(i, j) ? 0 : 1)});
+    }
+    if (*std::min_element(row, row + width) > most) {
+      return SIZE_MAX;  // no later row has less
     }
   }
   return steps.back();
@@ -97,7 +102,15 @@ std::string printable(std::string_view text) {
 }
 
 std::string shortened(std::string_view text, std::size_t length) {
-  return std::string(text.substr(0, length)) + (text.size() > length ? "..." : "");
+  if (text.size() <= length) {
+    return std::string(text);
+  }
+  constexpr std::size_t kMostContinued = 3;  // bytes of a character after its first one
+  std::size_t end = length;
+  while (end != 0 && length - end < kMostContinued && isContinued(text[end])) {
+    --end;
+  }
+  return std::string(text.substr(0, end)) + "...";
 }
 
 void keepBackslashes() { shownBackslash = "\\"; }
@@ -141,7 +154,7 @@ std::string_view closest(std::string_view name, const std::vector<std::string_vi
     if (name.size() > candidate.size() + most || candidate.size() > name.size() + most) {
       continue;
     }
-    const std::size_t steps = distance(name, candidate);
+    const std::size_t steps = distance(name, candidate, fewest - 1);
     if (steps < fewest) {
       fewest = steps;
       best = candidate;

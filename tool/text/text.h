@@ -10,7 +10,7 @@
 // well-formed UTF-8 as \xHH, a backslash doubled unless keepBackslashes() was called.
 std::string printable(std::string_view text);
 
-// Returns a text of at most so many bytes, or the first ones of it and "...".
+// Returns a text of at most so many bytes, or its characters that fit into them and "...".
 std::string shortened(std::string_view text, std::size_t length);
 
 // Makes printable() leave each backslash alone.
