@@ -13,7 +13,7 @@ scripts/sources.sh dev .ci/run '*.sh' '*.bash' | xargs -0 shellcheck
 scripts/diagnostics.py
 scripts/layers.sh
 cmake --preset dev >/dev/null
-cmake --build --preset dev --target siputility_verify_interface_header_sets
+cmake --build --preset dev --target all_verify_interface_header_sets
 # The shell expands the last pattern, not sources.sh: this leaves out the projects in folders of
 # examples/.
 scripts/sources.sh 'sip_utility/*.cpp' 'message/*.cpp' 'platform/*.cpp' 'tool/*.cpp' examples/*.cpp |

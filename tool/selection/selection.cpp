@@ -74,7 +74,7 @@ bool takeRange(View text, std::vector<Selection::Range>& ranges) {
 // Takes `NAME` or `NAME=TEXT`.
 void takeWith(const std::string& text, std::vector<Selection::FieldText>& wanted) {
   const std::size_t equal = std::min(text.find('='), text.size());
-  const std::string name(trimmed(View(text).substr(0, equal)));
+  const std::string name(trimmed(View{text}.substr(0, equal)));
   if (name.empty()) {
     throw CLI::ValidationError("--with", "expected NAME or NAME=TEXT, such as Require=100rel");
   }
