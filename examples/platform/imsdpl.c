@@ -78,7 +78,8 @@ size_t __strlcpy(char* out, const char* cstr, size_t size) {
 }
 
 size_t __strlcat(char* out, const char* cstr, size_t size) {
-  const size_t length = strnlen(out, size);
+  const char* const end = memchr(out, '\0', size);
+  const size_t length = end == NULL ? size : (size_t)(end - out);
   return length + __strlcpy(out + length, cstr, size - length);
 }
 

@@ -26,11 +26,11 @@ struct FieldTable {
   const FieldKind* end() const { return first + count; }
 };
 
-/// Returns the known fields.
+/// Returns the known fields. The table never changes and lives as long as the program.
 FieldTable knownFields();
 
 /// Returns what is known of a field of this name, long or compact, ignoring the case of letters;
-/// null for an unknown one.
+/// null for an unknown one. The result lives as long as the program.
 const FieldKind* findField(std::string_view name);
 
 /// Splits the value of a field at the separators outside quotes and angle brackets. White space

@@ -39,7 +39,7 @@ struct Field {
   std::string name;         ///< the long form of a compact one, else as received
   std::string value;        ///< unfolded, without the white space around it
   const FieldKind* kind;    ///< null for an unknown field
-  std::size_t offset;       ///< of the field's line in the text
+  std::size_t offset;       ///< of the field's line, in bytes from the start of the text
   std::string_view line;    ///< in the text: the line, those that continue it and their ends
   std::string_view source;  ///< in the text: the value alone, folds and white space included
 
@@ -47,10 +47,10 @@ struct Field {
   std::string raw() const;
 };
 
-/// What is wrong with a message, and where in the text.
+/// What is wrong with a message.
 struct Fault {
-  std::string words;
-  std::size_t offset;
+  std::string words;   ///< with bytes of the text, whatever they are
+  std::size_t offset;  ///< of the place, in bytes from the start of the text
 };
 
 /// A message. The views are into the text that it was read from.
@@ -61,8 +61,8 @@ struct Message {
   bool restored = false;       ///< the lines ended in CRLF before the text was saved
   bool complete = true;        ///< the header has its end, the body its Content-Length
   std::vector<Fault> faults;   ///< apart from what its fields' values are
-  std::size_t offset = 0;      ///< of its start line in the text
-  std::size_t bodyOffset = 0;  ///< of its body in the text
+  std::size_t offset = 0;      ///< of its start line, in bytes from the start of the text
+  std::size_t bodyOffset = 0;  ///< of its body, in the same way
 
   /// Returns the first field of this long name, ignoring the case of letters; null for none.
   const Field* find(std::string_view name) const;
@@ -82,8 +82,8 @@ bool isStartLine(std::string_view line);
 /// SIP/2.0` begins none.
 bool beginsMessage(std::string_view line);
 
-/// Returns the body length that the Content-Length fields of a header say, start line included;
-/// nothing when there is none or they say nothing certain.
+/// Returns the body length that the Content-Length fields of a header say; nothing when there is
+/// none or they say nothing certain. The header begins with its start line.
 std::optional<std::size_t> statedLength(std::string_view header);
 
 /// Takes messages off the front of a text, which must outlive them. Lines end in CRLF or LF; a
@@ -92,7 +92,7 @@ std::optional<std::size_t> statedLength(std::string_view header);
 /// that ends where the next message begins or at the end.
 ///
 /// Of a text that is no SIP at all, the message has faults; no text is refused. The time is linear
-/// in the length of the text.
+/// in the length of the text. A reader is used by one thread at a time.
 class MessageReader {
  public:
   explicit MessageReader(std::string_view text);

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
 
 namespace siputility {
 
@@ -16,10 +17,11 @@ std::string_view trimmed(std::string_view text);
 /// Returns whether the text is a token (RFC 3261 25.1).
 bool isToken(std::string_view text);
 
-/// Reads a text that is nothing but digits. Returns false, without effect, when it is not or the
-/// number does not fit.
+/// Reads a text that is nothing but digits into an unsigned number. Returns false, without effect,
+/// when it is not or the number does not fit.
 template <class Number>
 bool readNumber(std::string_view digits, Number& number) {
+  static_assert(std::is_unsigned_v<Number>);
   const char* end = digits.data() + digits.size();
   const std::from_chars_result result = std::from_chars(digits.data(), end, number);
   return result.ec == std::errc() && result.ptr == end;

@@ -1,7 +1,6 @@
 // sipFields.cpp - the header fields that SIP and its IMS extensions define, as reading needs them.
 #include "sipFields.h"
 
-#include <algorithm>
 #include <iterator>
 
 #include "wySipCxx.h"
