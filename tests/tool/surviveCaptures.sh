@@ -24,6 +24,6 @@ find . -type f -print0 | xargs -0 -n 500 bash -c '
   "$0" message --json "$@" >>../results 2>../errors || status=$?
   [ "$status" -le 1 ] || { echo "siputil ended with status $status"; tail -n 50 ../errors; exit 255; }
 ' "$siputil"
-results=$(grep -c '^{"file":.*,"frame":' ../results)
+results=$(grep -c '^{"number":.*,"frame":' ../results)
 echo "$count captures, $results messages"
 [ "$results" -gt $((count / 2)) ]
