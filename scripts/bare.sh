@@ -24,8 +24,11 @@ scripts/sources.sh '*' | tar -c --null -T - | tar -x -C "$root$folder"
 chroot "$root" chown -R visitor: /home/visitor
 
 visit() { # COMMAND: runs it in the folder as the user
-  unshare --pid --fork --kill-child --mount-proc="$root/proc" chroot --userspec=visitor "$root" \
-    env -i HOME=/home/visitor PATH=/usr/bin:/bin bash -c "cd '$folder' && $1"
+  # shellcheck disable=SC2016  # for the inner shell
+  unshare --pid --fork --kill-child --mount-proc="$root/proc" bash -c '
+    mount -t devpts -o newinstance,ptmxmode=666,mode=620,gid=5 devpts "$0/dev/pts"
+    exec chroot --userspec=visitor "$0" env -i HOME=/home/visitor PATH=/usr/bin:/bin bash -c "$1"
+  ' "$root" "cd '$folder' && $1"
 }
 TIMEFORMAT='%0R seconds, %0U of a processor'
 for command in "${commands[@]}"; do

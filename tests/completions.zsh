@@ -9,8 +9,8 @@ zmodload zsh/zpty
 work=$(mktemp -d)
 zpty shell env -i HOME=$work TERM=dumb zsh -f -i
 trap 'zpty -d shell; rm -rf $work' EXIT
-zpty -w shell "cd $work; PROMPT= fpath=(${2:a} \$fpath); autoload -Uz compinit; compinit -D -u
-  siputil() { [[ \$1 == --complete ]] && ${1:a} \"\$@\" || print -r -- \"<\${(j:|:)@}>\" }
+zpty -w shell "cd $work; PROMPT= fpath=(${(q)2:a} \$fpath); autoload -Uz compinit; compinit -D -u
+  siputil() { [[ \$1 == --complete ]] && ${(q)1:a} \"\$@\" || print -r -- \"<\${(j:|:)@}>\" }
   touch file.sip; unsetopt zle_bracketed_paste; print ready\$((1))"
 zpty -r shell output '*ready1*'
 

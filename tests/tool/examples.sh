@@ -6,7 +6,7 @@
 set -euo pipefail
 
 siputil=$(readlink -f "$1") data=$(readlink -f "$2") makeCapture=$(readlink -f "$3")
-pages=$(readlink -f "${@:4}")
+mapfile -t pages < <(readlink -f "${@:4}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -41,7 +41,7 @@ echo "$run examples"
 
 mkdir tests
 ln -s "$data" tests/data
-for page in $pages; do
+for page in "${pages[@]}"; do
   awk '/^```$/ { shown = 0 } shown; /^```console$/ { shown = 1 }' "$page" >expected
   grep '^\$ ' expected | while IFS= read -r line; do
     echo "$line"

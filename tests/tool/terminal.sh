@@ -18,7 +18,7 @@ END
 
 on_terminal() { # COLUMNS ARGUMENT...
   echo "$*"
-  COLUMNS=200 script -qec "stty cols $1; $siputil list ${*:2}" /dev/null </dev/null | tr -d '\r'
+  COLUMNS=200 script -qec "stty cols $1; ${siputil@Q} list ${*:2}" /dev/null </dev/null | tr -d '\r'
 }
 diff -u - <(for width in 30 80 120 160; do on_terminal "$width" trace.pcap; done
   on_terminal 80 --number 999-1001 text
