@@ -14,6 +14,9 @@ namespace siputility {
 /// well.
 std::string_view trimmed(std::string_view text);
 
+/// Returns the line without the CRLF, LF or CR at its end.
+std::string_view withoutLineEnd(std::string_view line);
+
 /// Returns whether the text is a token (RFC 3261 25.1).
 bool isToken(std::string_view text);
 

@@ -39,13 +39,6 @@ std::optional<std::size_t> contentLength(Message& message) {
   return length;
 }
 
-std::string_view withoutLineEnd(std::string_view line) {
-  for (const char end : {'\n', '\r'}) {
-    line.remove_suffix(!line.empty() && line.back() == end ? 1 : 0);
-  }
-  return line;
-}
-
 // Returns lines as one, each fold as one blank.
 std::string unfolded(std::string_view lines) {
   std::string result;
@@ -328,9 +321,7 @@ std::size_t MessageReader::beforeStartLine(std::size_t position) const {
 
 // Returns the line that begins at a position, without its end.
 std::string_view MessageReader::lineFrom(std::size_t position) const {
-  std::string_view line = text_.substr(position, text_.find('\n', position) - position);
-  line.remove_suffix(!line.empty() && line.back() == '\r' ? 1 : 0);
-  return line;
+  return withoutLineEnd(text_.substr(position, text_.find('\n', position) - position));
 }
 
 std::size_t MessageReader::bareLineFeedsLeft() {

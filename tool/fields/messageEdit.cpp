@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "fields/names.h"
+
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
@@ -12,10 +14,7 @@ bool isBlank(std::string_view text) {
   return text.find_first_not_of(kBlanks) == std::string_view::npos;
 }
 
-std::string longName(std::string_view name) {
-  const FieldKind* kind = findField(trimmed(name));
-  return std::string(kind != nullptr ? kind->name : trimmed(name));
-}
+std::string knownName(std::string_view name) { return std::string(longName(trimmed(name))); }
 
 // Fields of which a new one comes first, as a proxy adds it.
 bool growsOnTop(const std::string& name) {
@@ -69,14 +68,6 @@ std::size_t lengthOfEmptyLine(std::string_view rest) {
   return rest.empty() || rest.back() == '\n' ? length : 0;
 }
 
-std::size_t countBareLineFeeds(std::string_view text) {
-  std::size_t count = 0;
-  for (std::size_t at = 0; (at = text.find('\n', at)) != std::string_view::npos; ++at) {
-    count += at == 0 || text[at - 1] != '\r' ? 1U : 0U;
-  }
-  return count;
-}
-
 }  // namespace
 
 EditedMessage::EditedMessage(const Message& message)
@@ -98,7 +89,7 @@ EditedMessage::EditedMessage(const Message& message)
     std::string_view value = field.line.substr(0, field.line.size() - end.size());
     const std::string_view head = value.substr(0, value.find(':') + 1);
     value.remove_prefix(head.size());
-    const std::string name = longName(field.name);
+    const std::string name = knownName(field.name);
     lines_.push_back({header.substr(done, begin - done), name, std::string(head),
                       valuesOf(name, value), end, field.offset, false});
     done = begin + field.line.size();
@@ -139,7 +130,7 @@ bool EditedMessage::isNamed(const Line& line, const std::string& name) const {
 
 // Returns the values that an edit is for.
 std::vector<EditedMessage::Target> EditedMessage::targetsOf(const MessageEdit& edit) {
-  const std::string name = longName(edit.field);
+  const std::string name = knownName(edit.field);
   std::vector<Target> targets;
   std::size_t number = 0;
   for (Line& line : lines_) {
@@ -179,7 +170,7 @@ EditOutcome EditedMessage::set(const MessageEdit& edit) {
 EditOutcome EditedMessage::setHeader(const MessageEdit& edit) {
   EditOutcome outcome;
   if (edit.number == 0) {
-    outcome.found = setFields(longName(edit.field), edit.value);
+    outcome.found = setFields(knownName(edit.field), edit.value);
     return outcome;
   }
   for (const auto& [line, i] : targetsOf(edit)) {
@@ -217,7 +208,7 @@ void EditedMessage::removeHeader(const MessageEdit& edit) {
 }
 
 void EditedMessage::addHeader(const std::string& name, const std::string& value) {
-  Line line = {"", longName(name), name + ':', {}, lineEnd_, lines_.front().offset, false};
+  Line line = {"", knownName(name), name + ':', {}, lineEnd_, lines_.front().offset, false};
   line.values = valuesOf(line.name, (value.empty() ? "" : " ") + value);
   const auto first = std::find_if(lines_.begin(), lines_.end(), [&](const Line& other) {
     return growsOnTop(line.name) && isNamed(other, line.name);
@@ -236,8 +227,10 @@ void EditedMessage::addHeader(const std::string& name, const std::string& value)
 // The Content-Length counts CRLF where the lines ended in that before the text was saved.
 void EditedMessage::setBody(const std::string& body) {
   body_ = body;
-  const std::string length =
-      std::to_string(body.size() + (restored_ ? countBareLineFeeds(body) : 0));
+  Message counted;
+  counted.body = body;
+  counted.restored = restored_;
+  const std::string length = std::to_string(counted.contentSize());
   if (!setFields("Content-Length", length)) {
     addHeader("Content-Length", length);
   }
@@ -270,7 +263,7 @@ std::string_view lineEndOf(const Message& message) {
 }
 
 std::optional<Refusal> refusalOfFields(const std::string& name, const std::string& value) {
-  for (const std::string& piece : valuesOf(longName(name), value)) {
+  for (const std::string& piece : valuesOf(knownName(name), value)) {
     if (std::optional<Refusal> refusal = refusalOfField(name, piece)) {
       return refusal;
     }

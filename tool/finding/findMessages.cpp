@@ -10,13 +10,6 @@ namespace {
 
 constexpr std::string_view kLineEnds = "\r\n";
 
-std::string_view withoutLineEnd(std::string_view line) {
-  for (const char end : {'\n', '\r'}) {
-    line.remove_suffix(!line.empty() && line.back() == end ? 1 : 0);
-  }
-  return line;
-}
-
 }  // namespace
 
 MessageFinder::MessageFinder(std::function<void(std::string_view)> found)

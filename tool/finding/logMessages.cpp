@@ -180,11 +180,7 @@ std::size_t LogMessages::lineFeedsBefore(std::size_t line) const {
 }
 
 bool LogMessages::isStart(std::size_t line) const {
-  std::string_view bytes = text(beginOf(line), beginOf(line + 1));
-  for (const char end : {'\n', '\r'}) {
-    bytes.remove_suffix(!bytes.empty() && bytes.back() == end ? 1 : 0);
-  }
-  return beginsMessage(bytes);
+  return beginsMessage(withoutLineEnd(text(beginOf(line), beginOf(line + 1))));
 }
 
 std::string_view LogMessages::text(std::size_t begin, std::size_t end) const {

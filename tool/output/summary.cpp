@@ -7,11 +7,6 @@ namespace {
 
 using View = std::string_view;
 
-View valueOf(const Message& message, View name) {
-  const Field* field = message.find(name);
-  return field == nullptr ? View() : View{field->value};
-}
-
 bool isSip(const StartLine& line) {
   return line.response || (line.version.substr(0, 4) == "SIP/" && !line.method.empty());
 }
@@ -33,6 +28,11 @@ std::size_t uriBegin(View value) {
 }
 
 }  // namespace
+
+std::string_view valueOf(const Message& message, std::string_view name) {
+  const Field* field = message.find(name);
+  return field == nullptr ? View() : View{field->value};
+}
 
 Sequence sequenceOf(const Message& message) {
   const View value = trimmed(valueOf(message, "CSeq"));

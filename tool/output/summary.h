@@ -19,6 +19,9 @@ struct Sequence {
   std::string_view method;
 };
 
+// Returns the value of the first field of this name; "" for none.
+std::string_view valueOf(const Message& message, std::string_view name);
+
 // Returns the two words of the CSeq; empty ones for none.
 Sequence sequenceOf(const Message& message);
 

@@ -77,9 +77,7 @@ class Filter {
 void readDatagram(const Packet& packet, const FoundMessage& found, CaptureCounts& counts) {
   std::string_view text = packet.payload;
   text.remove_prefix(std::min(text.find_first_not_of("\r\n"), text.size()));
-  std::string_view line = text.substr(0, text.find('\n'));
-  line.remove_suffix(!line.empty() && line.back() == '\r' ? 1 : 0);
-  if (isStartLine(line)) {
+  if (isStartLine(withoutLineEnd(text.substr(0, text.find('\n'))))) {
     MessageReader reader(text);
     static_cast<void>(reader.next());
     found(packet.passage, text.substr(0, reader.position()));

@@ -27,7 +27,7 @@ void printNotes(const std::string& name, const CaptureCounts& counts) {
       {counts.notSip, " datagrams that are not SIP passed over"},
       {counts.tcp.passedOver, " bytes outside messages in TCP streams passed over"},
       {counts.tcp.gaps, " gaps in TCP streams"},
-      {counts.tcp.closed, " TCP streams closed early, too many at once"},
+      {counts.tcp.closed, " TCP streams closed early because too many were open"},
   };
   for (const auto& [count, what] : known) {
     if (count != 0) {

@@ -22,11 +22,6 @@ std::string keyOf(std::string_view text) {
                                      std::to_string(std::hash<std::string_view>()(text));
 }
 
-std::string_view valueOf(const Message& message, std::string_view name) {
-  const Field* field = message.find(name);
-  return field == nullptr ? std::string_view() : field->value;
-}
-
 // Returns the host of the address of which userOf() returns the user, or both where that has no
 // user.
 std::string_view hostOf(std::string_view value) {

@@ -26,5 +26,6 @@ using siputility::toSipString;
 using siputility::toStdString;
 using siputility::trimmed;
 using siputility::view;
+using siputility::withoutLineEnd;
 
 #endif  // TOOL_SIP_H
